@@ -1,0 +1,195 @@
+#include "brax/text.h"
+
+#include "brax/options.h"
+
+#include <cstdio>
+#include <cstring>
+#include <sys/time.h>
+
+bool copytext(char *destination, const char *source, size_t length, size_t size) {
+    const size_t copied = length < size ? length : size - 1;
+    memmove(destination, source, copied);
+    destination[copied] = 0;
+    return copied == length;
+}
+
+bool copytext(char *destination, const char *source, size_t size) {
+    return copytext(destination, source, strlen(source), size);
+}
+
+void lowertext(char *text) {
+    for (; *text != 0; ++text)
+        *text = lowerchar(*text);
+}
+
+void uppertext(char *text) {
+    for (; *text != 0; ++text)
+        *text = upperchar(*text);
+}
+
+int32_t strnicmp(const char *a, const char *b, size_t n) {
+    for (; n > 0; --n, ++a, ++b) {
+        const int difference = charvalue(lowerchar(*a)) - charvalue(lowerchar(*b));
+        if (difference != 0 || *a == 0)
+            return difference;
+    }
+    return 0;
+}
+
+int32_t stricmp(const char *a, const char *b) {
+    return strnicmp(a, b, 2048);
+}
+
+const char *BRAX_strstr(const char *text, const char *pattern) {
+    const size_t length = strlen(pattern);
+    if (length == 0)
+        return nullptr;
+    const char first = lowerchar(*pattern);
+    const char *end = text + strlen(text);
+    for (; end - text >= static_cast<ptrdiff_t>(length); ++text) {
+        if (lowerchar(*text) == first && strnicmp(text, pattern, length) == 0)
+            return text;
+    }
+    return nullptr;
+}
+
+const char *filepart(const char *name) {
+    const char *part = name + strlen(name);
+    while (part > name && !isseparator(part[-1]))
+        --part;
+    return part;
+}
+
+char *BRAX_getpath(char *destination, const char *name) {
+    copytext(destination, name, static_cast<size_t>(filepart(name) - name), BRAXFIELDSIZE);
+    return destination;
+}
+
+char *BRAX_getname(char *destination, const char *name) {
+    copytext(destination, filepart(name), BRAXFIELDSIZE);
+    return destination;
+}
+
+char *BRAX_changeext(char *destination, const char *name, const char *rule) {
+    char base[BRAXFIELDSIZE];
+    char extension[BRAXFIELDSIZE] = "";
+    copytext(base, name, sizeof base);
+    size_t dot = strlen(base);
+    while (dot > 0 && base[dot - 1] != '.' && !isseparator(base[dot - 1]))
+        --dot;
+    if (dot > 0 && base[dot - 1] == '.') {
+        copytext(extension, base + dot, sizeof extension);
+        base[dot - 1] = 0;
+    }
+    BRAX_stringrule(rule, extension, extension, 3);
+    snprintf(destination, BRAXFIELDSIZE, "%s%s%s", base, extension[0] != 0 ? "." : "", extension);
+    return destination;
+}
+
+char *BRAX_changepath(char *destination, const char *name, const char *rule) {
+    char directory[BRAXFIELDSIZE];
+    char file[BRAXFIELDSIZE];
+    char ownRule[BRAXFIELDSIZE];
+    copytext(ownRule, rule != nullptr ? rule : "", sizeof ownRule);
+    BRAX_getpath(directory, name);
+    BRAX_getname(file, name);
+    const size_t directoryLength = strlen(directory);
+    char separator = '/';
+    if (directoryLength > 0 && isslash(directory[directoryLength - 1]))
+        separator = directory[directoryLength - 1];
+    const size_t ruleLength = strlen(ownRule);
+    if (ownRule[0] == '-' && ruleLength > 1 && !isseparator(ownRule[ruleLength - 1]) &&
+        ruleLength + 1 < sizeof ownRule) {
+        ownRule[ruleLength] = separator;
+        ownRule[ruleLength + 1] = 0;
+    }
+    BRAX_stringrule(ownRule, directory, directory, 256);
+    const size_t length = strlen(directory);
+    if (length > 0 && !isseparator(directory[length - 1]) && length + 1 < sizeof directory) {
+        directory[length] = separator;
+        directory[length + 1] = 0;
+    }
+    snprintf(destination, BRAXFIELDSIZE, "%s%s", directory, file);
+    return destination;
+}
+
+char *BRAX_stringrule(const char *rule, const char *base, char *destination, int limit) {
+    char result[BRAXFIELDSIZE];
+    if (rule[0] == '-') {
+        snprintf(result, sizeof result, "%s%s", rule + 1, base);
+    } else if (rule[0] == '+') {
+        const char *suffix = rule + 1;
+        const auto baseLength = static_cast<ptrdiff_t>(strlen(base));
+        const auto suffixLength = static_cast<ptrdiff_t>(strlen(suffix));
+        ptrdiff_t dropped = baseLength + suffixLength - limit;
+        if (dropped > 0)
+            suffix += dropped < suffixLength ? dropped : suffixLength;
+        snprintf(result, sizeof result, "%s%s", base, suffix);
+    } else if (rule[0] == '=') {
+        copytext(result, rule + 1, sizeof result);
+    } else {
+        copytext(result, rule[0] == 0 ? base : rule, sizeof result);
+    }
+    copytext(destination, result, BRAXFIELDSIZE);
+    return destination;
+}
+
+char *BRAX_convertname(char *destination, const char *name) {
+    char last[BRAXFIELDSIZE];
+    return BRAX_changeext(destination, BRAX_getname(last, name), OPTextrule);
+}
+
+char *BRAX_tempname(char *destination, const char *name, const char *extension) {
+    snprintf(destination, BRAXFIELDSIZE, "%s.%s", name, extension != nullptr ? extension : "bak");
+    return destination;
+}
+
+double BRAX_gettime() {
+    timeval now = {};
+    gettimeofday(&now, nullptr);
+    return static_cast<double>(now.tv_sec) * 1000.0 + static_cast<double>(now.tv_usec) / 1000.0;
+}
+
+bool BRAX_iswildcards(const char *text) {
+    return text != nullptr && strpbrk(text, "*?#") != nullptr &&
+           BRAX_typeofname(text) != BRAXNAMEOPTION;
+}
+
+bool BRAX_haswild(const char *text) {
+    return strpbrk(text, "*?") != nullptr;
+}
+
+bool BRAX_ispath(const char *text) {
+    const size_t length = strlen(text);
+    if (length == 0 || text[0] == '-')
+        return false;
+    const char last = text[length - 1];
+    const char before = length > 1 ? text[length - 2] : static_cast<char>(0);
+    const bool quoted = last == '"' && (isseparator(before) || before == '.');
+    if (!isseparator(last) && last != '.' && !quoted)
+        return false;
+    if (length == 1)
+        return true;
+    if (last == ':')
+        return isletter(text[0]);
+    if (last == '.')
+        return isseparator(before) || before == '.';
+    if (isslash(last))
+        return true;
+    const char third = length > 2 ? text[length - 3] : static_cast<char>(0);
+    return isslash(before) || (before == '.' && (isseparator(third) || third == '.'));
+}
+
+int BRAX_typeofname(const char *name) {
+    if (name[0] == 0 || name[1] == 0)
+        return BRAXNAMEPLAIN;
+    if (name[0] == '-' || name[0] == '+')
+        return BRAXNAMEOPTION;
+    if (name[0] == '.' && !isslash(name[1]) && name[1] != '.')
+        return BRAXNAMEOPTION;
+    if ((isletter(name[0]) && name[1] == ':') || isslash(name[0]))
+        return BRAXNAMEABSOLUTE;
+    return strpbrk(name, "\\/") != nullptr ? BRAXNAMERELATIVE : BRAXNAMEPLAIN;
+}
+
+void BRAX_flush() {}

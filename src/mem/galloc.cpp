@@ -1,0 +1,173 @@
+// Block layout, for a request of n bytes:
+//
+//   0..3    "GMEM" while the block is held, "GFRE" once it was released
+//   4..7    n
+//   8..     the caller's n bytes
+//   8+n..   "GEND", directly behind, so that one byte too many is noticed
+//
+// The addresses handed out are also kept in a table, each marked held or released: a
+// release looks there first and reads guards of held blocks only, so that a second
+// release is recognised without touching memory that was given back.
+#include "mem/galloc.h"
+
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+int galloccount = 0;
+int (*gprintf)(const char *format, ...) = stdprintf;
+
+namespace {
+
+constexpr int headBytes = 8;
+constexpr int guardBytes = 4;
+constexpr intptr_t nullZone = 2047; // addresses this near to zero count as null
+
+constexpr int triggerUnread = 0;
+constexpr int triggerNone = -1;
+int failureTrigger = triggerUnread;
+
+// Open addressing, a power of two of slots, at most half of them used. A slot holds an
+// address with all bits inverted (leak checkers must not take the table for an owner) and
+// its lowest bit set when the block is held; 0 marks a free slot.
+struct ADDRESSTABLE {
+    uint64_t *slots;
+    uint64_t capacity;
+    uint64_t used;
+};
+ADDRESSTABLE addresses = {nullptr, 0, 0};
+
+constexpr uint64_t heldBit = 1;
+
+uint64_t addresskey(const void *address) {
+    return ~static_cast<uint64_t>(reinterpret_cast<uintptr_t>(address)) & ~heldBit;
+}
+
+// The slot of the key, or the free slot where it would go.
+uint64_t *findslot(const ADDRESSTABLE &table, uint64_t key) {
+    const uint64_t mask = table.capacity - 1;
+    uint64_t index = (key * 0x9E3779B97F4A7C15ULL) >> 20 & mask;
+    while (table.slots[index] != 0 && (table.slots[index] & ~heldBit) != key)
+        index = (index + 1) & mask;
+    return &table.slots[index];
+}
+
+// Makes sure that one more address fits. False when memory for the table runs out.
+bool reserveslot() {
+    if (addresses.used * 2 < addresses.capacity)
+        return true;
+    ADDRESSTABLE larger = {nullptr, addresses.capacity == 0 ? 1024 : addresses.capacity * 2, 0};
+    larger.slots = static_cast<uint64_t *>(calloc(larger.capacity, sizeof(uint64_t)));
+    if (larger.slots == nullptr)
+        return false;
+    for (uint64_t i = 0; i < addresses.capacity; ++i) {
+        if (addresses.slots[i] != 0) {
+            *findslot(larger, addresses.slots[i] & ~heldBit) = addresses.slots[i];
+            ++larger.used;
+        }
+    }
+    free(addresses.slots);
+    addresses = larger;
+    return true;
+}
+
+// Whether the next allocation is one that GALLOCMAX makes fail. A value that is no number
+// reads as 0 and the variable is read again next time, so that it fails for ever.
+bool failpurposely() {
+    if (failureTrigger == triggerUnread) {
+        const char *value = getenv("GALLOCMAX");
+        failureTrigger =
+            value == nullptr ? triggerNone : static_cast<int>(strtol(value, nullptr, 10));
+    }
+    return galloccount == failureTrigger;
+}
+
+bool guardis(const char *guard, const char *text) {
+    return memcmp(guard, text, guardBytes) == 0;
+}
+
+} // namespace
+
+int stdprintf(const char *format, ...) {
+    char text[8192];
+    va_list arguments;
+    va_start(arguments, format);
+    const int length = vsnprintf(text, sizeof text, format, arguments);
+    va_end(arguments);
+    if (length < 0)
+        return length;
+    fputs(text, stdout);
+    return length < static_cast<int>(sizeof text) ? length : static_cast<int>(sizeof text) - 1;
+}
+
+void *galloc(int size) {
+    const long shownSize = size;
+    if (size <= 0) {
+        gprintf("galloc - INVALID SIZE %ld\n", shownSize);
+        return nullptr;
+    }
+    if (failpurposely()) {
+        gprintf("galloc - ERROR, PURPOSELY FAILING ON GALLOC COUNT %d, SIZE %ld\n", galloccount,
+                shownSize);
+        return nullptr;
+    }
+    char *block = nullptr;
+    if (reserveslot())
+        block = static_cast<char *>(malloc(static_cast<size_t>(size) + headBytes + guardBytes));
+    if (block == nullptr) {
+        gprintf("galloc - FAILED. OUT OF MEMORY. SIZE REQUESTED %ld\n", shownSize);
+        return nullptr;
+    }
+    memcpy(block, "GMEM", guardBytes);
+    memcpy(block + guardBytes, &size, sizeof size);
+    memcpy(block + headBytes + size, "GEND", guardBytes);
+    char *address = block + headBytes;
+    uint64_t *slot = findslot(addresses, addresskey(address));
+    addresses.used += *slot == 0 ? 1 : 0;
+    *slot = addresskey(address) | heldBit;
+    ++galloccount;
+    return address;
+}
+
+bool gfree(void *address) {
+    const intptr_t position = reinterpret_cast<intptr_t>(address);
+    if (position >= -nullZone && position <= nullZone) {
+        gprintf("gfree - ATTEMPT TO FREE NULL POINTER\n");
+        return false;
+    }
+    uint64_t *slot = nullptr;
+    if (addresses.slots != nullptr && (position & 1) == 0)
+        slot = findslot(addresses, addresskey(address));
+    const bool known = slot != nullptr && *slot != 0;
+    bool twice = known && (*slot & heldBit) == 0;
+    if (known && !twice) {
+        char *block = static_cast<char *>(address) - headBytes;
+        int size = 0;
+        memcpy(&size, block + guardBytes, sizeof size);
+        if (guardis(block, "GMEM") && size >= 1 && guardis(block + headBytes + size, "GEND")) {
+            memcpy(block, "GFRE", guardBytes);
+            free(block);
+            *slot &= ~heldBit;
+            --galloccount;
+            return true;
+        }
+        twice = guardis(block, "GFRE");
+    }
+    gprintf(twice ? "gfree - ATTEMPT TO FREE MEMORY TWICE\n"
+                  : "gfree - SENTINAL CORRUPTED; PROBABLE MEMORY DATA CORRUPTION\n");
+    return false;
+}
+
+char *galloctext(const char *text, int64_t length) {
+    char *copy = gallocarray<char>(length + 1);
+    if (copy != nullptr) {
+        memcpy(copy, text, static_cast<size_t>(length));
+        copy[length] = 0;
+    }
+    return copy;
+}
+
+char *galloctext(const char *text) {
+    return galloctext(text, static_cast<int64_t>(strlen(text)));
+}

@@ -1,0 +1,116 @@
+#include "mem/galloc.h"
+#include "mem/gstream.h"
+
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <gtest/gtest.h>
+#include <string>
+
+namespace {
+
+std::string said;
+
+int listen(const char *format, ...) {
+    char text[256];
+    va_list arguments;
+    va_start(arguments, format);
+    const int length = vsnprintf(text, sizeof text, format, arguments);
+    va_end(arguments);
+    said += text;
+    return length;
+}
+
+struct Galloc : testing::Test {
+    void SetUp() override {
+        said.clear();
+        gprintf = listen;
+    }
+    void TearDown() override {
+        gprintf = stdprintf;
+    }
+};
+
+TEST_F(Galloc, RefusesSizesBelowOne) {
+    EXPECT_EQ(galloc(0), nullptr);
+    EXPECT_EQ(galloc(-5), nullptr);
+    EXPECT_EQ(said, "galloc - INVALID SIZE 0\ngalloc - INVALID SIZE -5\n");
+}
+
+TEST_F(Galloc, CountsHeldBlocksAndRecognisesASecondRelease) {
+    const int before = galloccount;
+    auto *block = static_cast<char *>(galloc(1));
+    ASSERT_NE(block, nullptr);
+    EXPECT_EQ(memcmp(block - 8, "GMEM\1\0\0\0", 8), 0);
+    EXPECT_EQ(memcmp(block + 1, "GEND", 4), 0);
+    EXPECT_EQ(galloccount, before + 1);
+    EXPECT_TRUE(gfree(block));
+    EXPECT_FALSE(gfree(block));
+    EXPECT_EQ(galloccount, before);
+    EXPECT_EQ(said, "gfree - ATTEMPT TO FREE MEMORY TWICE\n");
+}
+
+TEST_F(Galloc, KeepsADamagedBlockHeld) {
+    auto *block = static_cast<char *>(galloc(10));
+    block[10] = 'x';
+    EXPECT_FALSE(gfree(block));
+    EXPECT_EQ(said, "gfree - SENTINAL CORRUPTED; PROBABLE MEMORY DATA CORRUPTION\n");
+    block[10] = 'G';
+    EXPECT_TRUE(gfree(block));
+}
+
+TEST_F(Galloc, AsksNoMemoryOfAddressesItNeverGave) {
+    EXPECT_FALSE(gfree(nullptr));
+    EXPECT_FALSE(gfree(reinterpret_cast<void *>(2047)));
+    EXPECT_FALSE(gfree(reinterpret_cast<void *>(4096)));
+    EXPECT_EQ(said, "gfree - ATTEMPT TO FREE NULL POINTER\ngfree - ATTEMPT TO FREE NULL POINTER\n"
+                    "gfree - SENTINAL CORRUPTED; PROBABLE MEMORY DATA CORRUPTION\n");
+}
+
+// The variable is read once per process, so each value needs a process of its own.
+void countuntilfailure(const char *value, int expectedBlocks) {
+    EXPECT_EXIT(
+        {
+            setenv("GALLOCMAX", value, 1);
+            galloccount = 0;
+            int blocks = 0;
+            void *last = nullptr;
+            while (blocks < 10 && (last = galloc(4)) != nullptr)
+                ++blocks;
+            exit(blocks == expectedBlocks && (last != nullptr || galloc(4) == nullptr) ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "")
+        << value;
+}
+
+TEST_F(Galloc, FailsAtTheCountThatTheEnvironmentNames) {
+    countuntilfailure("3", 3);
+    countuntilfailure("0", 0);
+    countuntilfailure("none", 0);
+    countuntilfailure("-1", 10);
+}
+
+TEST_F(Galloc, StreamsKeepTheirPosition) {
+    char path[] = "/tmp/gstreamXXXXXX";
+    ASSERT_GE(mkstemp(path), 0);
+    const GSTREAM stream = gwopen(path);
+    ASSERT_NE(stream, 0);
+    EXPECT_EQ(gwrite(stream, "hello", 5), 5);
+    EXPECT_TRUE(gseek(stream, 5LL << 30));
+    EXPECT_EQ(gwrite(stream, "!", 1), 1);
+    EXPECT_TRUE(gseek(stream, 2));
+    EXPECT_EQ(glen(stream), (5LL << 30) + 1);
+    EXPECT_EQ(gtell(stream), 2);
+    char buffer[4] = "";
+    EXPECT_EQ(gread(stream, buffer, 3), 3);
+    EXPECT_STREQ(buffer, "llo");
+    EXPECT_TRUE(gclose(stream));
+    EXPECT_FALSE(gclose(stream));
+    EXPECT_TRUE(gclose(0));
+    remove(path);
+    EXPECT_EQ(gopen(path), 0);
+    EXPECT_EQ(said, "");
+}
+
+} // namespace
