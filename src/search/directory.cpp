@@ -1,0 +1,199 @@
+#include "search/directory.h"
+
+#include "brax/options.h"
+#include "brax/text.h"
+#include "mem/galloc.h"
+
+#include <climits>
+#include <cstring>
+#include <ctime>
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+DIR *stream(SGI_handle handle) {
+    return reinterpret_cast<DIR *>(handle);
+}
+
+int32_t saturated(int64_t value) {
+    if (value > INT32_MAX)
+        return INT32_MAX;
+    return value < INT32_MIN ? INT32_MIN : static_cast<int32_t>(value);
+}
+
+// Whether the mode lets the owner read but not write.
+bool readonlymode(mode_t mode) {
+    return (mode & (S_IRUSR | S_IWUSR)) == S_IRUSR;
+}
+
+// An opened directory needs no permission to be listed when it only serves to come back.
+#ifdef O_PATH
+constexpr int placeFlags = O_PATH | O_DIRECTORY | O_CLOEXEC;
+#else
+constexpr int placeFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+#endif
+
+// Longer than any name that the system hands out at once.
+constexpr int placePathBytes = 65536;
+
+} // namespace
+
+SGI_handle SGIfindopen() {
+    return reinterpret_cast<SGI_handle>(opendir("."));
+}
+
+SGI_handle SGIfindfirst(SGI_finddata *data) {
+    *data = {};
+    const SGI_handle handle = SGIfindopen();
+    if (handle == 0)
+        return 0;
+    if (SGIfindeach(handle, data) == 0) {
+        SGIfindclose(handle);
+        return 0;
+    }
+    return handle;
+}
+
+int SGIfindnext(SGI_handle handle, SGI_finddata *data) {
+    return SGIfindeach(handle, data) == 1 ? 1 : 0;
+}
+
+int SGIfindclose(SGI_handle handle) {
+    closedir(stream(handle));
+    return 1;
+}
+
+int SGIfindeach(SGI_handle handle, SGI_finddata *data) {
+    *data = {};
+    const dirent *entry = readdir(stream(handle));
+    if (entry == nullptr)
+        return 0;
+    copytext(data->name, entry->d_name, sizeof data->name);
+    return SGIfindfill(data) ? 1 : SGIFOUNDUNKNOWN;
+}
+
+int SGIfindquick(SGI_handle handle, SGI_finddata *data) {
+    const dirent *entry = readdir(stream(handle));
+    if (entry == nullptr) {
+        *data = {};
+        return 0;
+    }
+    copytext(data->name, entry->d_name, sizeof data->name);
+    data->attrib = 0;
+    data->time = 0;
+    data->size = 0;
+#ifdef DT_DIR
+    if (entry->d_type == DT_DIR) {
+        data->attrib = SGIATTRDIRECTORY;
+        return 1;
+    }
+    if (entry->d_type != DT_UNKNOWN && entry->d_type != DT_LNK)
+        return 1;
+#endif
+    return SGIfindfill(data) ? 1 : SGIFOUNDUNKNOWN;
+}
+
+bool SGIfindfill(SGI_finddata *data) {
+    data->attrib = 0;
+    data->time = 0;
+    data->size = 0;
+    struct stat status = {};
+    if (stat(data->name, &status) != 0)
+        return false;
+    data->size = saturated(status.st_size);
+    data->time = saturated(status.st_ctime);
+    if (S_ISDIR(status.st_mode))
+        data->attrib |= SGIATTRDIRECTORY;
+    if (readonlymode(status.st_mode))
+        data->attrib |= SGIATTRREADONLY;
+    return true;
+}
+
+uint8_t BRAX_makeattrib(const SGI_finddata *data) {
+    unsigned attrib = data->attrib & (SGIATTRDIRECTORY | SGIATTRREADONLY);
+    if ((data->attrib & SGIATTRSYSTEM) != 0)
+        attrib |= 4 | 8;
+    return static_cast<uint8_t>(attrib);
+}
+
+int BRAX_isdirectory(uint8_t attrib) {
+    return attrib & 1;
+}
+
+int BRAX_isreadonly(uint8_t attrib) {
+    return attrib >> 1 & 1;
+}
+
+int BRAX_issystem(uint8_t attrib) {
+    return attrib >> 2 & 1;
+}
+
+int BRAX_ishidden(uint8_t attrib) {
+    return attrib >> 3 & 1;
+}
+
+namespace {
+
+int32_t decimaldate(int32_t seconds) {
+    const time_t moment = seconds;
+    struct tm date = {};
+    if (localtime_r(&moment, &date) == nullptr)
+        return 0;
+    return (1900 + date.tm_year) * 10000 + date.tm_mon * 100 + date.tm_mday;
+}
+
+// The first entry whose name equals the given one, case ignored.
+bool findlisted(const char *name, SGI_finddata *data) {
+    const SGI_handle handle = SGIfindopen();
+    if (handle == 0)
+        return false;
+    bool found = false;
+    while (!found && SGIfindquick(handle, data) != 0)
+        found = stricmp(data->name, name) == 0 && SGIfindfill(data);
+    SGIfindclose(handle);
+    return found;
+}
+
+} // namespace
+
+int32_t BRAX_filedate(const char *path) {
+    SGI_finddata data = {};
+    char name[sizeof data.name];
+    BRAX_getname(name, path);
+    if (name[0] == 0)
+        copytext(name, ".", sizeof name);
+    copytext(data.name, name, sizeof data.name);
+    const bool found = SGIfindfill(&data) || findlisted(name, &data);
+    const int32_t date = found ? decimaldate(data.time) : 0;
+    if (OPTverbose >= 5)
+        BRAX_say("%s %d\n", path, date);
+    return date;
+}
+
+bool SGIsaveplace(SGI_place *place) {
+    *place = {open(".", placeFlags), nullptr};
+    if (place->descriptor >= 0)
+        return true;
+    place->path = gallocarray<char>(placePathBytes);
+    if (place->path != nullptr && getcwd(place->path, placePathBytes) != nullptr)
+        return true;
+    SGIforgetplace(place);
+    return false;
+}
+
+bool SGIreturn(const SGI_place *place) {
+    if (place->descriptor >= 0)
+        return fchdir(place->descriptor) == 0;
+    return place->path != nullptr && chdir(place->path) == 0;
+}
+
+void SGIforgetplace(SGI_place *place) {
+    if (place->descriptor >= 0)
+        close(place->descriptor);
+    if (place->path != nullptr)
+        gfree(place->path);
+    *place = {-1, nullptr};
+}

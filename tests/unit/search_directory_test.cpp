@@ -1,0 +1,100 @@
+#include "search/directory.h"
+
+#include "search_tree.h"
+
+#include <ctime>
+#include <gtest/gtest.h>
+#include <map>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+struct Directory : testing::Test, TREE {};
+
+std::map<std::string, uint32_t> listed(int (*next)(SGI_handle, SGI_finddata *)) {
+    std::map<std::string, uint32_t> entries;
+    SGI_finddata data;
+    const SGI_handle handle = SGIfindopen();
+    for (int state; (state = next(handle, &data)) != 0;)
+        entries[data.name] = state == SGIFOUNDUNKNOWN ? 99 : data.attrib;
+    SGIfindclose(handle);
+    return entries;
+}
+
+TEST_F(Directory, TellsAttributesAndWalksPastADanglingLink) {
+    makefile("plain", "12345");
+    makefile("locked");
+    makefile("writeonly");
+    makedir("sub");
+    chmod("locked", 0444);
+    chmod("writeonly", 0200);
+    ASSERT_EQ(symlink("nowhere", "dangling"), 0);
+    ASSERT_EQ(symlink("sub", "linked"), 0);
+    const std::map<std::string, uint32_t> whole = {
+        {".", 1},   {"..", 1},        {"plain", 0},     {"locked", 2},
+        {"sub", 1}, {"writeonly", 0}, {"dangling", 99}, {"linked", 1},
+    };
+    EXPECT_EQ(listed(SGIfindeach), whole);
+    auto quick = whole;
+    quick["locked"] = 0;
+    EXPECT_EQ(listed(SGIfindquick), quick);
+
+    SGI_finddata data = {"plain", 7, 7, 7};
+    EXPECT_TRUE(SGIfindfill(&data));
+    EXPECT_EQ(data.size, 5);
+    EXPECT_LT(time(nullptr) - data.time, 60);
+}
+
+TEST_F(Directory, PublishedListingEndsAtADanglingLink) {
+    ASSERT_EQ(symlink("nowhere", "dangling"), 0);
+    SGI_finddata data;
+    const SGI_handle handle = SGIfindfirst(&data);
+    ASSERT_NE(handle, 0);
+    while (SGIfindnext(handle, &data) == 1)
+        EXPECT_STRNE(data.name, "dangling");
+    EXPECT_STREQ(data.name, "dangling");
+    EXPECT_EQ(data.attrib + static_cast<unsigned>(data.time + data.size), 0U);
+    EXPECT_EQ(SGIfindclose(handle), 1);
+}
+
+TEST(Attributes, MapTheThirdBitToSystemAndHidden) {
+    const struct {
+        uint32_t attrib;
+        int byte;
+    } cases[] = {{0, 0}, {1, 1}, {2, 2}, {4, 12}, {7, 15}};
+    for (const auto &c : cases) {
+        const SGI_finddata data = {"x", c.attrib, 0, 0};
+        const uint8_t byte = BRAX_makeattrib(&data);
+        EXPECT_EQ(byte, c.byte);
+        EXPECT_EQ(BRAX_isdirectory(byte) + 2 * BRAX_isreadonly(byte) + 4 * BRAX_issystem(byte) +
+                      8 * BRAX_ishidden(byte),
+                  c.byte);
+    }
+}
+
+TEST_F(Directory, FileDateCountsMonthsFromZeroAndIgnoresDirectories) {
+    makefile("sub/Only.c");
+    makefile("Here.c");
+    const time_t now = time(nullptr);
+    const tm *date = localtime(&now);
+    const int today = (1900 + date->tm_year) * 10000 + date->tm_mon * 100 + date->tm_mday;
+    EXPECT_EQ(BRAX_filedate("Here.c"), today);
+    EXPECT_EQ(BRAX_filedate("other/place/hERE.C"), today);
+    EXPECT_EQ(BRAX_filedate("some/dir/"), today);
+    EXPECT_EQ(BRAX_filedate("sub/Only.c"), 0);
+}
+
+TEST_F(Directory, APlaceIsFoundAgainAfterItMoved) {
+    makedir("a");
+    ASSERT_EQ(chdir("a"), 0);
+    SGI_place place;
+    ASSERT_TRUE(SGIsaveplace(&place));
+    ASSERT_EQ(chdir(".."), 0);
+    ASSERT_EQ(rename("a", "b"), 0);
+    EXPECT_TRUE(SGIreturn(&place));
+    SGIforgetplace(&place);
+    EXPECT_EQ(here(), root + "/b");
+}
+
+} // namespace
