@@ -27,7 +27,7 @@ struct BRAXBUF {
 using BRAXRESETFUNC = void (*)();
 using BRAXUSAGEFUNC = int (*)(const char *program, const char *topic, const char *address,
                               int level);
-using BRAXOPTFUNC = const char *(*)(char *text);
+using BRAXOPTFUNC = const char *(*)(const char *text);
 
 // Values that every batch starts from, with their defaults.
 extern int OPTverbose;         // 2: 0 silent, 1 names and errors, 2 status, 3 more; above 5 traces

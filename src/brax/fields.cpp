@@ -1,0 +1,195 @@
+#include "brax/fields.h"
+
+#include "brax/options.h"
+#include "brax/text.h"
+
+#include <cstring>
+
+bool isblankchar(char c) {
+    return charvalue(c) <= 32 && c != BRAXHARDSPACE;
+}
+
+bool islim(char c) {
+    return c != 0 && strchr("({[\"`'", c) != nullptr;
+}
+
+char limtodelim(char c) {
+    switch (c) {
+    case '(':
+        return ')';
+    case '{':
+        return '}';
+    case '[':
+        return ']';
+    default:
+        return c;
+    }
+}
+
+char tosoftspace(char c) {
+    return c == BRAXHARDSPACE ? ' ' : c;
+}
+
+namespace {
+
+// A destination that counts what it was given but never holds more than a field's room.
+struct FIELD {
+    char *text;
+    int length;
+};
+
+void put(FIELD *field, char c) {
+    if (field->length < BRAXFIELDSIZE - 1)
+        field->text[field->length] = tosoftspace(c);
+    if (field->length < BRAXFIELDSIZE)
+        ++field->length;
+}
+
+// Ends the destination; false when the field was too long, which is then empty.
+bool endfield(FIELD *field, const char *source) {
+    const bool fits = field->length < BRAXFIELDSIZE;
+    if (!fits) {
+        BRAX_refuse("FIELD", source);
+        field->length = 0;
+    }
+    field->text[field->length] = 0;
+    return fits;
+}
+
+// An '=' that belongs to the field although ',' and '=' end fields: it leads the field or
+// follows '+' or '-' (a rule).
+bool isruleequal(const char *source, const char *p) {
+    return p == source || p[-1] == '+' || p[-1] == '-';
+}
+
+} // namespace
+
+const char *BRAX_getfield(char *destination, const char *source, bool strip, bool keep) {
+    FIELD field = {destination, 0};
+    int depth = 0;
+    char opening = 0;
+    char closing = 0;
+    char stripped = 0;
+    const char *p = source;
+    for (; *p != 0; ++p) {
+        if (depth > 0) {
+            depth += *p == closing ? -1 : *p == opening ? 1 : 0;
+        } else if (islim(*p)) {
+            depth = 1;
+            opening = *p;
+            closing = limtodelim(*p);
+            if (field.length == 0 && strip)
+                stripped = closing;
+        } else if (isblankchar(*p) || (*p == ',' && !keep)) {
+            break;
+        } else if (*p == '=' && !keep && !isruleequal(source, p)) {
+            if (p[1] != '=')
+                break;
+            put(&field, *p++);
+        }
+        put(&field, *p);
+    }
+    if (endfield(&field, source) && stripped != 0 && field.length >= 2 &&
+        destination[field.length - 1] == stripped) {
+        destination[field.length - 1] = 0;
+        memmove(destination, destination + 1, static_cast<size_t>(field.length) - 1);
+    }
+    return p;
+}
+
+const char *BRAX_nextfield(const char *text) {
+    while (*text != 0 && (isblankchar(*text) || *text == ','))
+        ++text;
+    return text;
+}
+
+const char *BRAX_getstropt(char *destination, const char *text) {
+    return BRAX_getfield(destination, text, true, true);
+}
+
+const char *BRAX_getopt(int32_t *variable, const char *text, const char *label, int32_t min,
+                        int32_t max) {
+    return BRAX_getopt2(variable, text, label, min, max, 1);
+}
+
+namespace {
+
+// Built-in options may follow one another in one word (v3w0): the length of the decimal
+// number that `value` begins with when the character behind it begins another built-in
+// option, else 0.
+size_t numberbeforeoption(const char *value) {
+    size_t length = value[0] == '-' ? 1 : 0;
+    const size_t digits = length;
+    while (isdigitchar(value[length]))
+        ++length;
+    if (length == digits || value[length] == 0)
+        return 0;
+    return strchr(".;?bhlnrstvw", lowerchar(value[length])) != nullptr ? length : 0;
+}
+
+// Reads the number in `value`; *consumed is how much of the field it takes up.
+int32_t readnumber(char *value, const char *label, size_t *consumed) {
+    BRAXerrorcount = 0;
+    int32_t number = BRAX_getnum(value);
+    const size_t prefix = BRAXerrorcount != 0 ? numberbeforeoption(value) : 0;
+    if (prefix != 0) {
+        value[prefix] = 0;
+        *consumed = prefix;
+        BRAXerrorcount = 0;
+        number = BRAX_getnum(value);
+    }
+    if (BRAXerrorcount != 0 && OPTverbose != 0) {
+        BRAX_say("brax - NUMERICAL OPTION ERROR #%d IN %s OPTION VALUE. Using %ld.\n",
+                 BRAXerrorcount, label, static_cast<long>(number));
+        BRAXhelpgiven = 1;
+    }
+    return number;
+}
+
+int32_t clampnumber(int32_t number, const char *label, int32_t min, int32_t max) {
+    const bool small = min != INT32_MIN && number < min;
+    const bool large = max != INT32_MAX && number > max;
+    if (!small && !large)
+        return number;
+    const int32_t bound = small ? min : max;
+    if (OPTverbose != 0) {
+        BRAX_say("Value too %s for %s option. Valid range is %ld..%ld.  Using %ld.\n",
+                 small ? "small" : "large", label, static_cast<long>(min), static_cast<long>(max),
+                 static_cast<long>(bound));
+        BRAXhelpgiven = 1;
+    }
+    return bound;
+}
+
+} // namespace
+
+const char *BRAX_getopt2(int32_t *variable, const char *text, const char *label, int32_t min,
+                         int32_t max, int32_t defaultValue) {
+    char value[BRAXFIELDSIZE];
+    const char *end = BRAX_getfield(value, text, false, false);
+    if (end > text && end[-1] == '%') {
+        --end;
+        value[value[0] != 0 ? strlen(value) - 1 : 0] = 0;
+    }
+    if (strcmp(value, "?") == 0) {
+        if (OPTverbose != 0) {
+            BRAX_say("Numerical Option %s = %ld. Valid range is %ld..%ld\n", label,
+                     static_cast<long>(*variable), static_cast<long>(min), static_cast<long>(max));
+            BRAXhelpgiven = 1;
+        }
+        return end;
+    }
+    int32_t number = defaultValue < max ? defaultValue : max;
+    if (BRAX_isdigit(value) || value[0] == '\'') {
+        auto consumed = static_cast<size_t>(end - text);
+        number = readnumber(value, label, &consumed);
+        end = text + consumed;
+    } else {
+        end = text;
+    }
+    number = clampnumber(number, label, min, max);
+    *variable = number;
+    if (OPTverbose > 5)
+        BRAX_say("%s %ld\n", label, static_cast<long>(number));
+    return end;
+}

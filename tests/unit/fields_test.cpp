@@ -1,0 +1,123 @@
+#include "brax/fields.h"
+#include "brax/options.h"
+
+#include <gtest/gtest.h>
+#include <string>
+
+namespace {
+
+TEST(Fields, CutsFields) {
+    const struct {
+        const char *source;
+        bool strip, keep;
+        const char *field, *rest;
+    } cases[] = {
+        {"(a b),c", false, false, "(a b)", ",c"},
+        {"(a b),c", true, false, "a b", ",c"},
+        {"(a(b)c)d", true, false, "(a(b)c)d", ""},
+        {"=x y", false, false, "=x", " y"},
+        {"a==b=c", false, false, "a==b", "=c"},
+        {"-=x,", false, false, "-=x", ","},
+        {"a,b=c d", false, true, "a,b=c", " d"},
+        {"\"my file\"=x", true, false, "my file", "=x"},
+        {"\"open ended", true, false, "\"open ended", ""},
+        {"a\034b c", false, false, "a b", " c"},
+        {"a\xE9z", false, false, "a", "\xE9z"},
+        {"'\"", true, true, "'\"", ""},
+        {"\"", true, true, "\"", ""},
+        {"", true, true, "", ""},
+    };
+    for (const auto &c : cases) {
+        char field[BRAXFIELDSIZE];
+        EXPECT_STREQ(BRAX_getfield(field, c.source, c.strip, c.keep), c.rest) << c.source;
+        EXPECT_STREQ(field, c.field) << c.source;
+    }
+    EXPECT_STREQ(BRAX_nextfield(" ,\t, x"), "x");
+}
+
+TEST(Fields, RefusesAFieldOver2047Characters) {
+    char field[BRAXFIELDSIZE];
+    const std::string fits(2047, 'x');
+    BRAX_getfield(field, fits.c_str(), false, false);
+    EXPECT_EQ(fits, field);
+    BRAXhelpgiven = 0;
+    BRAX_newrefusals();
+    testing::internal::CaptureStdout();
+    EXPECT_STREQ(BRAX_getfield(field, (fits + "y z").c_str(), false, false), " z");
+    EXPECT_STREQ(field, "");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "brax - FIELD TOO LONG <" + std::string(40, 'x') + "...>\n");
+    EXPECT_EQ(BRAXhelpgiven, 1);
+    BRAXhelpgiven = 0;
+    BRAX_newrefusals();
+}
+
+TEST(Fields, ReadsNumbers) {
+    const struct {
+        const char *text;
+        int32_t value, error;
+    } cases[] = {
+        {"123", 123, 0},    {"-5", -5, 0},        {"--5", 5, 0},
+        {"0x1F", 31, 0},    {"$1F", 31, 0},       {"&1f", 31, 0},
+        {"1Fh", 31, 0},     {"@17", 15, 0},       {"17o", 15, 0},
+        {"17q", 15, 0},     {"%101", 5, 0},       {"101b", 5, 0},
+        {"12d", 12, 0},     {"3$21", 7, 0},       {"2$1010", 10, 0},
+        {"16$ff", 255, 0},  {"0FFh", 255, 0},     {"777o", 511, 0},
+        {"'A'", 65, 0},     {"'AB'", 0x4142, 0},  {"''", 0, 0},
+        {"'A", 0, 4},       {"'ABCDE'", 0, 5},    {"\"\\101\"", 65, 0},
+        {"\"\\n\"", 10, 0}, {"\"\\477\"", 63, 1}, {"\"\\9\"", '9', 2},
+        {"^C", 3, 0},       {"^@", 0, 0},         {"^Z", 26, 0},
+        {"^1", 0, 10},      {"ff", 0, 10},        {"", 0, 6},
+        {"-", 0, 6},        {"7", 7, 0},          {"x", 0, 10},
+        {"1_0", 0, 10},     {"$1_F", 31, 0},      {"$1__F", 0, 10},
+        {"%1__0", 2, 0},    {"5b", 0, 10},        {"16$", 0, 6},
+        {"12x", 0, 10},     {"4294967296", 0, 0}, {"-0x80000000", INT32_MIN, 0},
+        {"+5", 0, 10},      {"0hhh", 0, 0},
+    };
+    for (const auto &c : cases) {
+        BRAXerrorcount = 0;
+        EXPECT_EQ(BRAX_getnum(c.text), c.value) << c.text;
+        EXPECT_EQ(BRAXerrorcount, c.error) << c.text;
+    }
+    const char *tooLong[] = {"12345678901", "$123456789", "%111111111111111111111111111111111"};
+    for (int i = 0; i < 3; ++i) {
+        BRAX_getnum(tooLong[i]);
+        EXPECT_EQ(BRAXerrorcount, 7 + i) << tooLong[i];
+    }
+    EXPECT_TRUE(BRAX_isnumber("") && BRAX_isnumber("-12") && BRAX_isnumber("1;x"));
+    EXPECT_FALSE(BRAX_isnumber("1x"));
+}
+
+TEST(Fields, ReadsOptionValuesWithinTheirRange) {
+    const struct {
+        const char *text;
+        int32_t value;
+        const char *rest, *said;
+    } cases[] = {
+        {" x", 3, " x", ""},
+        {"5,", 5, ",", ""},
+        {"5%", 5, "%", ""},
+        {"w0 ", 3, "w0 ", ""},
+        {"4w0 ", 4, "w0 ", ""},
+        {"0x2", 2, "", ""},
+        {"9", 6, "", "Value too large for verbose option. Valid range is 0..6.  Using 6.\n"},
+        {"-1", 0, "", "Value too small for verbose option. Valid range is 0..6.  Using 0.\n"},
+        {"4z ", 0, " ", "brax - NUMERICAL OPTION ERROR #10 IN verbose OPTION VALUE. Using 0.\n"},
+        {"? ", 77, " ", "Numerical Option verbose = 77. Valid range is 0..6\n"},
+    };
+    for (const auto &c : cases) {
+        int32_t value = 77;
+        BRAXhelpgiven = 0;
+        testing::internal::CaptureStdout();
+        EXPECT_STREQ(BRAX_getopt2(&value, c.text, "verbose", 0, 6, 3), c.rest) << c.text;
+        EXPECT_EQ(testing::internal::GetCapturedStdout(), c.said) << c.text;
+        EXPECT_EQ(value, c.value) << c.text;
+        EXPECT_EQ(BRAXhelpgiven, c.said[0] != 0 ? 1 : 0) << c.text;
+    }
+    int32_t off = 7;
+    BRAX_getopt(&off, "", "switch", 0, 0);
+    EXPECT_EQ(off, 0);
+    BRAXhelpgiven = 0;
+}
+
+} // namespace
