@@ -1,0 +1,179 @@
+// The arrays are documented as growing with every addition; they double instead, so that a
+// hundred thousand names or files cost no more than their own copies.
+#include "search/list.h"
+
+#include "brax/options.h"
+#include "brax/text.h"
+#include "mem/galloc.h"
+
+#include <climits>
+#include <cstring>
+
+namespace {
+
+// Makes sure that the array can take one more element behind its `count`. False when
+// memory runs out; the array is then as it was.
+template <typename T> bool reserve(T **&array, int32_t count, int32_t &room) {
+    if (count < room)
+        return true;
+    const int64_t newRoom = room == 0 ? 4 : static_cast<int64_t>(room) * 2;
+    T **larger = newRoom > INT_MAX ? nullptr : gallocarray<T *>(newRoom);
+    if (larger == nullptr)
+        return false;
+    if (array != nullptr) {
+        memcpy(larger, array, static_cast<size_t>(count) * sizeof(T *));
+        gfree(array);
+    }
+    array = larger;
+    room = static_cast<int32_t>(newRoom);
+    return true;
+}
+
+void freetext(char *text) {
+    if (text != nullptr)
+        gfree(text);
+}
+
+void freematch(Match *match) {
+    freetext(match->source);
+    freetext(match->dest);
+    gfree(match);
+}
+
+void freematches(FileInfo *entry) {
+    for (int32_t i = 0; i < entry->nmatches; ++i)
+        freematch(entry->matches[i]);
+    if (entry->matches != nullptr)
+        gfree(entry->matches);
+    entry->matches = nullptr;
+    entry->nmatches = 0;
+    entry->matchRoom = 0;
+    entry->incomplete = false;
+}
+
+void freeentry(FileInfo *entry) {
+    freematches(entry);
+    freetext(entry->source);
+    freetext(entry->dest);
+    gfree(entry);
+}
+
+FileInfo *createentry(const char *source, const char *dest) {
+    auto *entry = gallocarray<FileInfo>(1);
+    if (entry == nullptr)
+        return nullptr;
+    *entry = {};
+    entry->source = galloctext(source);
+    entry->dest = galloctext(dest);
+    if (entry->source == nullptr || entry->dest == nullptr) {
+        freeentry(entry);
+        return nullptr;
+    }
+    entry->type = static_cast<int8_t>(BRAX_typeofname(source));
+    entry->wild = BRAX_iswildcards(source) || BRAX_iswildcards(dest) ? 1 : 0;
+    entry->separateDest = dest == source ? 0 : 1;
+    return entry;
+}
+
+bool holds(const SearchList *list, int32_t index) {
+    return list != nullptr && index >= 0 && index < list->count;
+}
+
+void replacetext(char **text, char *replacement) {
+    if (replacement != nullptr) {
+        freetext(*text);
+        *text = replacement;
+    }
+}
+
+} // namespace
+
+SearchList *CreateSearchList() {
+    auto *list = gallocarray<SearchList>(1);
+    if (list != nullptr)
+        *list = {};
+    return list;
+}
+
+bool AddToSearchList(SearchList *list, const char *source, const char *dest) {
+    if (list == nullptr || !reserve(list->files, list->count, list->room))
+        return false;
+    FileInfo *entry = createentry(source, dest);
+    if (entry == nullptr)
+        return false;
+    list->files[list->count++] = entry;
+    return true;
+}
+
+int UpdateSearchList(SearchList *list, int32_t index, const char *source, const char *dest) {
+    if (!holds(list, index))
+        return 0;
+    char *newSource = source != nullptr ? galloctext(source) : nullptr;
+    char *newDest = dest != nullptr ? galloctext(dest) : nullptr;
+    if ((source != nullptr && newSource == nullptr) || (dest != nullptr && newDest == nullptr)) {
+        freetext(newSource);
+        freetext(newDest);
+        return 0;
+    }
+    FileInfo *entry = list->files[index];
+    entry->wild = BRAX_iswildcards(source) || BRAX_iswildcards(dest) ? 1 : 0;
+    replacetext(&entry->source, newSource);
+    replacetext(&entry->dest, newDest);
+    entry->type = static_cast<int8_t>(BRAX_typeofname(entry->source));
+    entry->found = FOUNDNOT;
+    freematches(entry);
+    return 1;
+}
+
+bool RemoveFromSearchList(SearchList *list, int32_t index, char *source, char *dest) {
+    if (source != nullptr)
+        *source = 0;
+    if (dest != nullptr)
+        *dest = 0;
+    if (!holds(list, index))
+        return false;
+    FileInfo *entry = list->files[index];
+    if (source != nullptr)
+        copytext(source, entry->source, BRAXFIELDSIZE);
+    if (dest != nullptr)
+        copytext(dest, entry->dest, BRAXFIELDSIZE);
+    freeentry(entry);
+    --list->count;
+    memmove(list->files + index, list->files + index + 1,
+            static_cast<size_t>(list->count - index) * sizeof(FileInfo *));
+    if (list->count == 0) {
+        gfree(list->files);
+        list->files = nullptr;
+        list->room = 0;
+    }
+    return true;
+}
+
+void DestroySearchList(SearchList *list) {
+    if (list == nullptr)
+        return;
+    for (int32_t i = 0; i < list->count; ++i)
+        freeentry(list->files[i]);
+    if (list->files != nullptr)
+        gfree(list->files);
+    gfree(list);
+}
+
+bool AddMatch(FileInfo *entry, const Match *match) {
+    if (entry == nullptr)
+        return false;
+    auto *copy = gallocarray<Match>(1);
+    if (copy != nullptr) {
+        *copy = *match;
+        copy->source = galloctext(match->source);
+        copy->dest = galloctext(match->dest);
+        if (copy->source != nullptr && copy->dest != nullptr &&
+            reserve(entry->matches, entry->nmatches, entry->matchRoom)) {
+            entry->matches[entry->nmatches++] = copy;
+            return true;
+        }
+        freematch(copy);
+    }
+    entry->incomplete = true;
+    return false;
+}

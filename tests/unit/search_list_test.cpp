@@ -1,0 +1,147 @@
+#include "brax/options.h"
+#include "brax/text.h"
+#include "mem/galloc.h"
+#include "search/argv.h"
+#include "search/list.h"
+#include "search/relative.h"
+
+#include <gtest/gtest.h>
+#include <string>
+
+namespace {
+
+std::string taken(char *text) {
+    const std::string copy = text;
+    gfree(text);
+    return copy;
+}
+
+TEST(Relative, MovesNamesIntoADirectory) {
+    const struct {
+        const char *name, *relative, *result;
+    } cases[] = {
+        {"a.c", "lib/x/", "lib/x/a.c"},
+        {"a.c", "", "a.c"},
+        {"lib/*.c", "lib/x/", "lib/x/*.c"},
+        {"lib/x/*.c", "lib/x/", "lib/x/*.c"},
+        {"lib/y/*.c", "lib/x/", "lib/y/x/*.c"},
+        {"out/*.c", "lib/x/", "out/lib/x/*.c"},
+        {"a.c", "lib\\x\\", "lib\\x\\a.c"},
+        {"src/a.c", "lib\\x\\", "src\\lib\\x\\a.c"},
+        {"/a.c", "lib/", "lib//a.c"},
+        {"c:/lib/a.c", "lib/", "c:/lib/lib/a.c"},
+        {"a/", "b/", "a/b/"},
+    };
+    for (const auto &c : cases)
+        EXPECT_EQ(taken(BRAX_makerelative(c.name, c.relative)), c.result) << c.name;
+    EXPECT_EQ(taken(BRAX_makerelativeAbs("/home/u/src/a.c", "/home/u/")), "src/a.c");
+    EXPECT_EQ(taken(BRAX_makerelativeAbs("/home/u/src/a.c", "/tmp/")), "home/u/src/a.c");
+    swap_slash(nullptr, '/');
+}
+
+TEST(Relative, TakesDestinationsOutOfADirectory) {
+    const struct {
+        char separate;
+        const char *dest, *relative, *name, *result;
+    } cases[] = {
+        {0, "", "lib/x/", "lib/x/a.obj", "a.obj"},
+        {0, "", "lib/x/", "LIB/X/a.obj", "a.obj"},
+        {0, "", "lib/y/", "lib/x/a.obj", "lib/x/a.obj"},
+        {1, "out/*.obj", "lib/x/", "out/lib/x/a.obj", "out/a.obj"},
+        {1, "out/*.obj", "out/", "out/sub/a.obj", "out/sub/a.obj"},
+        {1, "*.obj", "lib/x/", "lib/x/a.obj", "a.obj"},
+        {1, "out/*.obj", "lib/", "d/longname.obj", "out/longname.obj"},
+        {1, "/*.obj", "lib/", "lib/a.obj", "a.obj"},
+    };
+    for (const auto &c : cases)
+        EXPECT_EQ(taken(BRAX_makeunrelative(c.separate, c.dest, c.relative, c.name)), c.result);
+}
+
+struct List : testing::Test {
+    SearchList *list = CreateSearchList();
+    int held = galloccount;
+    void TearDown() override {
+        freeFiles();
+        DestroySearchList(list);
+        BRAX_ini();
+    }
+};
+
+TEST_F(List, ClassifiesUpdatesAndRemovesEntries) {
+    const char *same = "*.c";
+    EXPECT_FALSE(AddToSearchList(nullptr, "a", "b"));
+    EXPECT_TRUE(AddToSearchList(list, same, same));
+    EXPECT_TRUE(AddToSearchList(list, "src/a.c", "b#.o"));
+    EXPECT_TRUE(AddToSearchList(list, ".obj", ".obj2"));
+    ASSERT_EQ(list->count, 3);
+    const struct {
+        int type, wild, separate;
+    } expected[] = {{BRAXNAMEPLAIN, 1, 0}, {BRAXNAMERELATIVE, 1, 1}, {BRAXNAMEOPTION, 0, 1}};
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_EQ(list->files[i]->type, expected[i].type);
+        EXPECT_EQ(list->files[i]->wild, expected[i].wild);
+        EXPECT_EQ(list->files[i]->separateDest, expected[i].separate);
+    }
+    const Match match = {list->files[0]->source, list->files[0]->dest, 1, 2, 3};
+    EXPECT_TRUE(AddMatch(list->files[0], &match));
+    EXPECT_FALSE(AddMatch(nullptr, &match));
+    // Only the texts of the call decide about wildcards: the source *.c counts no more.
+    EXPECT_EQ(UpdateSearchList(list, 0, nullptr, "x.o"), 1);
+    EXPECT_EQ(list->files[0]->wild + list->files[0]->nmatches, 0);
+    EXPECT_EQ(UpdateSearchList(list, 0, "/abs/?", nullptr), 1);
+    EXPECT_EQ(list->files[0]->type, BRAXNAMEABSOLUTE);
+    EXPECT_EQ(UpdateSearchList(list, 3, "a", "a") + UpdateSearchList(list, -1, "a", "a"), 0);
+
+    char source[BRAXFIELDSIZE] = "?";
+    char dest[BRAXFIELDSIZE] = "?";
+    EXPECT_FALSE(RemoveFromSearchList(list, 3, source, dest));
+    EXPECT_STREQ(source, "");
+    EXPECT_TRUE(RemoveFromSearchList(list, 0, source, dest));
+    EXPECT_STREQ(source, "/abs/?");
+    EXPECT_STREQ(dest, "x.o");
+    EXPECT_STREQ(list->files[0]->source, "src/a.c");
+    EXPECT_TRUE(RemoveFromSearchList(list, 1, nullptr, nullptr));
+    EXPECT_TRUE(RemoveFromSearchList(list, 0, nullptr, nullptr));
+    EXPECT_EQ(list->files, nullptr);
+    EXPECT_EQ(galloccount, held);
+}
+
+TEST_F(List, FlattensMatchesAndWhatIsKept) {
+    MakeArgvs(nullptr);
+    MakeArgvs(list);
+    EXPECT_EQ(BRAXargnum, 0);
+    EXPECT_EQ(BRAXsargv, nullptr);
+    for (const char *name : {"*.c", "none.c", "-opt"})
+        AddToSearchList(list, name, name);
+    char names[2][4] = {"a.c", "b.o"};
+    const Match match = {names[0], names[1], 11, 22, 1};
+    AddMatch(list->files[0], &match);
+    const struct {
+        int keepUnfound, keepOpts;
+        std::string sources;
+    } cases[] = {{1, 0, "a.c none.c -opt "}, {0, 0, "a.c "}, {0, 1, "a.c -opt "}};
+    OPTmakedatelist = OPTmakesizelist = OPTmakeattriblist = 1;
+    for (const auto &c : cases) {
+        OPTkeepunfound = c.keepUnfound;
+        OPTkeepopts = c.keepOpts;
+        MakeArgvs(list);
+        std::string sources;
+        for (int i = 0; i < BRAXargnum; ++i)
+            sources += std::string(BRAXsargv[i]) + " ";
+        EXPECT_EQ(sources, c.sources);
+        EXPECT_STREQ(BRAXdargv[0], "b.o");
+        EXPECT_EQ(BRAXsizeargv[0] + BRAXdateargv[0] * 100 + BRAXattribargv[0] * 10000, 12211);
+        if (BRAXargnum > 1) {
+            EXPECT_EQ(BRAXsizeargv[1] + BRAXdateargv[1] + BRAXattribargv[1], 0);
+        }
+        freeFiles();
+        EXPECT_EQ(BRAXargnum, 0);
+        EXPECT_EQ(BRAXattribargv, nullptr);
+    }
+    // Half a batch would mislead.
+    list->files[1]->incomplete = true;
+    MakeArgvs(list);
+    EXPECT_EQ(BRAXargnum, 0);
+}
+
+} // namespace
