@@ -39,6 +39,8 @@ struct FIELD {
 };
 
 void put(FIELD *field, char c) {
+    if (field->text == nullptr)
+        return;
     if (field->length < BRAXFIELDSIZE - 1)
         field->text[field->length] = tosoftspace(c);
     if (field->length < BRAXFIELDSIZE)
@@ -47,6 +49,8 @@ void put(FIELD *field, char c) {
 
 // Ends the destination; false when the field was too long, which is then empty.
 bool endfield(FIELD *field, const char *source) {
+    if (field->text == nullptr)
+        return false;
     const bool fits = field->length < BRAXFIELDSIZE;
     if (!fits) {
         BRAX_refuse("FIELD", source);

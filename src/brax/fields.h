@@ -23,7 +23,8 @@ char limtodelim(char c);
 char tosoftspace(char c);
 
 // Copies the field at `source` and returns the position where it ended. `strip` removes
-// one pair of limiters around the whole field; `keep` makes ',' and '=' ordinary.
+// one pair of limiters around the whole field; `keep` makes ',' and '=' ordinary. A null
+// destination only looks for the end, however far away it is.
 const char *BRAX_getfield(char *destination, const char *source, bool strip, bool keep);
 
 // The first position at or behind `text` that is neither a blank nor ','.

@@ -1,0 +1,129 @@
+#include "tool/callbacks.h"
+
+#include "brax/fields.h"
+#include "brax/text.h"
+#include "mem/galloc.h"
+#include "tool/options.h"
+
+#include <cstring>
+
+namespace {
+
+// Looked up in this order, each as a prefix of what was typed.
+constexpr struct {
+    const char *name;
+    int type;
+} typenames[] = {
+    {"sgi", OBJTYPE_SGI}, {"n64", OBJTYPE_N64}, {"pc", OBJTYPE_PC},   {"gc", OBJTYPE_GC},
+    {"psx", OBJTYPE_PSX}, {"ps2", OBJTYPE_PS2}, {"xbox", OBJTYPE_PC},
+};
+
+// Keywords that switch something on.
+constexpr struct {
+    const char *word;
+    int *switches[3];
+} switchwords[] = {
+    {"all", {&OPTdefine, &OPTrefer, &OPTlinks}},
+    {"append", {&OPTappend}},
+    {"def", {&OPTdefine}},
+    {"ref", {&OPTrefer}},
+    {"html", {&OPThtml}},
+    {"under", {&OPTunderscores}},
+    {"links", {&OPTlinks}},
+};
+
+const char *endofname(const char *text) {
+    return text + strcspn(text, " \t\n\v\f\r");
+}
+
+bool isword(const char *text, const char *word) {
+    return strnicmp(text, word, strlen(word)) == 0;
+}
+
+// Copies a name into one of the text options; one that does not fit is refused.
+const char *textoption(char *option, const char *name, const char *what) {
+    const char *end = endofname(name);
+    const auto length = static_cast<size_t>(end - name);
+    if (length >= BRAXFIELDSIZE) {
+        toolsay("tolvik: ERROR: %s too long, ignoring '%.40s...'\n", what, name);
+        return end;
+    }
+    copytext(option, name, length, BRAXFIELDSIZE);
+    for (char *p = option; *p != 0; ++p)
+        *p = tosoftspace(*p);
+    return end;
+}
+
+// Puts a name at the end of one of the name lists.
+const char *listoption(char **list, int *count, int room, const char *name, const char *what) {
+    const char *end = endofname(name);
+    char *copy = *count < room ? galloctext(name, end - name) : nullptr;
+    if (copy == nullptr) {
+        toolsay("tolvik: ERROR: out of %s space, ignoring '%.*s'\n", what,
+                static_cast<int>(end - name), name);
+        return end;
+    }
+    for (char *p = copy; *p != 0; ++p)
+        *p = tosoftspace(*p);
+    list[(*count)++] = copy;
+    return end;
+}
+
+const char *typeoption(const char *name) {
+    for (const auto &entry : typenames) {
+        if (isword(name, entry.name)) {
+            OPTobjtype = entry.type;
+            return name + strlen(entry.name);
+        }
+    }
+    return nullptr;
+}
+
+const char *libraryoption(const char *name) {
+    if (endofname(name) == name) {
+        OPTlibnamefrompath = 1;
+        OPTlibrary[0] = 0;
+        return name;
+    }
+    return textoption(OPTlibrary, name, "library name");
+}
+
+const char *switchoption(const char *text) {
+    for (const auto &entry : switchwords) {
+        if (isword(text, entry.word)) {
+            for (int *option : entry.switches) {
+                if (option != nullptr)
+                    *option = 1;
+            }
+            return text + strlen(entry.word);
+        }
+    }
+    return nullptr;
+}
+
+} // namespace
+
+void BRAX_reset() {
+    OPTsourcelinkprefix[0] = 0;
+    OPTlibrary[0] = 0;
+}
+
+const char *BRAX_opt(const char *text) {
+    if (isdigitchar(*text))
+        return BRAX_getopt(&OPTrecurselevel, text, "-<n>", 0, 100);
+    if (const char *end = switchoption(text); end != nullptr)
+        return end;
+    switch (lowerchar(*text)) {
+    case 'l':
+        return isword(text, "lib") ? libraryoption(text + 3)
+                                   : textoption(OPTsourcelinkprefix, text + 1, "link path");
+    case 's':
+        return listoption(OPTsymbols, &OPTnsymbols, MAXSYMBOLS, text + 1, "symbol");
+    case 'f':
+        return listoption(OPTfiles, &OPTnfiles, MAXFILES, text + 1, "file");
+    case 't':
+        return typeoption(text + 1);
+    default:
+        return nullptr;
+    }
+}

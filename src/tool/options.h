@@ -1,0 +1,35 @@
+// The tool's own options, as the command line left them. They are process-wide: the option
+// callback and main write them, the importers, the loader and the reports read them.
+#pragma once
+
+#include "brax/options.h"
+
+// Object file types of "-t<type>".
+enum OBJTYPE { OBJTYPE_SGI = 1, OBJTYPE_N64, OBJTYPE_PC, OBJTYPE_PSX, OBJTYPE_PS2, OBJTYPE_GC };
+
+constexpr int MAXSYMBOLS = 256;
+constexpr int MAXFILES = 32;
+
+extern int OPTobjtype;               // OBJTYPE_PC: selects the importer
+extern char *OPTsymbols[MAXSYMBOLS]; // names to report on, owned, as typed
+extern int OPTnsymbols;              // used entries of OPTsymbols
+extern char *OPTfiles[MAXFILES];     // object file names to report on, owned
+extern int OPTnfiles;                // used entries of OPTfiles
+extern int OPTdefine;                // 0: report definitions
+extern int OPTrefer;                 // 0: report references
+extern int OPTlinks;                 // 0: report the links-in closure
+extern int OPTrecurselevel;          // -1: not given, which main turns into no limit
+extern int OPTunderscores;           // 0: 1 keeps underscores around symbol names
+extern int OPTappend;                // 0: 1 keeps an existing symbol file
+extern int OPThtml;                  // 0: 1 selects the HTML form of the reports
+extern int OPTlibnamefrompath;       // 0: 1 derives the library name from each source path
+extern const char *preheader;        // text in front of every report heading; ""
+extern const char *postheader;       // text behind it; ""
+
+// Emptied for every batch by BRAX_reset.
+extern char OPTsourcelinkprefix[BRAXFIELDSIZE]; // in front of source links in HTML
+extern char OPTlibrary[BRAXFIELDSIZE];          // library name of imported objects
+
+// The tool's channel: writes a message to standard error, behind everything that was
+// written to standard output before.
+[[gnu::format(printf, 1, 2)]] void toolsay(const char *format, ...);
