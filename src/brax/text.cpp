@@ -2,7 +2,6 @@
 
 #include "brax/options.h"
 
-#include <cstdio>
 #include <cstring>
 #include <sys/time.h>
 
@@ -15,6 +14,11 @@ bool copytext(char *destination, const char *source, size_t length, size_t size)
 
 bool copytext(char *destination, const char *source, size_t size) {
     return copytext(destination, source, strlen(source), size);
+}
+
+bool appendtext(char *destination, const char *source, size_t size) {
+    const size_t length = strlen(destination);
+    return copytext(destination + length, source, size - length);
 }
 
 void lowertext(char *text) {
@@ -82,7 +86,10 @@ char *BRAX_changeext(char *destination, const char *name, const char *rule) {
         base[dot - 1] = 0;
     }
     BRAX_stringrule(rule, extension, extension, 3);
-    snprintf(destination, BRAXFIELDSIZE, "%s%s%s", base, extension[0] != 0 ? "." : "", extension);
+    copytext(destination, base, BRAXFIELDSIZE);
+    if (extension[0] != 0)
+        appendtext(destination, ".", BRAXFIELDSIZE);
+    appendtext(destination, extension, BRAXFIELDSIZE);
     return destination;
 }
 
@@ -109,14 +116,16 @@ char *BRAX_changepath(char *destination, const char *name, const char *rule) {
         directory[length] = separator;
         directory[length + 1] = 0;
     }
-    snprintf(destination, BRAXFIELDSIZE, "%s%s", directory, file);
+    copytext(destination, directory, BRAXFIELDSIZE);
+    appendtext(destination, file, BRAXFIELDSIZE);
     return destination;
 }
 
 char *BRAX_stringrule(const char *rule, const char *base, char *destination, int limit) {
     char result[BRAXFIELDSIZE];
     if (rule[0] == '-') {
-        snprintf(result, sizeof result, "%s%s", rule + 1, base);
+        copytext(result, rule + 1, sizeof result);
+        appendtext(result, base, sizeof result);
     } else if (rule[0] == '+') {
         const char *suffix = rule + 1;
         const auto baseLength = static_cast<ptrdiff_t>(strlen(base));
@@ -124,7 +133,8 @@ char *BRAX_stringrule(const char *rule, const char *base, char *destination, int
         ptrdiff_t dropped = baseLength + suffixLength - limit;
         if (dropped > 0)
             suffix += dropped < suffixLength ? dropped : suffixLength;
-        snprintf(result, sizeof result, "%s%s", base, suffix);
+        copytext(result, base, sizeof result);
+        appendtext(result, suffix, sizeof result);
     } else if (rule[0] == '=') {
         copytext(result, rule + 1, sizeof result);
     } else {
@@ -140,7 +150,9 @@ char *BRAX_convertname(char *destination, const char *name) {
 }
 
 char *BRAX_tempname(char *destination, const char *name, const char *extension) {
-    snprintf(destination, BRAXFIELDSIZE, "%s.%s", name, extension != nullptr ? extension : "bak");
+    copytext(destination, name, BRAXFIELDSIZE);
+    appendtext(destination, ".", BRAXFIELDSIZE);
+    appendtext(destination, extension != nullptr ? extension : "bak", BRAXFIELDSIZE);
     return destination;
 }
 

@@ -48,6 +48,10 @@ bool copytext(char *destination, const char *source, size_t size);
 // The same for the first `length` characters of the source.
 bool copytext(char *destination, const char *source, size_t length, size_t size);
 
+// Puts the source behind the text in the destination of `size` bytes; false when it had to
+// be cut.
+bool appendtext(char *destination, const char *source, size_t size);
+
 void lowertext(char *text);
 void uppertext(char *text);
 
