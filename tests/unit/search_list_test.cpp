@@ -11,7 +11,7 @@
 namespace {
 
 std::string taken(char *text) {
-    const std::string copy = text;
+    std::string copy = text;
     gfree(text);
     return copy;
 }
