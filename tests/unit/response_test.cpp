@@ -1,0 +1,208 @@
+#include "brax/files.h"
+#include "brax/options.h"
+#include "brax/response.h"
+#include "mem/galloc.h"
+#include "search_tree.h"
+
+#include <cstring>
+#include <gtest/gtest.h>
+#include <memory>
+
+namespace {
+
+struct Response : testing::Test {
+    TREE tree;
+    std::unique_ptr<char[]> text{new char[BRAXLISTSIZE]};
+    std::string said;
+
+    void SetUp() override {
+        unsetenv("ABSENT");
+        setenv("VALUE", "a;b %1", 1);
+    }
+    void TearDown() override {
+        OPTverbose = 2;
+        OPTwrite = 1;
+    }
+    // Expands the specification behind "-v1 "; every block must have been given back.
+    bool expand(const std::string &specification) {
+        strcpy(text.get(), "-v1 ");
+        BRAXhelpgiven = 0;
+        BRAX_newrefusals();
+        const int held = galloccount;
+        testing::internal::CaptureStdout();
+        const bool expanded = BRAX_responsefile(specification.c_str(), text.get());
+        said = testing::internal::GetCapturedStdout();
+        EXPECT_EQ(galloccount, held) << specification;
+        return expanded;
+    }
+};
+
+TEST_F(Response, ExpandsContents) {
+    TREE::makefile("inner", "in ner");
+    TREE::makefile("dir/tail", "t\n");
+    TREE::makefile("c", "C");
+    const struct {
+        std::string contents, parameters, expanded;
+    } cases[] = {
+        {"-v3\n;no %9 %ABSENT% @absent\na.c\n", "", "-v3 a.c  "},
+        {";one\r\n\r\n;two\r\nx;y\tz", "", "x;y z "},
+        {"%2/%1%0/%01", "(x,y)", "y/x/x "},
+        {"[%1|%2]", "{a{b,c}d,}", "[a{b,c}d|] "},
+        {"<%1>", "[]", "<> "},
+        {"50%% %VALUE% %VA-%%%1", "(q)", "50% a;b %1 %VA-%q "},
+        {"plain", "(open", "plain "},
+        {"@inner; b @inner,c&inner", "", "in ner  ;  b in ner ,c&inner "},
+        {"&dir/tail;;\n@dir/../inner", "", "t   ;  in ner  "},
+        {"@VALUE; x", "", "a;b %1\n ;  x "},
+        {std::string("a\0b\xE9@c\x01", 7), "",
+         "a b\xE9"
+         "C \x01 "},
+        {"@c(\n;%9 %ABSENT%\n) x", "", "C  x "},
+    };
+    for (const auto &c : cases) {
+        TREE::makefile("list", c.contents);
+        EXPECT_TRUE(expand("list" + c.parameters)) << c.contents;
+        EXPECT_EQ(text.get(), "-v1 " + c.expanded);
+        EXPECT_EQ(said, "");
+        EXPECT_EQ(BRAXhelpgiven, 0);
+    }
+    setenv("list", "from the environment", 1);
+    EXPECT_TRUE(expand("list(a)"));
+    EXPECT_STREQ(text.get(), "-v1 from the environment\n");
+    unsetenv("list");
+}
+
+TEST_F(Response, TellsWhyItFails) {
+    const std::string longest(127, 'n');
+    const std::string start(40, 'n');
+    TREE::makefile("list", "x %2 %3");
+    TREE::makefile("unset", "x %VALUE% %absent%");
+    TREE::makefile("empty");
+    TREE::makedir("directory");
+    TREE::makefile(longest, "%1");
+    TREE::makefile("long", "%" + longest + "n%");
+    const struct {
+        std::string specification, reason;
+    } cases[] = {
+        {"list", "brax - PARAMETER %2 NOT GIVEN TO RESPONSEFILE.\n"},
+        {"list(a,b)", "brax - PARAMETER %3 NOT GIVEN TO RESPONSEFILE.\n"},
+        {"list(a)b", "brax - INVALID NAME FORMAT 'list(a)b'.\n"},
+        {"list[a,[b]", "brax - MISSING CLOSING BRACE ON 'list[a,[b]'.\n"},
+        {"unset", "BRAX - ENVIRONMENT VARIABLE 'ABSENT' NOT DEFINED.\n"},
+        {"long", "brax - ENVIRONMENT VARIABLE NAME TOO LONG <" + start + "...>\n"},
+        {longest + "n", "brax - RESPONSE FILE NAME TOO LONG <" + start + "...>\n"},
+        {longest + "(" + longest + "n)",
+         "brax - RESPONSE FILE PARAMETER TOO LONG <" + start + "...>\n"},
+        {"missing", ""},
+        {"empty", ""},
+        {"directory", ""},
+        {"", ""},
+    };
+    for (const auto &c : cases) {
+        const std::string name = c.specification.substr(0, c.specification.find_first_of("([{"));
+        OPTverbose = 1;
+        EXPECT_FALSE(expand(c.specification));
+        EXPECT_EQ(said, c.reason + "WARNING - could not expand file <" + name + ">\n");
+        EXPECT_STREQ(text.get(), "-v1 ");
+        OPTverbose = 0;
+        EXPECT_FALSE(expand(c.specification));
+        EXPECT_EQ(said, c.reason.find("BRACE") == std::string::npos ? "" : c.reason);
+    }
+    EXPECT_TRUE(expand(longest + "(" + longest + ")"));
+    EXPECT_EQ(text.get(), "-v1 " + longest + " ");
+}
+
+TEST_F(Response, GoesOnBehindANestedFileThatFails) {
+    TREE::makefile("list", "a @missing; @needs(x) b");
+    TREE::makefile("needs", "%2");
+    EXPECT_TRUE(expand("list"));
+    EXPECT_STREQ(text.get(), "-v1 a  ;   b ");
+    EXPECT_EQ(said, "WARNING - could not expand file <missing>\n"
+                    "brax - PARAMETER %2 NOT GIVEN TO RESPONSEFILE.\n"
+                    "WARNING - could not expand file <needs>\n");
+    EXPECT_EQ(BRAXhelpgiven, 1);
+}
+
+TEST_F(Response, RefusesFilesThatNameThemselves) {
+    TREE::makefile("self", "x @self @self");
+    TREE::makefile("dir/a", "x @link(1) @dir/b");
+    TREE::makefile("dir/b", "@dir/a @link");
+    std::filesystem::create_symlink("dir/a", "link");
+    for (int i = 0; i < 4200; ++i)
+        TREE::makefile("chain" + std::to_string(i), "@chain" + std::to_string(i + 1));
+    const char *cases[][3] = {
+        {"self", "self", "NAMES ITSELF"},
+        {"dir/a(p,q)", "link", "NAMES ITSELF"},
+        {"dir/b", "link", "NAMES ITSELF"},
+        {"chain0", "chain4096", "IS NESTED TOO DEEPLY"},
+    };
+    for (const auto &[specification, name, problem] : cases) {
+        EXPECT_FALSE(expand(specification));
+        EXPECT_STREQ(text.get(), "-v1 ");
+        const std::string outermost(specification, strcspn(specification, "("));
+        EXPECT_EQ(said, std::string("brax - RESPONSE FILE '") + name + "' " + problem +
+                            ".\nWARNING - could not expand file <" + outermost + ">\n");
+    }
+}
+
+TEST_F(Response, FillsTheOptionTextToItsLastByte) {
+    const int room = BRAXLISTSIZE - 1 - 4 - 1;
+    std::string names;
+    while (static_cast<int>(names.size()) < room)
+        names += "name\n";
+    TREE::makefile("names", names.substr(0, static_cast<size_t>(room)));
+    TREE::makefile("over", "@names y");
+    EXPECT_TRUE(expand("names"));
+    EXPECT_EQ(strlen(text.get()), BRAXLISTSIZE - 1U);
+    EXPECT_FALSE(expand("over"));
+    EXPECT_STREQ(text.get(), "-v1 ");
+    EXPECT_EQ(said, "brax - OPTION TEXT TOO LONG <over...>\n"
+                    "WARNING - could not expand file <over>\n");
+    EXPECT_EQ(BRAXhelpgiven, 1);
+}
+
+TEST_F(Response, LoadsAndSavesWholeFiles) {
+    BRAXBUF buffer = {const_cast<char *>("ab\0c"), 4};
+    const auto output = [](auto action) {
+        testing::internal::CaptureStdout();
+        action();
+        return testing::internal::GetCapturedStdout();
+    };
+    EXPECT_EQ(output([&] { EXPECT_TRUE(BRAX_savefile(&buffer, "saved")); }), "Writing, ");
+    EXPECT_EQ(output([&] { EXPECT_FALSE(BRAX_savefile(&buffer, "no/dir")); }),
+              "Writing, BRAX_savefile - COULD NOT WRITE FILE 'no/dir'\n");
+    EXPECT_EQ(output([&] { EXPECT_FALSE(BRAX_savefile(&buffer, "/dev/full")); }),
+              "Writing, write warning.  4 requested, got -1\n"
+              "BRAX_savefile - COULD NOT WRITE FILE '/dev/full'\n");
+    OPTwrite = 0;
+    EXPECT_EQ(output([&] { EXPECT_TRUE(BRAX_savefile(&buffer, "unwritten")); }), "");
+    EXPECT_FALSE(std::filesystem::exists("unwritten"));
+    EXPECT_EQ(output([&] { ASSERT_NE(BRAX_loadfile(&buffer, "./saved"), nullptr); }),
+              "saved: Reading, ");
+    EXPECT_EQ(std::string(static_cast<char *>(buffer.p), 5), std::string("ab\0c\0", 5));
+    EXPECT_EQ(buffer.size, 4);
+    BRAX_free(&buffer);
+    EXPECT_EQ(output([&] { EXPECT_EQ(BRAX_loadfilev(&buffer, "./no", 1), nullptr); }),
+              "no BRAX_loadfilev - COULD NOT READ FILE './no'\n");
+}
+
+TEST(Files, WordsProgressAndPercentages) {
+    char buffer[BRAXFIELDSIZE];
+    const char *cases[][2] = {
+        {"", ""},
+        {"f ", ""},
+        {"f: Reading, ", "Writing, "},
+        {"d/f: Reading, ", "Writing as f, "},
+        {"d/f: Reading, ", "Writing as d/f, "},
+    };
+    for (int verbose = 0; verbose < 5; ++verbose) {
+        EXPECT_STREQ(BRAX_loadstr(buffer, "d/f", verbose), cases[verbose][0]);
+        EXPECT_STREQ(BRAX_savestr(buffer, "d/f", verbose), cases[verbose][1]);
+    }
+    EXPECT_STREQ(BRAX_percentstr(buffer, 100, 25), "75.0%");
+    EXPECT_STREQ(BRAX_percentstr(buffer, 100, 150), "-33.3%");
+    EXPECT_STREQ(BRAX_percentstr(buffer, 0, 7), "-100.0%");
+    EXPECT_STREQ(BRAX_percentstr(buffer, 7, 7), "0.0%");
+}
+
+} // namespace
