@@ -1,0 +1,75 @@
+#include "brax/help.h"
+
+#include "brax/options.h"
+#include "brax/shellword.h"
+#include "brax/text.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+namespace {
+
+constexpr char helpbase[] = "https://tolvik.example/help/";
+
+} // namespace
+
+bool BRAX_optionhelp(char *destination, const char *text) {
+    size_t length = 0;
+    while (charvalue(text[length]) > 32 && text[length] != ';')
+        ++length;
+    destination[0] = '-';
+    if (!copytext(destination + 1, text, length, BRAXFIELDSIZE - 1))
+        return false;
+    char *last = destination + length;
+    if (*last != '?' || last[-1] == '-' || last[-1] == '/')
+        return false;
+    *last = 0;
+    return true;
+}
+
+char *BRAX_geturl(char *destination, const char *program) {
+    if (OPTurl != nullptr && OPTurl[0] != 0) {
+        copytext(destination, OPTurl, BRAXFIELDSIZE);
+    } else {
+        char name[BRAXFIELDSIZE];
+        BRAX_changeext(name, program, "=");
+        copytext(destination, helpbase, BRAXFIELDSIZE);
+        appendtext(destination, "util/", BRAXFIELDSIZE);
+        appendtext(destination, name, BRAXFIELDSIZE);
+        appendtext(destination, ".htm", BRAXFIELDSIZE);
+    }
+    if (OPTbookmark != nullptr)
+        appendtext(destination, OPTbookmark, BRAXFIELDSIZE);
+    return destination;
+}
+
+bool BRAX_webhelp(const char *program) {
+    static char address[BRAXFIELDSIZE];
+    return BRAX_openurl(BRAX_geturl(address, program));
+}
+
+bool BRAX_openurl(const char *address) {
+    char browser[BRAXFIELDSIZE];
+    char word[BRAXFIELDSIZE];
+    if (!BRAX_findtool(browser, "netscape") && !BRAX_findtool(browser, "iexplore")) {
+        if (OPTverbose > 3)
+            BRAX_say("brax - CANT FIND BROWSER FOR OPENURL\n\n");
+        return false;
+    }
+    char command[BRAXFIELDSIZE];
+    copytext(command, browser, sizeof command);
+    if (!shellword(word, sizeof word, address) || !appendtext(command, " ", sizeof command) ||
+        !appendtext(command, word, sizeof command) || !appendtext(command, " &", sizeof command))
+        return false;
+    if (OPTverbose > 4)
+        BRAX_say("%s\n", command);
+    fflush(stdout);
+    // The browser runs in the background: what the shell says of it tells nothing.
+    [[maybe_unused]] const int status = system(command);
+    return true;
+}
+
+bool BRAX_findtool(char *destination, const char *tool) {
+    return copytext(destination, tool, BRAXFIELDSIZE);
+}
