@@ -1,0 +1,173 @@
+// The scan of the option text: options take effect, names are collected for the batch.
+//
+// It stands either between options or in an option, behind a '-'. Built-in options may
+// follow one another in one word; whatever the program's own callback leaves of a word is
+// read between options, that is as a name.
+#include "brax/builtin.h"
+#include "brax/fields.h"
+#include "brax/run.h"
+#include "brax/text.h"
+
+#include <cstring>
+
+namespace {
+
+struct SCAN {
+    char *p;
+    TEXTEND names;
+    bool inOption;
+    bool batchEnd; // ends the batch behind the option or name that is being read
+    int options;
+};
+
+void addname(SCAN *scan, const char *before, const char *name, const char *after) {
+    if (*name == 0)
+        return;
+    const int start = scan->names.length;
+    const char *parts[] = {before, name, after, " "};
+    for (const char *part : parts) {
+        if (!BRAX_append(&scan->names, part, strlen(part), "NAME LIST")) {
+            scan->names.length = start;
+            scan->names.text[start] = 0;
+            return;
+        }
+    }
+}
+
+// The option text is the framework's own block, so a position that a reader of constant
+// text returned may be written through again.
+void moveto(SCAN *scan, const char *position) {
+    scan->p += position - scan->p;
+}
+
+void scanrule(SCAN *scan) {
+    char rule[BRAXFIELDSIZE];
+    moveto(scan, BRAX_getfield(rule, BRAX_nextfield(scan->p + 1), true, true));
+    if (OPTkeepopts != 0)
+        addname(scan, "=\"", rule, "\"");
+    BRAX_setdestinationrule(rule);
+}
+
+void scanname(SCAN *scan) {
+    char name[BRAXFIELDSIZE];
+    const char *end = BRAX_getfield(name, scan->p, false, true);
+    for (char *p = name + strlen(name); p > name && (isblankchar(p[-1]) || p[-1] == ';'); --p) {
+        if (p[-1] == ';') {
+            p[-1] = 0;
+            scan->batchEnd = true;
+        }
+    }
+    moveto(scan, end);
+    addname(scan, "", name, "");
+}
+
+void scanbetween(SCAN *scan) {
+    const char c = *scan->p;
+    if (c == '-') {
+        scan->inOption = true;
+        ++scan->options;
+        ++scan->p;
+    } else if (c == '^' && scan->p[1] == '&') {
+        scan->batchEnd = true;
+        scan->p += 2;
+    } else if (c == ';') {
+        scan->batchEnd = true;
+        ++scan->p;
+    } else if (c == '=') {
+        scanrule(scan);
+    } else if (c == '?' && isblankchar(scan->p[1])) {
+        OPTverbose = 3;
+        autohelp = 2;
+        ++scan->p;
+    } else if (isblankchar(c) || c == ',') {
+        ++scan->p;
+    } else {
+        scanname(scan);
+    }
+}
+
+// Every ';' at the end of the option word becomes a blank and ends the batch behind it.
+void endword(SCAN *scan) {
+    const char *end = BRAX_getfield(nullptr, scan->p, false, true);
+    for (char *p = scan->p + (end - scan->p); p > scan->p && (isblankchar(p[-1]) || p[-1] == ';');
+         --p) {
+        if (p[-1] == ';') {
+            p[-1] = ' ';
+            scan->batchEnd = true;
+        }
+    }
+}
+
+void keepoption(SCAN *scan) {
+    char word[BRAXFIELDSIZE];
+    BRAX_getfield(word, scan->p, false, true);
+    addname(scan, "-", word, "");
+}
+
+void refuseoption(SCAN *scan) {
+    if (OPTverbose != 0) {
+        char word[BRAXFIELDSIZE];
+        BRAX_getfield(word, scan->p - 1, true, true);
+        BRAX_say("brax - 3 UNKNOWN OPTION <%s>\n", word);
+        BRAXhelpgiven = 1;
+    }
+    opterror = -1;
+    autohelp = 1;
+    scan->p += strlen(scan->p);
+}
+
+// At the first character of an option word, or of the next built-in option in one.
+void scanoption(SCAN *scan) {
+    if (isblankchar(*scan->p)) {
+        scan->inOption = false;
+        return;
+    }
+    if (OPToptlower != 0)
+        *scan->p = lowerchar(*scan->p);
+    endword(scan);
+    if (isblankchar(*scan->p)) { // nothing but a ';' stood there
+        scan->inOption = false;
+        return;
+    }
+    if (OPTkeepopts != 0)
+        keepoption(scan);
+    const char *end = nullptr;
+    if (!BRAX_isreserved(scan->p)) {
+        end = BRAX_topichelp(scan->p);
+        if (end == nullptr && BRAX_optfunc != nullptr)
+            end = BRAX_optfunc(scan->p);
+        if (end != nullptr) {
+            moveto(scan, end);
+            scan->inOption = false;
+            return;
+        }
+    }
+    if (*scan->p == ',') {
+        ++scan->p;
+    } else if (*scan->p == ';') {
+        ++scan->p;
+        scan->batchEnd = true;
+        scan->inOption = false;
+    } else if ((end = BRAX_builtin(scan->p, true)) != nullptr) {
+        moveto(scan, end);
+    } else {
+        refuseoption(scan);
+    }
+}
+
+} // namespace
+
+int BRAX_scan() {
+    if (optptr == nullptr)
+        return 0;
+    SCAN scan = {optlist + (optptr - optlist), {namelist, 0}, false, false, 0};
+    while (*scan.p != 0 && (scan.inOption || !scan.batchEnd)) {
+        if (scan.inOption)
+            scanoption(&scan);
+        else
+            scanbetween(&scan);
+    }
+    // Blanks and commas behind a separator ask for no further batch.
+    optptr = BRAX_nextfield(scan.p);
+    return scan.options;
+}
