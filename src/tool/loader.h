@@ -1,0 +1,20 @@
+// Reads a symbol file into a symbol store.
+//
+// A symbol file is text, one item a line: an object header line "[name]" or
+// "[name][library]", and under it, in any order,
+//
+//     source=path,20020517                 the date's month counts from 0
+//     define=name,FUNCTION,GLOBAL,124      or DATA, or LOCAL
+//     refer=name
+//     size=4096
+//
+// Other lines are passed over, and so is what stands before the first header. A line of more
+// than 255 characters, line feed included, is read in pieces of that length, each a line of
+// its own.
+#pragma once
+
+#include "tool/store.h"
+
+// A new store with everything that the file describes, or null: without a message when the
+// file cannot be opened, with an error message when it cannot be read or memory runs out.
+TVKINFO *tvkload(const char *path);
