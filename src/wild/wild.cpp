@@ -1,0 +1,173 @@
+// The twelve entry points, the path split, and the room that an output needs.
+#include "wild/wild.h"
+
+#include "range/range.h"
+#include "wild/wildstate.h"
+
+#include <cstring>
+
+WILDMATCHFUN pathmatchfun = WILD_matchpath;
+WILDMATCHFUN stringmatchfun = WILD_match;
+
+namespace {
+
+// The name behind the last '/' or '\'; the whole text when there is none or only one as its
+// first character.
+const char *namepart(const char *text) {
+    const char *name = text;
+    for (const char *p = text; *p != 0; ++p)
+        if (isslash(*p))
+            name = p + 1;
+    return name == text + 1 ? text : name;
+}
+
+// A text's directory part, copied, and its name part.
+struct PATHPARTS {
+    char directory[WILDTEXTSIZE];
+    const char *name;
+};
+
+// False when a part is too long.
+bool splitpath(PATHPARTS *parts, const char *text) {
+    parts->name = namepart(text);
+    return copytext(parts->directory, text, static_cast<size_t>(parts->name - text),
+                    WILDTEXTSIZE) &&
+           strnlen(parts->name, WILDTEXTSIZE) < WILDTEXTSIZE;
+}
+
+int matchparts(char *output, const PATHPARTS *string, const PATHPARTS *pattern,
+               const PATHPARTS *destination, int *length, int caseSensitive, int caseCarrying) {
+    if (matchlimited(output, string->directory, pattern->directory, destination->directory, nullptr,
+                     caseSensitive, caseCarrying, WILDTEXTLIMIT) == 0)
+        return 0;
+    return matchlimited(output + strlen(output), string->name, pattern->name, destination->name,
+                        length, caseSensitive, caseCarrying, WILDTEXTLIMIT);
+}
+
+} // namespace
+
+int matchpath(char *output, const char *string, const char *pattern, const char *destination,
+              int *length, int caseSensitive, int caseCarrying) {
+    output[0] = 0;
+    if (namepart(pattern) == pattern)
+        return matchstring(output, string, pattern, destination, length, caseSensitive,
+                           caseCarrying);
+    PATHPARTS strings; // these are not cleared: they are large
+    PATHPARTS patterns;
+    PATHPARTS destinations;
+    const bool fits = splitpath(&strings, string) && splitpath(&patterns, pattern) &&
+                      splitpath(&destinations, destination);
+    if (fits && matchparts(output, &strings, &patterns, &destinations, length, caseSensitive,
+                           caseCarrying) != 0)
+        return 1;
+    output[0] = 0;
+    return 0;
+}
+
+namespace {
+
+// Characters that the wildcard at *position can write; moves behind it and its index.
+int64_t insertionroom(const char **position, const char *end, int64_t longestCapture) {
+    const char *p = *position;
+    const char wildcard = *p++;
+    int64_t width = 1;
+    for (; isnumberchar(wildcard) && p != end && isnumberchar(*p); ++p)
+        ++width;
+    const char *index = p;
+    p = skipindex(index, end);
+    *position = p != nullptr ? p : end;
+    if (isstarchar(wildcard))
+        return longestCapture;
+    if (!isquestionchar(wildcard))
+        return width + (longestCapture > 11 ? longestCapture : 11);
+    char text[WILDTEXTSIZE];
+    char number[WILDTEXTSIZE];
+    char range[WILDTEXTSIZE];
+    if (p == nullptr || !copytext(text, index, static_cast<size_t>(p - index), sizeof text) ||
+        isValidIndex(text, number, range) == 0 || range[0] == 0)
+        return 1;
+    const int64_t column = RANGE_min(range, 0);
+    return column > 1 ? column : 1;
+}
+
+int64_t roomfor(const char *destination, const char *end, int64_t longestCapture) {
+    int64_t room = 0;
+    while (destination != end) {
+        if (iswildchar(*destination)) {
+            room += insertionroom(&destination, end, longestCapture);
+        } else {
+            ++room;
+            ++destination;
+        }
+    }
+    return room;
+}
+
+} // namespace
+
+int64_t WILD_outputroom(const char *string, const char *destination) {
+    const auto longestCapture = static_cast<int64_t>(strnlen(string, WILDTEXTLIMIT));
+    const char *end = destination + strlen(destination);
+    const char *name = namepart(destination);
+    const int64_t whole = roomfor(destination, end, longestCapture);
+    // Split, an index that holds a separator is read otherwise.
+    const int64_t parts =
+        roomfor(destination, name, longestCapture) + roomfor(name, end, longestCapture);
+    return (parts > whole ? parts : whole) + 1;
+}
+
+int WILD_match(char *output, const char *string, const char *pattern, const char *destination) {
+    return matchstring(output, string, pattern, destination, nullptr, 1, 0);
+}
+
+int WILD_imatch(char *output, const char *string, const char *pattern, const char *destination) {
+    return matchstring(output, string, pattern, destination, nullptr, 0, 0);
+}
+
+int WILD_icmatch(char *output, const char *string, const char *pattern, const char *destination) {
+    return matchstring(output, string, pattern, destination, nullptr, 0, 1);
+}
+
+int WILD_matchpath(char *output, const char *string, const char *pattern, const char *destination) {
+    return matchpath(output, string, pattern, destination, nullptr, 1, 0);
+}
+
+int WILD_imatchpath(char *output, const char *string, const char *pattern,
+                    const char *destination) {
+    return matchpath(output, string, pattern, destination, nullptr, 0, 0);
+}
+
+int WILD_icmatchpath(char *output, const char *string, const char *pattern,
+                     const char *destination) {
+    return matchpath(output, string, pattern, destination, nullptr, 0, 1);
+}
+
+int WILD_nmatch(char *output, const char *string, const char *pattern, const char *destination,
+                int *length) {
+    return matchstring(output, string, pattern, destination, length, 1, 0);
+}
+
+int WILD_nimatch(char *output, const char *string, const char *pattern, const char *destination,
+                 int *length) {
+    return matchstring(output, string, pattern, destination, length, 0, 0);
+}
+
+int WILD_nicmatch(char *output, const char *string, const char *pattern, const char *destination,
+                  int *length) {
+    return matchstring(output, string, pattern, destination, length, 0, 1);
+}
+
+int WILD_nmatchpath(char *output, const char *string, const char *pattern, const char *destination,
+                    int *length) {
+    return matchpath(output, string, pattern, destination, length, 1, 0);
+}
+
+int WILD_nimatchpath(char *output, const char *string, const char *pattern, const char *destination,
+                     int *length) {
+    return matchpath(output, string, pattern, destination, length, 0, 0);
+}
+
+int WILD_nicmatchpath(char *output, const char *string, const char *pattern,
+                      const char *destination, int *length) {
+    return matchpath(output, string, pattern, destination, length, 0, 1);
+}
