@@ -91,6 +91,8 @@ int32_t rangecompare(const RANGE *a, const RANGE *b);
 // Compares a text with a bound, case ignored: negative, zero or positive. In the bound '*'
 // stands for any run of characters, '?' for one and '#' for a digit; texts that both end in
 // a number at the same place are compared by its value there.
+// A '*' against a text over 2,047 characters needs memory during the call; without it the
+// text sorts first.
 int32_t wildstrcmp(const char *text, const char *bound);
 
 // Copies one field of the option text into BRAXFIELDSIZE bytes and returns the position

@@ -127,6 +127,7 @@ int32_t wildstrcmp(const char *text, const char *bound) {
     int32_t *row = places <= 2048 ? small : gallocarray<int32_t>(places);
     if (row == nullptr)
         return -1;
+    memset(row, 0, static_cast<size_t>(places) * sizeof(int32_t));
     comparestars(&textTail, &boundTail, pair.b, row);
     const int32_t found = row[pair.a - text];
     if (row != small)

@@ -3,6 +3,7 @@
 #include "brax/options.h"
 #include "brax/text.h"
 #include "mem/galloc.h"
+#include "wild/wild.h"
 
 #include <climits>
 #include <cstring>
@@ -145,14 +146,39 @@ int32_t decimaldate(int32_t seconds) {
     return (1900 + date.tm_year) * 10000 + date.tm_mon * 100 + date.tm_mday;
 }
 
-// The first entry whose name equals the given one, case ignored.
+bool holdswildcards(const char *name) {
+    for (; *name != 0; ++name) {
+        const int value = charvalue(*name);
+        if (value == WILDcharstar || value == WILDcharquestion || value == WILDcharnumber)
+            return true;
+    }
+    return false;
+}
+
+// Whether the name, which also serves as the destination, matches the entry.
+bool matchesname(const char *entry, const char *name) {
+    char scratch[BRAXFIELDSIZE];
+    if (WILD_imatch(scratch, entry, name, "") == 0)
+        return false;
+    const int64_t room = WILD_outputroom(entry, name);
+    if (room <= BRAXFIELDSIZE)
+        return WILD_imatch(scratch, entry, name, name) != 0;
+    char *large = gallocarray<char>(room);
+    if (large == nullptr)
+        return false;
+    const bool matched = WILD_imatch(large, entry, name, name) != 0;
+    gfree(large);
+    return matched;
+}
+
+// The first entry that the name matches.
 bool findlisted(const char *name, SGI_finddata *data) {
     const SGI_handle handle = SGIfindopen();
     if (handle == 0)
         return false;
     bool found = false;
     while (!found && SGIfindquick(handle, data) != 0)
-        found = stricmp(data->name, name) == 0 && SGIfindfill(data);
+        found = matchesname(data->name, name) && SGIfindfill(data);
     SGIfindclose(handle);
     return found;
 }
@@ -166,7 +192,7 @@ int32_t BRAX_filedate(const char *path) {
     if (name[0] == 0)
         copytext(name, ".", sizeof name);
     copytext(data.name, name, sizeof data.name);
-    const bool found = SGIfindfill(&data) || findlisted(name, &data);
+    const bool found = (!holdswildcards(name) && SGIfindfill(&data)) || findlisted(name, &data);
     const int32_t date = found ? decimaldate(data.time) : 0;
     if (OPTverbose >= 5)
         BRAX_say("%s %d\n", path, date);

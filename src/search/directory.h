@@ -70,8 +70,8 @@ int BRAX_ishidden(uint8_t attrib);
 // The date of the first entry of the current directory that matches the name part of the
 // path (wildcards allowed, case ignored), as year * 10000 + month * 100 + day with the
 // month counted from 0, local time. The path's directory part is not used; an empty name
-// part means ".". 0 when nothing matches. A name that is spelt exactly so in the directory
-// is taken at once, without a listing.
+// part means ".". 0 when nothing matches. A name without wildcards that is spelt exactly so
+// in the directory is taken at once, without a listing.
 int32_t BRAX_filedate(const char *path);
 
 // A directory to come back to. It is held open rather than remembered by name, so that it
