@@ -68,27 +68,37 @@ TEST_F(Galloc, AsksNoMemoryOfAddressesItNeverGave) {
                     "gfree - SENTINAL CORRUPTED; PROBABLE MEMORY DATA CORRUPTION\n");
 }
 
-// The variable is read once per process, so each value needs a process of its own.
-void countuntilfailure(const char *value, int expectedBlocks) {
-    EXPECT_EXIT(
-        {
-            setenv("GALLOCMAX", value, 1);
-            galloccount = 0;
-            int blocks = 0;
-            void *last = nullptr;
-            while (blocks < 10 && (last = galloc(4)) != nullptr)
-                ++blocks;
-            exit(blocks == expectedBlocks && (last != nullptr || galloc(4) == nullptr) ? 0 : 1);
-        },
-        testing::ExitedWithCode(0), "")
-        << value;
+// The variable is read once per process, so each value needs a fresh one. The child
+// holds blocks until one is refused or `most` are held; then it gives one back and must get
+// exactly that one again.
+void countuntilfailure(const char *value, int expected, const char *refusal) {
+    constexpr int most = 10;
+    const auto child = [&] {
+        setenv("GALLOCMAX", value, 1);
+        void *blocks[most + 1] = {};
+        int held = 0;
+        while (held < most && (blocks[held] = galloc(4)) != nullptr)
+            ++held;
+        bool right = held == expected && galloccount == held && said == refusal;
+        if (held > 0) {
+            right = gfree(blocks[held - 1]) && right;
+            blocks[held - 1] = galloc(4);
+            right = blocks[held - 1] != nullptr && right;
+        }
+        for (int i = 0; i < held; ++i)
+            right = gfree(blocks[i]) && right;
+        exit(right && galloccount == 0 ? 0 : 1);
+    };
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(child(), testing::ExitedWithCode(0), "") << value;
 }
 
 TEST_F(Galloc, FailsAtTheCountThatTheEnvironmentNames) {
-    countuntilfailure("3", 3);
-    countuntilfailure("0", 0);
-    countuntilfailure("none", 0);
-    countuntilfailure("-1", 10);
+    countuntilfailure("3", 3, "galloc - ERROR, PURPOSELY FAILING ON GALLOC COUNT 3, SIZE 4\n");
+    countuntilfailure(" +2x", 2, "galloc - ERROR, PURPOSELY FAILING ON GALLOC COUNT 2, SIZE 4\n");
+    countuntilfailure("0", 0, "galloc - ERROR, PURPOSELY FAILING ON GALLOC COUNT 0, SIZE 4\n");
+    countuntilfailure("none", 0, "galloc - ERROR, PURPOSELY FAILING ON GALLOC COUNT 0, SIZE 4\n");
+    countuntilfailure("-1", 10, "");
 }
 
 TEST_F(Galloc, StreamsKeepTheirPosition) {
