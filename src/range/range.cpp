@@ -105,6 +105,8 @@ bool readelement(const PARSE *parse, const char *text, ELEMENT *element) {
     const bool textAbove = element->maximum.text[0] != 0;
     element->openBelow = textAbove && minimum[0] == 0;
     element->openAbove = textBelow && maximum[0] == 0;
+    if (element->openBelow && element->minimum.value > element->maximum.value)
+        element->minimum.value = element->maximum.value;
     if (element->openBelow || element->openAbove)
         return true;
     if (textBelow != textAbove)

@@ -77,9 +77,15 @@ void skipsource(BUILD *build, int32_t length) {
     build->string += length < rest ? length : rest;
 }
 
+// The column that a '?' range asks for is its smallest value; one that is beyond the bounds
+// of positions would let a short destination fill any buffer.
+bool iscolumn(const char *range) {
+    return range[0] == 0 || RANGE_min(range, 0) <= WILDLASTPOSITION;
+}
+
 // Reads the index at the destination's position. False, after the message, when it is not
 // valid.
-bool takeindex(BUILD *build, INDEX *index) {
+bool takeindex(BUILD *build, INDEX *index, bool isQuestion) {
     index->number[0] = 0;
     index->range[0] = 0;
     if (!isleftbracket(*build->destination))
@@ -89,7 +95,8 @@ bool takeindex(BUILD *build, INDEX *index) {
     const char *end = getIndex(text, start);
     if (end != nullptr) {
         build->destination = end;
-        if (isValidIndex(text, index->number, index->range) != 0)
+        if (isValidIndex(text, index->number, index->range) != 0 &&
+            (!isQuestion || iscolumn(index->range)))
             return true;
     } else {
         end = skipindex(start, nullptr);
@@ -130,7 +137,7 @@ bool putstar(BUILD *build, const INDEX *index) {
             return false;
     } else {
         const int32_t first = RANGE_min(index->range, 0);
-        const int32_t last = RANGE_max(index->range, 32768);
+        const int32_t last = RANGE_max(index->range, WILDLASTPOSITION);
         for (int32_t i = first; i <= last && i < capture.length; ++i)
             if (RANGE_match(index->range, "", i) != 0 && !put(build, text + i, 1))
                 return false;
@@ -236,7 +243,7 @@ int putwildcard(BUILD *build) {
     for (; isNumber && isnumberchar(*build->destination); ++width)
         ++build->destination;
     INDEX index; // not cleared: its texts are large
-    if (!takeindex(build, &index))
+    if (!takeindex(build, &index, isquestionchar(wildcard) && !isstarchar(wildcard)))
         return WILDBADINDEX;
     bool written = false;
     if (isNumber)

@@ -86,8 +86,8 @@ int64_t insertionroom(const char **position, const char *end, int64_t longestCap
     if (p == nullptr || !copytext(text, index, static_cast<size_t>(p - index), sizeof text) ||
         isValidIndex(text, number, range) == 0 || range[0] == 0)
         return 1;
-    const int64_t column = RANGE_min(range, 0);
-    return column > 1 ? column : 1;
+    const int32_t column = RANGE_min(range, 0);
+    return column > 1 && column <= WILDLASTPOSITION ? column : 1;
 }
 
 int64_t roomfor(const char *destination, const char *end, int64_t longestCapture) {

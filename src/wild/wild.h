@@ -20,9 +20,9 @@
 // Destination: a wildcard inserts the next capture of its kind, or the one whose number
 // stands behind it in brackets (*[0] is the first), limited by a range in second brackets
 // (see range/range.h): *[0][2..4] inserts positions 2 to 4, ?[0][5] puts spaces in front up
-// to column 5, #[0][1..9] inserts zeros for a number outside. A run of '#' is as wide as it is
-// long, filled with zeros, and "#,#" writes two numbers. A star without capture writes
-// nothing, a question mark a space, a number the running number current_unmatched.
+// to column 5 (32,768 at most), #[0][1..9] inserts zeros for a number outside. A run of '#' is as
+// wide as it is long, filled with zeros, and "#,#" writes two numbers. A star without capture
+// writes nothing, a question mark a space, a number the running number current_unmatched.
 //
 // What a failure leaves: a mismatch in front of the first wildcard touches neither output nor
 // length. Later ones empty the output and still write the length, which says how far the
@@ -79,8 +79,7 @@ int WILD_nicmatchpath(char *output, const char *string, const char *pattern,
 
 // Bytes, terminator included, that are enough for the output of any of the twelve, whatever
 // the pattern. Grows with the string only through its length: one call for the longest string
-// serves for all of them. Most outputs are far shorter; a range behind a '?' ("?[0][2000000]")
-// can make it large.
+// serves for all of them. Most outputs are far shorter.
 int64_t WILD_outputroom(const char *string, const char *destination);
 
 // The hooks through which the framework reaches the matcher; a program may replace them.

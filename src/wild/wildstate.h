@@ -10,6 +10,9 @@
 // The longest literal, capture and index.
 constexpr int WILDTEXTLIMIT = WILDTEXTSIZE - 1;
 
+// Upper bound of the positions that a destination range may name.
+constexpr int32_t WILDLASTPOSITION = 32768;
+
 // A captured part of the string.
 struct CAPTURE {
     int32_t start;

@@ -140,7 +140,9 @@ int isValidIndex(const char *index, char *number, char *range) {
         return 0;
     if (*index == 0)
         return 1;
-    return takegroup(&index, range) && *index == 0 && RANGE_check(range, 0, 32768) != 0 ? 1 : 0;
+    return takegroup(&index, range) && *index == 0 && RANGE_check(range, 0, WILDLASTPOSITION) != 0
+               ? 1
+               : 0;
 }
 
 void wild_itoa(int32_t value, char *buffer, int32_t radix) {
