@@ -83,6 +83,11 @@ TEST_F(Directory, FileDateCountsMonthsFromZeroAndIgnoresDirectories) {
     EXPECT_EQ(BRAX_filedate("other/place/hERE.C"), today);
     EXPECT_EQ(BRAX_filedate("some/dir/"), today);
     EXPECT_EQ(BRAX_filedate("sub/Only.c"), 0);
+    EXPECT_EQ(BRAX_filedate("h*.C"), today);
+    EXPECT_EQ(BRAX_filedate("????.?"), today);
+    EXPECT_EQ(BRAX_filedate("*.h"), 0);
+    makefile("a#.c"); // no name of this directory has digits there
+    EXPECT_EQ(BRAX_filedate("a#.c"), 0);
 }
 
 TEST_F(Directory, APlaceIsFoundAgainAfterItMoved) {

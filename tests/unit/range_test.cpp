@@ -1,0 +1,261 @@
+#include "range/range.h"
+
+#include "brax/fields.h"
+#include "brax/options.h"
+
+#include <climits>
+#include <gtest/gtest.h>
+#include <string>
+#include <unistd.h>
+
+namespace {
+
+std::string repeat(const std::string &text, int times) {
+    std::string all;
+    for (int i = 0; i < times; ++i)
+        all += text;
+    return all;
+}
+
+// The numbers from -2 to 14 that a specification allows.
+std::string allowed(const char *spec) {
+    std::string numbers;
+    for (int32_t n = -2; n <= 14; ++n)
+        if (RANGE_match(spec, nullptr, n) != 0)
+            numbers += std::to_string(n) + " ";
+    return numbers;
+}
+
+TEST(Range, AllowsNumbers) {
+    const char *everything = "-2 -1 0 1 2 3 4 5 6 7 8 9 10 11 12 13 14 ";
+    const struct {
+        const char *spec, *numbers;
+    } cases[] = {
+        {"1..10", "1 2 3 4 5 6 7 8 9 10 "},
+        {"10..8", "8 9 10 "},
+        {"0..10+=3", "0 3 6 9 "},
+        {"0..10+=-3", "0 3 6 9 "},
+        {"1..5+=x", "1 2 3 4 5 "},
+        {"7+=3", "7 10 13 "},
+        {"3,7,9", "3 7 9 "},
+        {"3,", "3 "},
+        {"!-1..12", "-2 13 14 "},
+        {"!-2..14+=2", "-1 1 3 5 7 9 11 13 "},
+        {"!5..,9", "-2 -1 0 1 2 3 4 9 "},
+        {"..2", "0 1 2 "},
+        {"12..", "12 13 14 "},
+        {"-2..-1", "-2 -1 "},
+        {"99999999999..-99999999999", everything},
+        {"", everything},
+        {",x", everything},
+        {"3,..", everything},
+        {"+=", everything},
+        {"1..m", ""},
+        {"1..5+=0", ""},
+        {"3,1..m,4", ""},
+        {"a..m", "0 "},
+        {"1 ", "0 "},
+    };
+    for (const auto &c : cases)
+        EXPECT_EQ(allowed(c.spec), c.numbers) << c.spec;
+}
+
+TEST(Range, AllowsTexts) {
+    const struct {
+        const char *spec, *text;
+        int matched;
+    } cases[] = {
+        {"a..m", "a", 1},
+        {"a..m", "B", 1},
+        {"a..m", "n", 0},
+        {"m..a", "b", 1},
+        {"!a..m", "n", 1},
+        {"file2..file10", "file5", 1},
+        {"file2..file10", "file50", 0},
+        {"file2..file10", "file", 0},
+        {"a..", "zebra", 1},
+        {"b..", "a", 0},
+        {"..m", "b", 1},
+        {"..m", "z", 0},
+        {"*.c", "main.c", 1},
+        {"*.c", "main.o", 0},
+        {"x,*a*b", "-A-B", 1},
+        {"1..5", "text", 0},
+        {"1..m", "b", 0},
+        {"a..z", "\xE9", 0},
+    };
+    for (const auto &c : cases)
+        EXPECT_EQ(RANGE_match(c.spec, c.text, 0), c.matched) << c.spec << " " << c.text;
+}
+
+TEST(Range, CountsAndFindsTheEnds) {
+    const struct {
+        const char *spec;
+        int32_t lower, upper, check, count, minimum, maximum;
+    } cases[] = {
+        {"1..10", 0, 100, 1, 10, 1, 10},
+        {"0..10+=3", 0, 100, 1, 4, 0, 9},
+        {"10..0+=3", 0, 100, 1, 4, 0, 9},
+        {"3,7,9", 0, 100, 1, 3, 3, 9},
+        {"!4..6", 0, 9, 1, 7, 0, 9},
+        {"5..", 0, 20, 1, 16, 5, 20},
+        {"", 0, 9, 1, 10, 0, 9},
+        {"a..m", 0, 9, 1, 10, INT_MAX, -INT_MAX},
+        {"1..m", 0, 9, 0, 10, 0, 9},
+        {"2..3+=0", 0, 9, 0, 10, 0, 9},
+        {"0..2147483647,-5", -10, INT_MAX, 1, INT_MAX, -5, INT_MAX},
+        {"-2147483648..2147483647", INT_MIN, INT_MAX, 1, INT_MAX, INT_MIN, INT_MAX},
+        {"!0..9", 0, 9, 1, 0, 10, -1},
+    };
+    for (const auto &c : cases) {
+        EXPECT_EQ(RANGE_check(c.spec, c.lower, c.upper), c.check) << c.spec;
+        EXPECT_EQ(RANGE_count(c.spec, c.lower, c.upper), c.count) << c.spec;
+        EXPECT_EQ(RANGE_min(c.spec, c.lower), c.minimum) << c.spec;
+        EXPECT_EQ(RANGE_max(c.spec, c.upper), c.maximum) << c.spec;
+    }
+}
+
+TEST(Range, ConstrainsANumber) {
+    const struct {
+        const char *spec;
+        int32_t number, below, nearest, above;
+    } cases[] = {
+        {"0..10+=4", 4, 4, 4, 4},
+        {"0..10+=4", 5, 4, 4, 8},
+        {"0..10+=4", 6, 4, 8, 8},
+        {"0..10+=4", 9, 8, 8, 8},
+        {"0..10+=4", 20, 8, 8, 8},
+        {"5..10", -7, 5, 5, 5},
+        {"!4..8", 5, 3, 3, 9},
+        {"!4..8", 3, 3, 3, 3},
+        {"!0..8+=2", 4, 3, 5, 5},
+        {"!0..8+=2", 5, 5, 5, 5},
+        {"0,20,9", 10, 0, 9, 9},
+        {"", 8, 8, 8, 8},
+        {"1..m", -8, -INT_MAX, -INT_MAX, -INT_MAX},
+        {"!..", INT_MAX, -1, INT_MAX, INT_MAX},
+    };
+    for (const auto &c : cases) {
+        EXPECT_EQ(RANGE_constrain(c.spec, c.number, -1), c.below) << c.spec << " " << c.number;
+        EXPECT_EQ(RANGE_constrain(c.spec, c.number, 0), c.nearest) << c.spec << " " << c.number;
+        EXPECT_EQ(RANGE_constrain(c.spec, c.number, 1), c.above) << c.spec << " " << c.number;
+    }
+}
+
+TEST(Range, ComparesTextsWithBounds) {
+    const struct {
+        const char *text, *bound;
+        int32_t result;
+    } cases[] = {
+        {"abc", "ABC", 0},
+        {"abc", "abd", -1},
+        {"ab", "abc", -'c'},
+        {"\xE9", "a", -23 - 'a'},
+        {"x9", "x10", -1},
+        {"x-5", "x3", -8},
+        {"007", "7", '0' - '7'},
+        {"9999999999", "-9999999999", INT_MAX},
+        {"", "?", -63},
+        {"ax", "a#", 'x' - '0'},
+        {"a7c", "?#C", 0},
+        {"xxabab", "*ab", 0},
+        {"ba", "*a*c", 'b' - 'a'},
+        {"ab", "a***b**", 0},
+        {"", "*", 0},
+    };
+    for (const auto &c : cases)
+        EXPECT_EQ(wildstrcmp(c.text, c.bound), c.result) << c.text << " " << c.bound;
+}
+
+// Each of these takes for ever when every '*' tries every suffix anew, or every digit reads
+// its number anew.
+TEST(Range, HostileBoundsEnd) {
+    EXPECT_NE(wildstrcmp(std::string(1000, 'a').c_str(), (repeat("*a", 300) + "b").c_str()), 0);
+    EXPECT_EQ(wildstrcmp(std::string(5000, 'a').c_str(), repeat("*a", 300).c_str()), 0);
+    EXPECT_EQ(wildstrcmp("", std::string(100000, '*').c_str()), 0);
+    EXPECT_NE(wildstrcmp((std::string(2000, '0') + "1").c_str(),
+                         ("*" + std::string(1000, '0') + "2").c_str()),
+              0);
+    EXPECT_EQ(RANGE_match((repeat("5,", 5000) + "7").c_str(), nullptr, 7), 1);
+}
+
+TEST(Range, RefusesWhatIsTooLong) {
+    const std::string longest(1023, 'x');
+    EXPECT_EQ(RANGE_match(longest.c_str(), longest.c_str(), 0), 1);
+    EXPECT_EQ(RANGE_check((longest + "x").c_str(), 0, 9), 0);
+    EXPECT_EQ(RANGE_match(("5," + longest + "x").c_str(), nullptr, 5), 0);
+    EXPECT_EQ(RANGE_match("*", std::string(2047, 'x').c_str(), 0), 1);
+    EXPECT_EQ(RANGE_match("*", std::string(2048, 'x').c_str(), 0), 0);
+    EXPECT_EQ(RANGE_match("!5,", std::string(2048, 'x').c_str(), 0), 0);
+}
+
+TEST(Range, CutsParts) {
+    const struct {
+        const char *element, *minimum, *maximum, *step;
+    } cases[] = {
+        {"1..10+=2", "1", "10", "2"},
+        {"5+=2", "5", "", "2"},
+        {"7", "7", "7", ""},
+        {"..", "", "", ""},
+        {"a...b", "a", ".b", ""},
+        {"1..+=3", "1", "", "3"},
+        {"1+=2..5", "1+=2", "5", "2..5"},
+    };
+    for (const auto &c : cases) {
+        char minimum[RANGEPARTSIZE];
+        char maximum[RANGEPARTSIZE];
+        char step[RANGEPARTSIZE];
+        EXPECT_TRUE(rangeminstr(minimum, c.element) && rangemaxstr(maximum, c.element) &&
+                    rangestepstr(step, c.element));
+        EXPECT_STREQ(minimum, c.minimum) << c.element;
+        EXPECT_STREQ(maximum, c.maximum) << c.element;
+        EXPECT_STREQ(step, c.step) << c.element;
+    }
+}
+
+TEST(RangeOption, ReadsAField) {
+    const struct {
+        const char *text;
+        bool strip, stop;
+        const char *field, *rest;
+    } cases[] = {
+        {"1..5,7 x", true, false, "1..5,7", " x"},
+        {"1..5,7 x", true, true, "1", "..5,7 x"},
+        {"1+=5", true, true, "1", "+=5"},
+        {"1.+5", true, true, "1.+5", ""},
+        {"(1, (2))3", true, true, "1, (2)", "3"},
+        {"(1, 2)3 4", false, true, "(1, 2)3", " 4"},
+        {"a[b c]d", true, false, "a[b c]d", ""},
+        {"'a..b'x", true, true, "a..b", "x"},
+        {"\"open, end", true, true, "open, end", ""},
+        {"a\034b\xE9", true, false, "a\034b", "\xE9"},
+    };
+    for (const auto &c : cases) {
+        char field[BRAXFIELDSIZE];
+        EXPECT_STREQ(BRAX_getrangefield(field, c.text, c.strip, c.stop), c.rest) << c.text;
+        EXPECT_STREQ(field, c.field) << c.text;
+    }
+    char field[BRAXFIELDSIZE];
+    const std::string tooLong(2048, '1');
+    testing::internal::CaptureStdout();
+    EXPECT_STREQ(BRAX_getrangefield(field, (tooLong + " x").c_str(), true, true), " x");
+    EXPECT_NE(testing::internal::GetCapturedStdout().find("TOO LONG <111"), std::string::npos);
+    EXPECT_STREQ(field, "");
+    BRAXhelpgiven = 0;
+    BRAX_newrefusals();
+}
+
+TEST(RangeOption, EndsTheProcessForAMalformedRange) {
+    char field[BRAXFIELDSIZE];
+    EXPECT_STREQ(BRAX_getrangeopt(field, "(1..5) x", "size", 0, 9), " x");
+    EXPECT_STREQ(BRAX_getrangeopt(field, "1..m", "size", 0, INT_MAX), "");
+    const auto readMalformed = [&field] {
+        dup2(STDERR_FILENO, STDOUT_FILENO);
+        BRAX_getrangeopt(field, "1..m", "size", 0, 9);
+    };
+    EXPECT_EXIT(readMalformed(), testing::ExitedWithCode(10),
+                "^getrangeopt - RANGE OPTION VALUE OUT OF RANGE.  size.\n"
+                "SPECIFIED 1..m. VALID RANGE IS 0..9\n$");
+}
+
+} // namespace

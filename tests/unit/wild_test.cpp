@@ -1,0 +1,299 @@
+#include "wild/wild.h"
+
+#include "brax/options.h"
+#include "mem/galloc.h"
+#include "wild/mathrules.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+namespace {
+
+// The output of a match in a block of just the room that is promised to be enough, so that
+// the sanitizer sees what goes beyond; in front of it '+' or '-' for the result.
+std::string matched(WILDMATCHFUN function, const std::string &string, const std::string &pattern,
+                    const std::string &destination) {
+    const auto room = static_cast<size_t>(WILD_outputroom(string.c_str(), destination.c_str()));
+    std::vector<char> output(room, '~');
+    output.shrink_to_fit();
+    const int result =
+        function(output.data(), string.c_str(), pattern.c_str(), destination.c_str());
+    const bool touched = output[0] != '~';
+    return (result != 0 ? "+" : "-") + (touched ? std::string(output.data()) : "~");
+}
+
+// Every test finds and leaves the settings at their defaults.
+class Wild : public testing::Test {
+  protected:
+    void SetUp() override {
+        reset();
+    }
+    void TearDown() override {
+        reset();
+    }
+
+  private:
+    static void reset() {
+        WILDcharstar = '*';
+        WILDcharquestion = '?';
+        WILDcharnumber = '#';
+        WILDtoupper = 0;
+        current_unmatched = 0;
+        OPTverbose = 0;
+    }
+};
+
+TEST_F(Wild, MatchesAndBuilds) {
+    const struct {
+        WILDMATCHFUN function;
+        const char *string, *pattern, *destination, *output;
+    } cases[] = {
+        {WILD_match, "file12.txt", "file#.txt", "new#.dat", "+new12.dat"},
+        {WILD_match, "file12.txt", "file#.txt", "new####.dat", "+new0012.dat"},
+        {WILD_match, "file012.txt", "file##.txt", "new#.dat", "+new012.dat"},
+        {WILD_match, "a1b2", "?#?#", "#[1]?[0]", "+2a"},
+        {WILD_match, "abc", "*?", "?*", "+cab"},
+        {WILD_match, "abcd", "*??", "?[1]?[0]*", "+dcab"},
+        {WILD_match, "xaby", "*??y", "*-?-?", "+x-a-b"},
+        {WILD_match, "b.c", "*??.c", "x", "-"},
+        {WILD_match, "ab.c.d", "*?.?", "*", "-"},
+        {WILD_match, "x.c", "*.c", "*.o", "+x.o"},
+        {WILD_match, "a.c.c", "*.c", "*.o", "-"},
+        {WILD_match, "a.b.c", "**.c", "*.o", "+a.b.o"},
+        {WILD_match, "ab12cd", "*#*", "*[1]#*[0]", "+cd12ab"},
+        {WILD_match, "ab", "*#", "x", "-"},
+        {WILD_match, "12x", "#?", "?#", "+x12"},
+        {WILD_match, "1x2ab", "#ab", "x", "-"},
+        {WILD_match, "", "", "x", "+x"},
+        {WILD_match, "abc", "", "x", "-"},
+        {WILD_match, "", "*", "x", "+x"},
+        {WILD_match, "", "#", "x", "-"},
+        {WILD_match, "abc", "abd", "x", "-~"},
+        {WILD_match, "ab", "abc*", "x", "-~"},
+        {WILD_match, "a\\b", "a/b", "x", "+x"},
+        {WILD_match, "a/b", "a\\b", "x", "-~"},
+        {WILD_match, "xa\\b", "*a/b", "x", "-"}, // the search itself knows no such equality
+        {WILD_match, "README.TXT", "*.txt", "*.doc", "-"},
+        {WILD_imatch, "README.TXT", "*.txt", "*.doc", "+README.doc"},
+        {WILD_icmatch, "README.TXT", "*.txt", "*.doc", "+README.DOC"},
+        {WILD_icmatch, "README.txt", "*.TXT", "*.DOC", "+README.doc"},
+        {WILD_icmatch, "Ab1X", "ab?x", "xyz?[0]uvw", "+Xyz1UVW"},
+        {WILD_icmatch, "AxB", "a?b", "?[0]?[0]?[0]?[0]qQ", "+xxxxqQ"},
+        {WILD_icmatch, "A-B", "*-*", "*[1]*[1]*[1]-x", "+BBB-x"},
+        {WILD_matchpath, "src/a.c", "*/*.c", "obj/*.o", "+obj/a.o"},
+        {WILD_matchpath, "src/a.c", "*/*.c", "*/*.o", "+src/a.o"},
+        {WILD_matchpath, "src/a.c", "*/*.c", "*.o", "+a.o"},
+        {WILD_matchpath, "src\\a.c", "*/*.c", "*/*.o", "-"},
+        {WILD_matchpath, "src/a.c", "*/*.h", "*/*.o", "-"},
+        {WILD_matchpath, "src/a.c", "/*.c", "x", "-"},
+        {WILD_matchpath, "/a.c", "/*.c", "/*.o", "+/a.o"},
+        {WILD_matchpath, "abc", "abd", "x", "-"},
+        {WILD_matchpath, "a/b", "*/*", "*[0/1]", "+a1]"},
+        {WILD_imatchpath, "SRC/A.C", "src/*.c", "o/*.o", "+o/A.o"},
+        {WILD_icmatchpath, "SRC/a.C", "src/*.c", "obj/*.o", "+OBJ/a.O"},
+    };
+    for (const auto &c : cases)
+        EXPECT_EQ(matched(c.function, c.string, c.pattern, c.destination), c.output)
+            << c.string << " " << c.pattern << " " << c.destination;
+}
+
+TEST_F(Wild, ReadsIndexes) {
+    const struct {
+        const char *string, *pattern, *destination, *output;
+    } cases[] = {
+        {"abcdef", "*", "*[0][2..4]", "+cde"},  {"abcdef", "*", "*[][..4+=2]", "+ace"},
+        {"abcdef", "*", "*[0][!1..3]", "+aef"}, {"abcdef", "*", "*[0][5,0,9]", "+af"},
+        {"abcdef", "*", "*[0][a..b]", "+"},     {"abc", "*", "*-*", "+abc-"},
+        {"abc", "*", "*[1]-*-*", "+-abc-"},     {"abc", "*", "<*[99999999999]?[7]>", "+< >"},
+        {"a", "?", "?[0][3]", "+  a"},          {"a", "?", "?[][0..1]", "+a"},
+        {"7", "#", "##[0][1..9]", "+007"},      {"7", "#", "##[0][8..9]", "+000"},
+        {"7", "#", "##[0][]", "+07"},           {"1-2", "#-#", "#,#", "+12"},
+        {"1-2", "#-#", "#[1],##[0]", "+201"},   {"1-2", "#-#", "#,*", "+1,"},
+        {"abc", "*", "x*[0", "+xabc"}, // the rest belongs to the unclosed group
+        {"abc", "*", "x*[0][1]y", "+xby"},      {"abc", "*", "x*[0][1y", "+xabc"},
+        {"abc", "*", "x*[x]y", "-x"},           {"abc", "*", "x*[-1]y", "-x"},
+        {"abc", "*", "x*[0[1]", "-x"},          {"abc", "*", "x*[0][1..b]y", "-x"},
+        {"abc", "*", "x*[0][1..2+=0]y", "-x"},  {"a", "?", "x?[0][32769]", "-x"},
+        {"a", "?", "x?[0][a..b]", "-x"},
+    };
+    for (const auto &c : cases)
+        EXPECT_EQ(matched(WILD_match, c.string, c.pattern, c.destination), c.output)
+            << c.destination;
+    EXPECT_EQ(matched(WILD_match, "a", "?", "?[0][32768]"), "+" + std::string(32767, ' ') + "a");
+}
+
+using PREFIXFUN = int (*)(char *, const char *, const char *, const char *, int *);
+
+TEST_F(Wild, ReportsTheLengthOfAPrefix) {
+    const struct {
+        PREFIXFUN function;
+        const char *string, *pattern;
+        int matched;
+        const char *output;
+        int length;
+    } cases[] = {
+        {WILD_nmatch, "a.c.c", "*.c", 1, "x", 3},
+        {WILD_nmatch, "abc", "", 1, "x", 0},
+        {WILD_nmatch, "xbc", "a*", 0, "~", -7},
+        {WILD_nmatch, "abc", "a?x", 0, "", 2},
+        {WILD_nmatch, "abd", "*ac", 0, "", 1}, // as far as the literal agrees where it stands
+        {WILD_nmatch, "1x2ab", "#ab", 0, "", 5},
+        {WILD_nimatch, "ABC", "ab", 1, "x", 2},
+        {WILD_nicmatch, "ABC", "ab", 1, "X", 2},
+        {WILD_nmatchpath, "dir/name.c", "*/*e", 1, "x", 4},
+        {WILD_nmatchpath, "dir/name.c", "di/*e", 0, "", -7},
+        {WILD_nimatchpath, "dir/NAME.c", "*/*z", 0, "", 0},
+        {WILD_nicmatchpath, "dir/NAME.c", "*/name", 1, "X", 4},
+    };
+    for (const auto &c : cases) {
+        char output[64] = "~";
+        int length = -7;
+        EXPECT_EQ(c.function(output, c.string, c.pattern, "x", &length), c.matched) << c.pattern;
+        EXPECT_STREQ(output, c.output) << c.string << " " << c.pattern;
+        EXPECT_EQ(length, c.length) << c.string << " " << c.pattern;
+    }
+}
+
+TEST_F(Wild, CountsNumbersWithoutCapture) {
+    EXPECT_EQ(matched(WILD_match, "a", "?", "##-#"), "+0-0");
+    EXPECT_EQ(matched(WILD_match, "a", "?", "x"), "+x");
+    EXPECT_EQ(matched(WILD_match, "b", "a", "#"), "-~");
+    EXPECT_EQ(matched(WILD_matchpath, "a/b", "*/*", "#/#"), "+1/2");
+    EXPECT_EQ(current_unmatched, 3);
+}
+
+TEST_F(Wild, RaisesTheFirstInsertions) {
+    WILDtoupper = 1;
+    EXPECT_EQ(matched(WILD_match, "abc", "*", "*[0]-*[0]"), "+ABC-abc");
+    EXPECT_EQ(matched(WILD_match, "a1b", "?#*", "*[7]?[7]#-?*"), "+ 1-Ab");
+    EXPECT_EQ(matched(WILD_matchpath, "a/b", "*/*", "*/*"), "+A/B");
+}
+
+TEST_F(Wild, FollowsTheSettings) {
+    WILDcharstar = '%';
+    WILDcharquestion = '*';
+    WILDcharnumber = static_cast<signed char>('\xE9');
+    EXPECT_EQ(matched(WILD_match, "a#b12", "*#%\xE9", "%-*-\xE9\xE9\xE9?"), "+b-a-012?");
+}
+
+TEST_F(Wild, FailsBeyondItsLimits) {
+    const std::string full(1023, 'a');
+    const std::string over(1024, 'a');
+    const auto lengthOf = [](const std::string &text) { return text.size() - 1; };
+    EXPECT_EQ(matched(WILD_match, full, full, "x"), "+x");
+    EXPECT_EQ(matched(WILD_match, over, over, "x"), "-");
+    EXPECT_EQ(matched(WILD_match, "", std::string(5000, '*'), "x"), "+x");
+    EXPECT_EQ(lengthOf(matched(WILD_match, full, "*", "*")), 1023U);
+    EXPECT_EQ(matched(WILD_match, over, "*", "*"), "-");
+    EXPECT_EQ(matched(WILD_match, over + "b", "*b", "x"), "-");
+    EXPECT_EQ(matched(WILD_match, over + "12", "*#", "x"), "-");
+    EXPECT_EQ(matched(WILD_match, std::string(1024, '1') + "a", "#?", "x"), "-");
+    EXPECT_EQ(lengthOf(matched(WILD_match, full + "b" + full + "b" + full, "*b*b*", "***")), 3069U);
+    EXPECT_EQ(lengthOf(matched(WILD_imatch, full + "B" + full, "*b*", "**")), 2046U);
+    EXPECT_EQ(matched(WILD_imatch, full + "B" + full + "B", "*b*b", "x"), "-");
+    EXPECT_EQ(matched(WILD_match, std::string(511, '1') + full.substr(511), "#*",
+                      "#" + std::string(3000, '#')),
+              "+" + std::string(2490, '0') + std::string(511, '1'));
+    const std::string index = "*[" + std::string(1021, '0') + "]";
+    EXPECT_EQ(matched(WILD_match, "a", "*", index), "+a");
+    EXPECT_EQ(matched(WILD_match, "a", "*", "x*[0" + index.substr(2)), "-x");
+    EXPECT_EQ(matched(WILD_matchpath, "a/" + full, "*/*", "*/*"), "+a/" + full);
+    EXPECT_EQ(matched(WILD_matchpath, "a/" + over, "*/a*", "x"), "-");
+    EXPECT_EQ(matched(WILD_matchpath, "a/b", "*/*", "*/" + over), "-");
+    EXPECT_EQ(matched(WILD_matchpath, "a/" + full, "*/*", "**[0]b"), "-");
+}
+
+// Patterns that would take for ever with backtracking, and outputs of any length.
+TEST_F(Wild, ManyWildcardsEnd) {
+    std::string pattern;
+    std::string destination;
+    for (int i = 0; i < 511; ++i) {
+        pattern += "*a";
+        destination += "*[0][0..9000+=2,7]?[3][5]##";
+    }
+    EXPECT_EQ(matched(WILD_match, std::string(2000, 'a'), pattern, destination), "-");
+    EXPECT_EQ(matched(WILD_match, std::string(510, 'a'), pattern, destination), "-");
+    EXPECT_EQ(matched(WILD_match, std::string(511, 'a'), pattern, destination)[0], '+');
+}
+
+TEST_F(Wild, TellsAboutIndexesAndMissingCaptures) {
+    const struct {
+        int verbose;
+        const char *destination, *message;
+    } cases[] = {
+        {0, "*[x]", ""},
+        {1, "*[x]y", "WILD_match - invalid index format: [x]\n"},
+        {1, "*[0][1..b]", "WILD_match - invalid index format: [0][1..b]\n"},
+        {5, "*[4]", ""},
+        {6, "*[4]", "WILD_match - Unmatched wildcard *[4]\n - replacing with \"\""},
+        {6, "?", "WILD_match - Unmatched wildcard ?[0]\n - replacing with ' '"},
+        {6, "##[3]", "WILD_match - Unmatched wildcard #[3]\n - replacing with 8"},
+    };
+    for (const auto &c : cases) {
+        OPTverbose = c.verbose;
+        current_unmatched = 8;
+        testing::internal::CaptureStdout();
+        matched(WILD_match, "abc", "*", c.destination);
+        EXPECT_EQ(testing::internal::GetCapturedStdout(), c.message);
+    }
+}
+
+// A destination number needs copies of the captures for the rules: with two captures four
+// blocks, without each of which the match fails and leaves nothing behind. The allocator reads
+// its variable once per process, so this one starts anew.
+TEST_F(Wild, FailsWithoutMemoryForTheRules) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto starve = [] {
+        constexpr int limit = 20;
+        setenv("GALLOCMAX", std::to_string(limit).c_str(), 1);
+        WILD_addmathrule("#=#");
+        int failures = 0;
+        for (int room = 0; room < 4; ++room) {
+            std::vector<void *> ballast;
+            while (galloccount < limit - room)
+                ballast.push_back(galloc(1));
+            failures += matched(WILD_match, "1-2", "#-#", "##") == "-" ? 1 : 0;
+            if (galloccount != limit - room)
+                _exit(99);
+            for (void *block : ballast)
+                gfree(block);
+        }
+        _exit(matched(WILD_match, "1-2", "#-#", "##")[0] == '+' ? failures : 98);
+    };
+    EXPECT_EXIT(starve(), testing::ExitedWithCode(4), "");
+    GTEST_FLAG_SET(death_test_style, "fast");
+}
+
+TEST_F(Wild, PartsAnswerAlone) {
+    char text[WILDTEXTSIZE];
+    char number[WILDTEXTSIZE];
+    char range[WILDTEXTSIZE];
+    EXPECT_TRUE(compressWildCard(text, "a**b##?*?"));
+    EXPECT_STREQ(text, "a*b#?*?");
+    EXPECT_STREQ(caseStrStr("xABa", "ab", 0), "ABa");
+    EXPECT_STREQ(caseStrStr("xABa", "", 1), "xABa");
+    EXPECT_EQ(caseStrStr("xABa", "ab", 1), nullptr);
+    EXPECT_EQ(caseStrStr(std::string(2048, 'a').c_str(), "a", 0), nullptr);
+    EXPECT_STREQ(getIndex(text, "[0][1][2]x"), "[2]x");
+    EXPECT_STREQ(text, "[0][1]");
+    EXPECT_EQ(isValidIndex(text, number, range), 1);
+    EXPECT_STREQ(number, "0");
+    EXPECT_STREQ(range, "1");
+    EXPECT_STREQ(getIndex(text, "[0[x"), "x");
+    EXPECT_STREQ(text, "[0[");
+    EXPECT_EQ(isValidIndex("[0][1]x", number, range), 0);
+    const struct {
+        int32_t value, radix;
+        const char *digits;
+    } cases[] = {{0, 10, "0"}, {-2147483647 - 1, 10, "-2147483648"}, {255, 16, "ff"}, {5, 0, "~"}};
+    for (const auto &c : cases) {
+        strcpy(text, "~");
+        wild_itoa(c.value, text, c.radix);
+        EXPECT_STREQ(text, c.digits);
+    }
+}
+
+} // namespace
