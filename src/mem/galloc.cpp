@@ -5,9 +5,10 @@
 //   8..     the caller's n bytes
 //   8+n..   "GEND", directly behind, so that one byte too many is noticed
 //
-// The addresses handed out are also kept in a table, each marked held or released: a
-// release looks there first and reads guards of held blocks only, so that a second
-// release is recognised without touching memory that was given back.
+// The addresses handed out are also kept in a table, each with its size and marked held or
+// released: a release looks there first and reads guards of held blocks only, so that a
+// second release is recognised without touching memory that was given back, and a damaged
+// size does not lead out of the block.
 #include "mem/galloc.h"
 
 #include <cstdarg>
@@ -33,10 +34,11 @@ int failureTrigger = triggerUnread;
 // its lowest bit set when the block is held; 0 marks a free slot.
 struct ADDRESSTABLE {
     uint64_t *slots;
+    int32_t *sizes; // of the block at each slot
     uint64_t capacity;
     uint64_t used;
 };
-ADDRESSTABLE addresses = {nullptr, 0, 0};
+ADDRESSTABLE addresses = {nullptr, nullptr, 0, 0};
 
 constexpr uint64_t heldBit = 1;
 
@@ -45,29 +47,37 @@ uint64_t addresskey(const void *address) {
 }
 
 // The slot of the key, or the free slot where it would go.
-uint64_t *findslot(const ADDRESSTABLE &table, uint64_t key) {
+uint64_t findslot(const ADDRESSTABLE &table, uint64_t key) {
     const uint64_t mask = table.capacity - 1;
     uint64_t index = (key * 0x9E3779B97F4A7C15ULL) >> 20 & mask;
     while (table.slots[index] != 0 && (table.slots[index] & ~heldBit) != key)
         index = (index + 1) & mask;
-    return &table.slots[index];
+    return index;
 }
 
 // Makes sure that one more address fits. False when memory for the table runs out.
 bool reserveslot() {
     if (addresses.used * 2 < addresses.capacity)
         return true;
-    ADDRESSTABLE larger = {nullptr, addresses.capacity == 0 ? 1024 : addresses.capacity * 2, 0};
+    ADDRESSTABLE larger = {};
+    larger.capacity = addresses.capacity == 0 ? 1024 : addresses.capacity * 2;
     larger.slots = static_cast<uint64_t *>(calloc(larger.capacity, sizeof(uint64_t)));
-    if (larger.slots == nullptr)
+    larger.sizes = static_cast<int32_t *>(malloc(larger.capacity * sizeof(int32_t)));
+    if (larger.slots == nullptr || larger.sizes == nullptr) {
+        free(larger.slots);
+        free(larger.sizes);
         return false;
+    }
     for (uint64_t i = 0; i < addresses.capacity; ++i) {
         if (addresses.slots[i] != 0) {
-            *findslot(larger, addresses.slots[i] & ~heldBit) = addresses.slots[i];
+            const uint64_t slot = findslot(larger, addresses.slots[i] & ~heldBit);
+            larger.slots[slot] = addresses.slots[i];
+            larger.sizes[slot] = addresses.sizes[i];
             ++larger.used;
         }
     }
     free(addresses.slots);
+    free(addresses.sizes);
     addresses = larger;
     return true;
 }
@@ -85,6 +95,14 @@ bool failpurposely() {
 
 bool guardis(const char *guard, const char *text) {
     return memcmp(guard, text, guardBytes) == 0;
+}
+
+// Whether the guards and the size of a held block of `allocated` bytes are whole.
+bool issound(const char *block, int allocated) {
+    int size = 0;
+    memcpy(&size, block + guardBytes, sizeof size);
+    return guardis(block, "GMEM") && size >= 1 && size <= allocated &&
+           guardis(block + headBytes + size, "GEND");
 }
 
 } // namespace
@@ -123,9 +141,10 @@ void *galloc(int size) {
     memcpy(block + guardBytes, &size, sizeof size);
     memcpy(block + headBytes + size, "GEND", guardBytes);
     char *address = block + headBytes;
-    uint64_t *slot = findslot(addresses, addresskey(address));
-    addresses.used += *slot == 0 ? 1 : 0;
-    *slot = addresskey(address) | heldBit;
+    const uint64_t slot = findslot(addresses, addresskey(address));
+    addresses.used += addresses.slots[slot] == 0 ? 1 : 0;
+    addresses.slots[slot] = addresskey(address) | heldBit;
+    addresses.sizes[slot] = size;
     ++galloccount;
     return address;
 }
@@ -136,19 +155,16 @@ bool gfree(void *address) {
         gprintf("gfree - ATTEMPT TO FREE NULL POINTER\n");
         return false;
     }
-    uint64_t *slot = nullptr;
-    if (addresses.slots != nullptr && (position & 1) == 0)
-        slot = findslot(addresses, addresskey(address));
-    const bool known = slot != nullptr && *slot != 0;
-    bool twice = known && (*slot & heldBit) == 0;
+    const bool possible = addresses.slots != nullptr && (position & 1) == 0;
+    const uint64_t slot = possible ? findslot(addresses, addresskey(address)) : 0;
+    const bool known = possible && addresses.slots[slot] != 0;
+    bool twice = known && (addresses.slots[slot] & heldBit) == 0;
     if (known && !twice) {
         char *block = static_cast<char *>(address) - headBytes;
-        int size = 0;
-        memcpy(&size, block + guardBytes, sizeof size);
-        if (guardis(block, "GMEM") && size >= 1 && guardis(block + headBytes + size, "GEND")) {
+        if (issound(block, addresses.sizes[slot])) {
             memcpy(block, "GFRE", guardBytes);
             free(block);
-            *slot &= ~heldBit;
+            addresses.slots[slot] &= ~heldBit;
             --galloccount;
             return true;
         }

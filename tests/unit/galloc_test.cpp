@@ -55,9 +55,13 @@ TEST_F(Galloc, KeepsADamagedBlockHeld) {
     auto *block = static_cast<char *>(galloc(10));
     block[10] = 'x';
     EXPECT_FALSE(gfree(block));
-    EXPECT_EQ(said, "gfree - SENTINAL CORRUPTED; PROBABLE MEMORY DATA CORRUPTION\n");
     block[10] = 'G';
+    memcpy(block - 4, "\xFF\xFF\xFF\x7F", 4);
+    EXPECT_FALSE(gfree(block));
+    memcpy(block - 4, "\x0A\0\0\0", 4);
     EXPECT_TRUE(gfree(block));
+    EXPECT_EQ(said, "gfree - SENTINAL CORRUPTED; PROBABLE MEMORY DATA CORRUPTION\n"
+                    "gfree - SENTINAL CORRUPTED; PROBABLE MEMORY DATA CORRUPTION\n");
 }
 
 TEST_F(Galloc, AsksNoMemoryOfAddressesItNeverGave) {
