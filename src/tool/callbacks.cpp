@@ -57,15 +57,17 @@ const char *textoption(char *option, const char *name, const char *what) {
 // Puts a name at the end of one of the name lists.
 const char *listoption(char **list, int *count, int room, const char *name, const char *what) {
     const char *end = endofname(name);
-    char *copy = *count < room ? galloctext(name, end - name) : nullptr;
-    if (copy == nullptr) {
-        toolsay("tolvik: ERROR: out of %s space, ignoring '%.*s'\n", what,
-                static_cast<int>(end - name), name);
+    char *copy = galloctext(name, end - name);
+    for (char *p = copy; p != nullptr && *p != 0; ++p)
+        *p = tosoftspace(*p);
+    if (copy != nullptr && *count < room) {
+        list[(*count)++] = copy;
         return end;
     }
-    for (char *p = copy; *p != 0; ++p)
-        *p = tosoftspace(*p);
-    list[(*count)++] = copy;
+    toolsay("tolvik: ERROR: out of %s space, ignoring '%.*s'\n", what, static_cast<int>(end - name),
+            copy != nullptr ? copy : name);
+    if (copy != nullptr)
+        gfree(copy);
     return end;
 }
 
