@@ -131,7 +131,9 @@ uint32_t digitvalue(char c) {
 }
 
 bool isdigitof(char c, uint32_t radix) {
-    return radix == 10 ? isdigitchar(c) : digitvalue(c) < radix;
+    if (radix == 10 || radix == 16)
+        return isdigitchar(c) || (radix == 16 && lowerchar(c) >= 'a' && lowerchar(c) <= 'f');
+    return digitvalue(c) < radix;
 }
 
 // The digits at the start of a text of `length` characters.
