@@ -107,7 +107,7 @@ const char *optquestion(const char *text) {
 
 const char *optrecurse(const char *text) {
     char list[BRAXFIELDSIZE];
-    const char *end = BRAX_getfield(list, text, true, true);
+    const char *end = BRAX_getargument(list, text, true, true);
     if (end == text) {
         OPTrecurse = 1;
         return end;
@@ -191,11 +191,9 @@ void unknownoption(int place, const char *text) {
 
 // One option word, with its effect; null when it is unknown.
 const char *recognise(const char *text) {
-    if (BRAX_isreserved(text))
-        return BRAX_builtin(text, false);
     if (const char *end = BRAX_topichelp(text); end != nullptr)
         return end;
-    if (BRAX_optfunc != nullptr) {
+    if (!BRAX_isreserved(text) && BRAX_optfunc != nullptr) {
         if (const char *end = BRAX_optfunc(text); end != nullptr)
             return end;
     }
@@ -253,18 +251,18 @@ const char *BRAX_builtin(const char *text, bool scanning) {
 }
 
 bool BRAX_isreserved(const char *text) {
-    return (iswordalone(text, "sort") && !asksforvalue(text + 4)) ||
-           (iswordalone(text, "nologo") && !asksforvalue(text + 6));
+    return iswordalone(text, "sort") || iswordalone(text, "nologo");
 }
 
 const char *BRAX_topichelp(const char *text) {
     char topic[BRAXFIELDSIZE];
     if (!BRAX_optionhelp(topic, text) || BRAX_usagefunc == nullptr || BRAXhelpgiven != 0)
         return nullptr;
+    const bool numeric = isnumericoption(topic + 1);
+    if (!numeric && BRAX_isreserved(text))
+        return nullptr;
     showtopic(topic);
-    if (isnumericoption(topic + 1))
-        return BRAX_builtin(text, false);
-    return text + strlen(topic);
+    return numeric ? BRAX_builtin(text, false) : text + strlen(topic);
 }
 
 const char *Zop(const char *text) {

@@ -12,10 +12,10 @@ const char *BRAX_builtin(const char *text, bool scanning);
 // words are the framework's before the program's callback sees them.
 bool BRAX_isreserved(const char *text);
 
-// Shows help on the option word at `text` when it ends in '?', there is a usage callback
-// and no help was given yet. Returns the position behind what that consumed, or null when
-// it was no such request. A lone built-in numeric option (v?, log?) then also shows its
-// value and range.
+// Shows help on the option word at `text` when it ends in '?', is not reserved, there is a
+// usage callback and no help was given yet. Returns the position behind what that consumed,
+// or null when it was no such request. A lone built-in numeric option (v?, log?, sort?) then
+// also shows its value and range.
 const char *BRAX_topichelp(const char *text);
 
 // Recognises one option word, the program's or a built-in one, at `text` (behind its '-'),

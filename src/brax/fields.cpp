@@ -66,9 +66,8 @@ bool isruleequal(const char *source, const char *p) {
     return p == source || p[-1] == '+' || p[-1] == '-';
 }
 
-} // namespace
-
-const char *BRAX_getfield(char *destination, const char *source, bool strip, bool keep) {
+const char *getfield(char *destination, const char *source, bool strip, bool keep,
+                     bool bytesBelong) {
     FIELD field = {destination, 0};
     int depth = 0;
     char opening = 0;
@@ -84,7 +83,8 @@ const char *BRAX_getfield(char *destination, const char *source, bool strip, boo
             closing = limtodelim(*p);
             if (field.length == 0 && strip)
                 stripped = closing;
-        } else if (isblankchar(*p) || (*p == ',' && !keep)) {
+        } else if ((isblankchar(*p) && !(bytesBelong && charvalue(*p) < 0)) ||
+                   (*p == ',' && !keep)) {
             break;
         } else if (*p == '=' && !keep && !isruleequal(source, p)) {
             if (p[1] != '=')
@@ -99,6 +99,16 @@ const char *BRAX_getfield(char *destination, const char *source, bool strip, boo
         memmove(destination, destination + 1, static_cast<size_t>(field.length) - 1);
     }
     return p;
+}
+
+} // namespace
+
+const char *BRAX_getfield(char *destination, const char *source, bool strip, bool keep) {
+    return getfield(destination, source, strip, keep, false);
+}
+
+const char *BRAX_getargument(char *destination, const char *source, bool strip, bool keep) {
+    return getfield(destination, source, strip, keep, true);
 }
 
 const char *BRAX_nextfield(const char *text) {

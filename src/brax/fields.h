@@ -27,6 +27,10 @@ char tosoftspace(char c);
 // destination only looks for the end, however far away it is.
 const char *BRAX_getfield(char *destination, const char *source, bool strip, bool keep);
 
+// BRAX_getfield for what ends at a space: bytes above 127, which separate fields elsewhere,
+// belong to the field.
+const char *BRAX_getargument(char *destination, const char *source, bool strip, bool keep);
+
 // The first position at or behind `text` that is neither a blank nor ','.
 const char *BRAX_nextfield(const char *text);
 

@@ -1,6 +1,7 @@
 // Gathers the option text of a run.
 #include "brax/builtin.h"
 #include "brax/fields.h"
+#include "brax/help.h"
 #include "brax/response.h"
 #include "brax/run.h"
 #include "brax/text.h"
@@ -21,19 +22,58 @@ void nameprogram(const char *path) {
     uppertext(optsvariable);
 }
 
-// The scanner takes bytes above 127 and control characters for blanks, and would cut a
-// name that holds one to pieces; inside quotes it does not.
-bool holdsblankbytes(const char *argument) {
-    if (*argument == 0 || islim(*argument) || strchr("-=+@&", *argument) != nullptr ||
-        (*argument == '.' && BRAX_typeofname(argument) == BRAXNAMEOPTION))
-        return false;
-    bool held = false;
-    for (; *argument != 0; ++argument) {
-        if (*argument == '"')
-            return false;
-        held = held || (isblankchar(*argument) && *argument != ' ');
+// The scanner takes bytes above 127 and control characters for blanks.
+bool holdsblankbytes(const char *text, size_t length) {
+    for (size_t i = 0; i < length; ++i) {
+        if (isblankchar(text[i]) && text[i] != ' ')
+            return true;
     }
-    return held;
+    return false;
+}
+
+// Length of what stands in front of the next '=' that pairs a name with a destination.
+size_t lengthtopair(const char *text) {
+    size_t i = 0;
+    for (; text[i] != 0; ++i) {
+        if (text[i] == '=' && text[i + 1] == '=')
+            ++i;
+        else if (text[i] == '=' && (i == 0 || (text[i - 1] != '+' && text[i - 1] != '-')))
+            break;
+    }
+    return i;
+}
+
+// How much of an argument stands in front of its first name: the mark of a rule, or all of an
+// option or of what is enclosed already.
+size_t lengthofmark(const char *argument) {
+    if (argument[0] == '-' && (argument[1] == '=' || argument[1] == '.'))
+        return 2;
+    const bool enclosed = islim(argument[0]) || strchr(argument, '"') != nullptr;
+    if (enclosed || argument[0] == '-' || argument[0] == '+' ||
+        (argument[0] == '.' && BRAX_typeofname(argument) == BRAXNAMEOPTION))
+        return strlen(argument);
+    return argument[0] == '=' ? 1 : 0;
+}
+
+bool append(TEXTEND *text, const char *part, size_t length) {
+    return BRAX_append(text, part, length, "OPTION TEXT");
+}
+
+// Appends the argument, each of its names in quotes that would be cut to pieces otherwise.
+bool appendnames(TEXTEND *text, const char *argument) {
+    size_t length = lengthofmark(argument);
+    bool fits = append(text, argument, length);
+    for (argument += length; fits && *argument != 0; argument += length) {
+        length = lengthtopair(argument);
+        size_t quoted = length;
+        while (quoted > 0 && argument[quoted - 1] == ';')
+            --quoted;
+        const size_t quote = holdsblankbytes(argument, quoted) ? 1 : 0;
+        length += argument[length] == '=' ? 1 : 0;
+        fits = append(text, "\"", quote) && append(text, argument, quoted) &&
+               append(text, "\"", quote) && append(text, argument + quoted, length - quoted);
+    }
+    return fits;
 }
 
 // A response file's name ends its batch when a ';' stands behind it: cuts such ends off.
@@ -48,21 +88,24 @@ bool cutbatchend(char *name) {
     return ends;
 }
 
-// `argument` stands in the option text, behind whose end its file's contents go instead.
-void expandresponse(TEXTEND *text, const char *argument) {
+// The argument at `start` of the option text names a response file: its contents go there
+// instead.
+void expandresponse(TEXTEND *text, int start) {
     char specification[BRAXFIELDSIZE];
-    const bool quoted = *argument == '"';
-    BRAX_getfield(specification, argument + (quoted ? 2 : 1), false, false);
+    const bool quoted = text->text[start] == '"';
+    const char *name = text->text + start + (quoted ? 2 : 1);
+    const char *end = BRAX_getargument(specification, name, false, false);
     const size_t length = strlen(specification);
+    const bool refused = length == 0 && end > name;
     if (quoted && length > 0)
         specification[length - 1] = 0;
     const bool ends = cutbatchend(specification);
-    text->text[text->length] = 0;
-    if (!BRAX_responsefile(specification, text->text))
+    text->length = start;
+    text->text[start] = 0;
+    if (refused || !BRAX_appendresponse(specification, text->text, &text->length))
         BRAXhelpgiven = 1;
-    text->length += static_cast<int>(strlen(text->text + text->length));
     if (ends)
-        BRAX_append(text, " ; ", 3, "OPTION TEXT");
+        append(text, " ; ", 3);
 }
 
 bool namesresponse(const char *argument) {
@@ -73,10 +116,12 @@ bool namesresponse(const char *argument) {
 
 void addargument(TEXTEND *text, const char *argument) {
     const int start = text->length;
-    const char *quote = BRAX_nameneedsquotes(argument) || holdsblankbytes(argument) ? "\"" : "";
-    if (!BRAX_append(text, quote, strlen(quote), "OPTION TEXT") ||
-        !BRAX_append(text, argument, strlen(argument), "OPTION TEXT") ||
-        !BRAX_append(text, quote, strlen(quote), "OPTION TEXT")) {
+    const bool fits = BRAX_nameneedsquotes(argument)
+                          ? append(text, "\"", 1) && append(text, argument, strlen(argument)) &&
+                                append(text, "\"", 1)
+                      : namesresponse(argument) ? append(text, argument, strlen(argument))
+                                                : appendnames(text, argument);
+    if (!fits) {
         text->length = start;
         text->text[start] = 0;
         return;
@@ -85,15 +130,10 @@ void addargument(TEXTEND *text, const char *argument) {
         for (char *p = text->text + start; *p != 0; ++p)
             *p = *p == ' ' ? BRAXHARDSPACE : *p;
     }
-    if (!namesresponse(text->text + start)) {
-        BRAX_append(text, " ", 1, "OPTION TEXT");
-        return;
-    }
-    // The field reader bounds the copy: a longer argument is refused there.
-    char own[BRAXFIELDSIZE + 2];
-    copytext(own, text->text + start, sizeof own);
-    text->length = start;
-    expandresponse(text, own);
+    if (namesresponse(text->text + start))
+        expandresponse(text, start);
+    else
+        append(text, " ", 1);
 }
 
 } // namespace
@@ -113,13 +153,14 @@ bool BRAX_append(TEXTEND *end, const char *text, size_t length, const char *what
     return true;
 }
 
-void BRAX_gather(int argc, char *argv[], const char *name) {
+void BRAX_gather(int argc, char *argv[], const char *name, char *helpaddress) {
     const bool named = argc > 0 && argv[0] != nullptr && argv[0][0] != 0;
     nameprogram(named ? argv[0] : name);
     TEXTEND text = {optlist, 0};
     const char *defaults = getenv(optsvariable);
-    if (defaults != nullptr && BRAX_append(&text, defaults, strlen(defaults), "OPTION TEXT"))
-        BRAX_append(&text, " ", 1, "OPTION TEXT");
+    if (defaults != nullptr && append(&text, defaults, strlen(defaults)))
+        append(&text, " ", 1);
+    BRAX_geturl(helpaddress, prgnamebuf);
     for (int i = 1; i < argc && argv[i] != nullptr; ++i)
         addargument(&text, argv[i]);
 }

@@ -10,7 +10,6 @@
 const char *BRAX_nextnames(const char *position, char *source, char *destination) {
     source[0] = 0;
     destination[0] = 0;
-    position = BRAX_nextfield(position);
     if (*position == 0)
         return nullptr;
     const char *name = position;

@@ -86,11 +86,24 @@ void scanbetween(SCAN *scan) {
     }
 }
 
+// Length of the option word at `text`. A bracket or quote that is not closed within the length
+// of a field encloses nothing, so that words full of them do not cost the whole text each.
+size_t wordlength(const char *text) {
+    char window[BRAXFIELDSIZE];
+    const bool whole = copytext(window, text, strnlen(text, BRAXFIELDSIZE), sizeof window);
+    const char *end = BRAX_getfield(nullptr, window, false, true);
+    auto length = static_cast<size_t>(end - window);
+    if (*end != 0 || whole)
+        return length;
+    for (length = 0; text[length] != 0 && !isblankchar(text[length]);)
+        ++length;
+    return length;
+}
+
 // Every ';' at the end of the option word becomes a blank and ends the batch behind it.
 void endword(SCAN *scan) {
-    const char *end = BRAX_getfield(nullptr, scan->p, false, true);
-    for (char *p = scan->p + (end - scan->p); p > scan->p && (isblankchar(p[-1]) || p[-1] == ';');
-         --p) {
+    for (char *p = scan->p + wordlength(scan->p);
+         p > scan->p && (isblankchar(p[-1]) || p[-1] == ';'); --p) {
         if (p[-1] == ';') {
             p[-1] = ' ';
             scan->batchEnd = true;
@@ -100,7 +113,12 @@ void endword(SCAN *scan) {
 
 void keepoption(SCAN *scan) {
     char word[BRAXFIELDSIZE];
-    BRAX_getfield(word, scan->p, false, true);
+    if (!copytext(word, scan->p, wordlength(scan->p), sizeof word)) {
+        BRAX_refuse("FIELD", word);
+        return;
+    }
+    for (char *p = word; *p != 0; ++p)
+        *p = tosoftspace(*p);
     addname(scan, "-", word, "");
 }
 
@@ -131,16 +149,13 @@ void scanoption(SCAN *scan) {
     }
     if (OPTkeepopts != 0)
         keepoption(scan);
-    const char *end = nullptr;
-    if (!BRAX_isreserved(scan->p)) {
-        end = BRAX_topichelp(scan->p);
-        if (end == nullptr && BRAX_optfunc != nullptr)
-            end = BRAX_optfunc(scan->p);
-        if (end != nullptr) {
-            moveto(scan, end);
-            scan->inOption = false;
-            return;
-        }
+    const char *end = BRAX_topichelp(scan->p);
+    if (end == nullptr && !BRAX_isreserved(scan->p) && BRAX_optfunc != nullptr)
+        end = BRAX_optfunc(scan->p);
+    if (end != nullptr) {
+        moveto(scan, end);
+        scan->inOption = false;
+        return;
     }
     if (*scan->p == ',') {
         ++scan->p;

@@ -37,8 +37,7 @@ bool startrun(int argc, char *argv[], const char *name) {
     optlist = namelist + BRAXLISTSIZE;
     namelist[0] = 0;
     optlist[0] = 0;
-    BRAX_gather(argc, argv, name);
-    BRAX_geturl(helpaddress, prgnamebuf);
+    BRAX_gather(argc, argv, name, helpaddress);
     optptr = opterror == 0 ? optlist : nullptr;
     return true;
 }

@@ -28,8 +28,9 @@ bool BRAX_append(TEXTEND *end, const char *text, size_t length, const char *what
 // Name of the environment variable with the program's default options.
 const char *BRAX_optsvariable();
 
-// Builds the option text of the run in optlist.
-void BRAX_gather(int argc, char *argv[], const char *name);
+// Builds the option text of the run in optlist, and the address of the program's help page
+// in the BRAXFIELDSIZE bytes of `helpaddress`.
+void BRAX_gather(int argc, char *argv[], const char *name, char *helpaddress);
 
 // Scans the option text from optptr to the end of the batch, sets option values and
 // collects names; returns the number of options met.
