@@ -11,13 +11,13 @@ namespace {
 void match(benchmark::State &state, WILDMATCHFUN function, const char *string, const char *pattern,
            const char *destination) {
     char output[2048];
-    for (auto step : state)
+    while (state.KeepRunning())
         benchmark::DoNotOptimize(function(output, string, pattern, destination));
 }
 
 void range(benchmark::State &state, const char *spec) {
     int32_t number = 0;
-    for (auto step : state)
+    while (state.KeepRunning())
         benchmark::DoNotOptimize(RANGE_match(spec, nullptr, number++ & 1023));
 }
 
@@ -27,7 +27,7 @@ void stars(benchmark::State &state) {
     for (int64_t i = 0; i < state.range(0); ++i)
         bound += "*a";
     const std::string text(2000, 'b');
-    for (auto step : state)
+    while (state.KeepRunning())
         benchmark::DoNotOptimize(wildstrcmp(text.c_str(), bound.c_str()));
 }
 

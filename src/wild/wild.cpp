@@ -70,15 +70,16 @@ namespace {
 int64_t insertionroom(const char **position, const char *end, int64_t longestCapture) {
     const char *p = *position;
     const char wildcard = *p++;
+    const bool isNumber = !isstarchar(wildcard) && !isquestionchar(wildcard);
     int64_t width = 1;
-    for (; isnumberchar(wildcard) && p != end && isnumberchar(*p); ++p)
+    for (; isNumber && p != end && isnumberchar(*p); ++p)
         ++width;
     const char *index = p;
     p = skipindex(index, end);
     *position = p != nullptr ? p : end;
     if (isstarchar(wildcard))
         return longestCapture;
-    if (!isquestionchar(wildcard))
+    if (isNumber)
         return width + (longestCapture > 11 ? longestCapture : 11);
     char text[WILDTEXTSIZE];
     char number[WILDTEXTSIZE];

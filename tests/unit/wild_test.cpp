@@ -131,22 +131,21 @@ TEST_F(Wild, ReportsTheLengthOfAPrefix) {
     const struct {
         PREFIXFUN function;
         const char *string, *pattern;
-        int matched;
         const char *output;
-        int length;
+        int matched, length;
     } cases[] = {
-        {WILD_nmatch, "a.c.c", "*.c", 1, "x", 3},
-        {WILD_nmatch, "abc", "", 1, "x", 0},
-        {WILD_nmatch, "xbc", "a*", 0, "~", -7},
-        {WILD_nmatch, "abc", "a?x", 0, "", 2},
-        {WILD_nmatch, "abd", "*ac", 0, "", 1}, // as far as the literal agrees where it stands
-        {WILD_nmatch, "1x2ab", "#ab", 0, "", 5},
-        {WILD_nimatch, "ABC", "ab", 1, "x", 2},
-        {WILD_nicmatch, "ABC", "ab", 1, "X", 2},
-        {WILD_nmatchpath, "dir/name.c", "*/*e", 1, "x", 4},
-        {WILD_nmatchpath, "dir/name.c", "di/*e", 0, "", -7},
-        {WILD_nimatchpath, "dir/NAME.c", "*/*z", 0, "", 0},
-        {WILD_nicmatchpath, "dir/NAME.c", "*/name", 1, "X", 4},
+        {WILD_nmatch, "a.c.c", "*.c", "x", 1, 3},
+        {WILD_nmatch, "abc", "", "x", 1, 0},
+        {WILD_nmatch, "xbc", "a*", "~", 0, -7},
+        {WILD_nmatch, "abc", "a?x", "", 0, 2},
+        {WILD_nmatch, "abd", "*ac", "", 0, 1}, // as far as the literal agrees where it stands
+        {WILD_nmatch, "1x2ab", "#ab", "", 0, 5},
+        {WILD_nimatch, "ABC", "ab", "x", 1, 2},
+        {WILD_nicmatch, "ABC", "ab", "X", 1, 2},
+        {WILD_nmatchpath, "dir/name.c", "*/*e", "x", 1, 4},
+        {WILD_nmatchpath, "dir/name.c", "di/*e", "", 0, -7},
+        {WILD_nimatchpath, "dir/NAME.c", "*/*z", "", 0, 0},
+        {WILD_nicmatchpath, "dir/NAME.c", "*/name", "X", 1, 4},
     };
     for (const auto &c : cases) {
         char output[64] = "~";
@@ -175,8 +174,10 @@ TEST_F(Wild, RaisesTheFirstInsertions) {
 TEST_F(Wild, FollowsTheSettings) {
     WILDcharstar = '%';
     WILDcharquestion = '*';
-    WILDcharnumber = static_cast<signed char>('\xE9');
+    WILDcharnumber = 0xE9 - 256; // characters are signed
     EXPECT_EQ(matched(WILD_match, "a#b12", "*#%\xE9", "%-*-\xE9\xE9\xE9?"), "+b-a-012?");
+    WILDcharnumber = WILDcharstar; // then it is a star
+    EXPECT_EQ(matched(WILD_match, "abc", "%", "%[0]%[0]%%"), "+abcabcabc");
 }
 
 TEST_F(Wild, FailsBeyondItsLimits) {
