@@ -13,6 +13,18 @@
 
 #include <cstdint>
 
+// Copies the pattern's characters up to its first '/' or '\', or its end, into a buffer as
+// large as the pattern; returns the position where it stopped.
+const char *GetFirstDir(const char *pattern, char *component);
+
+// Looks in the current directory for the files that the pattern means, one component at a
+// time, and records them in the entry. `prefix` is the directory part followed already, as
+// it is to stand in the names (ending in '/', or empty). `relativeRoot` is the current
+// directory as seen from the starting directory, put in front of names and of destinations
+// that are not absolute; empty there. An absolute pattern without a prefix is followed from
+// its own start. Returns the number of files recorded.
+int FollowDirs(const char *pattern, FileInfo *entry, const char *relativeRoot, const char *prefix);
+
 // Follows the absolute patterns that hold wildcards (without OPTkeepunfound also the plain
 // ones). Does nothing when OPTrecurse is set: FindRecursive compares them then. Returns the
 // number of files recorded.

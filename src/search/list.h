@@ -33,10 +33,8 @@ struct FileInfo {
     int32_t nmatches;
     Match **matches; // in the order found; null while there are none
 
-    int32_t matchRoom;       // private: elements that `matches` can hold
-    bool incomplete;         // private: a match was lost because memory ran out
-    FileInfo *nextSameName;  // private to the search: chain of its index of literal names
-    FileInfo *nextFoundHere; // private to the search: entries to reset behind a directory
+    int32_t matchRoom; // private: elements that `matches` can hold
+    bool incomplete;   // private: a match or its name was lost because memory ran out
 };
 
 struct SearchList {

@@ -1,0 +1,56 @@
+#include "search/growtext.h"
+
+#include "mem/galloc.h"
+
+#include <cstring>
+
+bool growroom(GROWTEXT *text, int64_t bytes) {
+    if (bytes <= text->room)
+        return true;
+    constexpr int64_t leastRoom = 256;
+    int64_t newRoom = text->room > 0 ? text->room * 2 : leastRoom;
+    while (newRoom < bytes)
+        newRoom *= 2;
+    char *larger = gallocarray<char>(newRoom);
+    if (larger == nullptr)
+        return false;
+    if (text->text != nullptr) {
+        memcpy(larger, text->text, static_cast<size_t>(text->length));
+        gfree(text->text);
+    }
+    larger[text->length] = 0;
+    text->text = larger;
+    text->room = newRoom;
+    return true;
+}
+
+bool growappend(GROWTEXT *text, const char *piece, int64_t length) {
+    if (!growroom(text, text->length + length + 1))
+        return false;
+    memcpy(text->text + text->length, piece, static_cast<size_t>(length));
+    growcut(text, text->length + length);
+    return true;
+}
+
+bool growappend(GROWTEXT *text, const char *piece) {
+    return growappend(text, piece, static_cast<int64_t>(strlen(piece)));
+}
+
+bool growset(GROWTEXT *text, const char *piece) {
+    const auto length = static_cast<int64_t>(strlen(piece));
+    if (!growroom(text, length + 1))
+        return false;
+    text->length = 0;
+    return growappend(text, piece, length);
+}
+
+void growcut(GROWTEXT *text, int64_t length) {
+    text->length = length;
+    text->text[length] = 0;
+}
+
+void growfree(GROWTEXT *text) {
+    if (text->text != nullptr)
+        gfree(text->text);
+    *text = {};
+}

@@ -1,0 +1,283 @@
+#include "brax/options.h"
+#include "mem/galloc.h"
+#include "search/argv.h"
+#include "search/find.h"
+#include "search/rules.h"
+#include "search_tree.h"
+#include "wild/wild.h"
+
+#include <algorithm>
+#include <climits>
+#include <gtest/gtest.h>
+#include <string>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+struct Find : testing::Test, TREE {
+    SearchList *list = nullptr;
+    int held = 0;
+
+    Find() {
+        BRAX_ini();
+        held = galloccount;
+        current_unmatched = 0;
+    }
+    void TearDown() override {
+        clear();
+        pathmatchfun = WILD_matchpath;
+        BRAX_ini();
+        EXPECT_EQ(galloccount, held);
+        EXPECT_EQ(here(), root);
+    }
+    void clear() {
+        freeFiles();
+        DestroySearchList(list);
+        list = nullptr;
+    }
+    // Names as on a command line, "source" or "source=dest".
+    void add(const std::string &name) {
+        const size_t equals = name.find('=');
+        const std::string source = name.substr(0, equals);
+        if (list == nullptr)
+            list = CreateSearchList();
+        if (equals == std::string::npos)
+            AddToSearchList(list, source.c_str(), source.c_str());
+        else
+            AddToSearchList(list, source.c_str(), name.substr(equals + 1).c_str());
+    }
+    // What the list finds: "source>dest", sorted, with blanks between.
+    std::string found() {
+        BRAX_findbatch(list);
+        MakeArgvs(list);
+        std::vector<std::string> all;
+        for (int i = 0; i < BRAXargnum; ++i)
+            all.push_back(std::string(BRAXsargv[i]) + ">" + BRAXdargv[i]);
+        std::sort(all.begin(), all.end());
+        std::string text;
+        for (const std::string &one : all)
+            text += (text.empty() ? "" : " ") + one;
+        clear();
+        return text;
+    }
+    std::string found(std::initializer_list<const char *> names) {
+        for (const char *name : names)
+            add(name);
+        return found();
+    }
+};
+
+TEST_F(Find, FollowsPatternsOneComponentAtATime) {
+    for (const char *name : {"src/a.c", "src/b.c", "src/n.h", "sub/a.c", "sub/deep/x7.c", "top.c",
+                             "sub/Src/q.c", "other/a.c", "src/.hid1", "src/.hid2"})
+        makefile(name);
+    makedir("src/dir.c");
+    ASSERT_EQ(symlink("nowhere", "src/0dangling.c"), 0);
+    const struct {
+        std::string name, result;
+    } cases[] = {
+        {"src/*.c", "src/a.c>src/a.c src/b.c>src/b.c"},
+        {"src//*.c", "src//a.c>src//a.c src//b.c>src//b.c"},
+        {"s*/*.c=o/*.o", "src/a.c>o/a.o src/b.c>o/b.o sub/a.c>o/a.o"},
+        {"s*/a.c=*[0]-/x.o", "src/a.c>rc-/x.o sub/a.c>ub-/x.o"},
+        {"./t*.c", "./top.c>./top.c"},
+        {"sub/../*.c", "sub/../top.c>sub/../top.c"},
+        {"sub/d*/x#.c=x###.o", "sub/deep/x7.c>x007.o"},
+        {"SRC/*.c", "SRC/*.c>SRC/*.c"},
+        {"src/a.c=*.o", "src/a.c>.o"},
+        {"src/none.c=#.o", "src/none.c>#.o"},
+        {"src/", "src/>src/"},
+        {root + "/s?c/a.*=*.o", root + "/src/a.c>c.o"},
+        {"/" + root + "/src/n.*", "/" + root + "/src/n.h>/" + root + "/src/n.h"},
+        {"\\\\host\\share", "\\\\host\\share>\\\\host\\share"},
+        {"c:/*.c", "c:/*.c>c:/*.c"},
+    };
+    for (const auto &c : cases)
+        EXPECT_EQ(found({c.name.c_str()}), c.result) << c.name;
+    OPTkeepunfound = 0;
+    const std::string absolute = root + "/src/a.c";
+    EXPECT_EQ(found({"src/none.c", "nodir/x.c", "src/b.c", absolute.c_str()}),
+              absolute + ">" + absolute + " src/b.c>src/b.c");
+    OPTdirectory = 1;
+    EXPECT_EQ(found({"src/d*"}), "src/dir.c>src/dir.c");
+    // A matcher that ignores case has to see every name.
+    pathmatchfun = WILD_imatchpath;
+    EXPECT_EQ(found({"SUB/SRC/Q.C=*.o"}), "sub/Src/q.c>.o");
+}
+
+TEST_F(Find, SearchesOneDirectory) {
+    for (const char *name : {"a1.obj", "a22.obj", "b.obj", "B2.OBJ", "x.c", "lib/a3.obj"})
+        makefile(name);
+    const struct {
+        const char *name, *result;
+    } cases[] = {
+        {"*.obj", "a1.obj>a1.obj a22.obj>a22.obj b.obj>b.obj"},
+        {"a#.obj=b###.rpt", "a1.obj>b001.rpt a22.obj>b022.rpt"},
+        {"?.*=*[0]/?[0].o", "b.obj>obj/b.o x.c>c/x.o"},
+        {"*.zip", "*.zip>*.zip"},
+        {"none", "none>none"},
+        {"b2.obj", "b2.obj>b2.obj"},
+        {".obj", ".obj>.obj"},
+        {"b.obj=#.o", "b.obj>0.o"},
+        {"-", "->-"},
+    };
+    for (const auto &c : cases)
+        EXPECT_EQ(found({c.name}), c.result) << c.name;
+    OPTkeepunfound = 0;
+    EXPECT_EQ(found({"*.zip", "none", "b2.obj", "lib"}), "B2.OBJ>b2.obj");
+    OPTexpandwildcards = 0;
+    makefile("*.obj");
+    EXPECT_EQ(found({"*.obj"}), "*.obj>*.obj");
+}
+
+TEST_F(Find, SearchesATree) {
+    for (const char *name : {"a.c", "lib/x/a.c", "lib/x/a2.c", "lib/B.C", "c#/a.c", "out/a.o"})
+        makefile(name);
+    OPTrecurse = 1;
+    const struct {
+        const char *name, *result;
+    } cases[] = {
+        {"*.c", "a.c>a.c c#/a.c>c#/a.c lib/x/a.c>lib/x/a.c lib/x/a2.c>lib/x/a2.c"},
+        {"A.C", "a.c>A.C c#/a.c>c#/A.C lib/x/a.c>lib/x/A.C"},
+        {"b.c", "lib/B.C>lib/b.c"},
+        {"*.c=out/*.o",
+         "a.c>out/a.o c#/a.c>out/c#/a.o lib/x/a.c>out/lib/x/a.o lib/x/a2.c>out/lib/x/a2.o"},
+        {"a#.c=b##.o", "lib/x/a2.c>lib/x/b02.o"},
+        {"lib/x/*2.c", "lib/x/a2.c>lib/x/a2.c"},
+        {"none.c", "none.c>none.c"},
+    };
+    for (const auto &c : cases)
+        EXPECT_EQ(found({c.name}), c.result) << c.name;
+    OPTstartrecurseat = 1;
+    EXPECT_EQ(found({"*.c", "b.c"}), "a.c>a.c lib/B.C>lib/b.c");
+    OPTstartrecurseat = 0;
+    OPTstrippaths = 1;
+    EXPECT_EQ(found({"*2.c=out/*.o", "b.c"}), "lib/B.C>b.c lib/x/a2.c>out/a.o");
+}
+
+TEST_F(Find, SearchesTheDirectoriesOfAPathList) {
+    for (const char *name : {"inc/a.h", "inc/sub/b.h", "more/c.h", "top.h"})
+        makefile(name);
+    OPTrecurse = 2;
+    char paths[] = "inc;missing;;more/";
+    OPTenvpath = paths;
+    EXPECT_EQ(found({"*.h=*.o", "s*/b.*=#/*.x"}),
+              "inc/a.h>inc/a.o inc/sub/b.h>inc/0/h.x more/c.h>more/c.o");
+    OPTenvpath = nullptr;
+}
+
+TEST_F(Find, FillsListsAndFiltersByAttributes) {
+    makefile("big.c", "12345");
+    makefile("locked.c");
+    makedir("dir.c");
+    chmod("locked.c", 0444);
+    OPTmakesizelist = OPTmakedatelist = OPTmakeattriblist = 1;
+    OPTdirectory = 1;
+    add("*.c");
+    BRAX_findbatch(list);
+    MakeArgvs(list);
+    ASSERT_EQ(BRAXargnum, 3);
+    for (int i = 0; i < 3; ++i) {
+        const std::string name = BRAXsargv[i];
+        EXPECT_EQ(BRAXattribargv[i], name == "dir.c" ? 1 : name == "locked.c" ? 2 : 0);
+        EXPECT_TRUE(name != "big.c" || BRAXsizeargv[i] == 5);
+        EXPECT_GT(BRAXdateargv[i], 0);
+    }
+    clear();
+    OPTmakesizelist = OPTmakedatelist = OPTmakeattriblist = 0;
+    OPTreadonly = 0;
+    EXPECT_EQ(found({"*.c"}), "big.c>big.c dir.c>dir.c");
+    OPTreadonly = 1;
+    OPTallfiles = 0;
+    EXPECT_EQ(found({"*.c"}), "dir.c>dir.c locked.c>locked.c");
+}
+
+TEST_F(Find, WalksTreesThatLoopAndBreak) {
+    makefile("t/a.c");
+    makefile("t/sub/b.c");
+    makefile("elsewhere/e.c");
+    makefile("t/closed/c.c");
+    makefile("t/z\n\x01\xff '/d.c");
+    ASSERT_EQ(symlink("..", "t/sub/up"), 0);
+    ASSERT_EQ(symlink(".", "t/here"), 0);
+    ASSERT_EQ(symlink("/", "t/slash"), 0);
+    ASSERT_EQ(symlink("../elsewhere", "t/link"), 0);
+    ASSERT_EQ(symlink("../t", "elsewhere/back"), 0);
+    ASSERT_EQ(symlink("nowhere", "t/0dangling.c"), 0);
+    chmod("t/closed", 0);
+    ASSERT_EQ(chdir("t"), 0);
+    OPTrecurse = 1;
+    const std::string closed = geteuid() == 0 ? " closed/c.c>closed/c.c" : "";
+    EXPECT_EQ(found({"*.c"}), "a.c>a.c" + closed +
+                                  " link/e.c>link/e.c sub/b.c>sub/b.c "
+                                  "z\n\x01\xff '/d.c>z\n\x01\xff '/d.c");
+    OPTrecurse = 0;
+    // A link that is named is followed; one that a wildcard meets is not, when it leads up.
+    EXPECT_EQ(found({"sub/up/*.c", "h*/*.c", "sub/*/a.c"}),
+              "h*/*.c>h*/*.c sub/*/a.c>sub/*/a.c sub/up/a.c>sub/up/a.c");
+    EXPECT_EQ(here(), root + "/t");
+    chmod("closed", 0700);
+    ASSERT_EQ(chdir(".."), 0);
+}
+
+TEST_F(Find, WalksTwoThousandLevels) {
+    for (int i = 0; i < 2000; ++i) {
+        ASSERT_EQ(mkdir("level", 0700), 0);
+        ASSERT_EQ(chdir("level"), 0);
+    }
+    makefile("deep7.c");
+    ASSERT_EQ(chdir(root.c_str()), 0);
+    makefile("beside/z.c");
+    OPTrecurse = 1;
+    std::string directory;
+    for (int i = 0; i < 2000; ++i)
+        directory += "level/";
+    EXPECT_EQ(found({"deep#.c=##.o", "Z.C"}),
+              "beside/z.c>beside/Z.C " + directory + "deep7.c>" + directory + "07.o");
+}
+
+TEST_F(Find, SplitsOffTheFirstDirectory) {
+    char component[16];
+    EXPECT_STREQ(GetFirstDir("ab\\c/d", component), "\\c/d");
+    EXPECT_STREQ(component, "ab");
+    EXPECT_STREQ(GetFirstDir("ab", component), "");
+    EXPECT_STREQ(GetFirstDir("/x", component), "/x");
+    EXPECT_STREQ(component, "");
+    EXPECT_EQ(FindAbsolutes(nullptr) + FindDirs(nullptr, "", 0) + FindRecursive("", "", nullptr, 0),
+              0);
+    // Seen from a root of its own.
+    makefile("sub/a.c");
+    add("*.c");
+    EXPECT_EQ(FindRecursive((root + "/sub").c_str(), (root + "/su").c_str(), list, 1), 1);
+    EXPECT_STREQ(list->files[0]->matches[0]->source, "b/a.c");
+    EXPECT_EQ(FindRecursive("missing", "", list, 0), 0);
+}
+
+TEST_F(Find, RunsOutOfMemoryWithoutATrace) {
+    for (const char *name : {"a.c", "x/b.c", "x/y/c.c"})
+        makefile(name);
+    OPTstrippaths = 1;
+    for (int recurse : {0, 1}) {
+        OPTrecurse = recurse;
+        bool complete = false;
+        for (int limit = 0; !complete; ++limit) {
+            for (const char *name : {"*.c=*.o", "x/*.c=*.d", "B.C"})
+                add(name);
+            // One process a value would be the outside way; galloc reads its limit at each
+            // call, so that it can be moved here.
+            setenv("GALLOCMAX", std::to_string(galloccount + limit).c_str(), 1);
+            BRAX_findbatch(list);
+            unsetenv("GALLOCMAX");
+            MakeArgvs(list);
+            complete = BRAXargnum > 0;
+            EXPECT_EQ(here(), root);
+            EXPECT_TRUE(!complete || BRAXargnum == (recurse == 1 ? 6 : 3));
+            clear();
+            ASSERT_LT(limit, 1000);
+        }
+    }
+}
+
+} // namespace
