@@ -1,0 +1,156 @@
+#include "importers/importwalk.h"
+
+#include "brax/text.h"
+#include "importers/command.h"
+#include "importers/extract.h"
+#include "importers/lowered.h"
+#include "importers/members.h"
+#include "importers/process.h"
+#include "importers/tempdir.h"
+#include "tool/options.h"
+#include "tool/paths.h"
+
+#include <cerrno>
+#include <cstring>
+#include <unistd.h>
+
+namespace {
+
+struct IMPORT {
+    const TOOLCHAIN *toolchain;
+    const char *source;
+    bool library;
+    char directory[BRAXFIELDSIZE]; // of a single object as its source names it
+    SGI_place home;                // the working directory
+    RECORDS records;
+};
+
+bool islibrary(const TOOLCHAIN *toolchain, const char *source) {
+    const char *extension = strchr(source, '.');
+    return extension != nullptr && stricmp(extension, toolchain->libraryExtension) == 0;
+}
+
+// Runs the dump program on the object and opens its listing; null when there is none. *object
+// becomes the name that the object has afterwards.
+FILE *dump(const IMPORT *import, LOWERED *lowered, const char **object) {
+    char command[COMMANDSIZE];
+    fflush(stdout); // while nothing of ours stands in the user's directory
+    if (import->library)
+        lowermember(lowered, *object);
+    else
+        lowerobject(lowered, *object, import->directory, &import->home);
+    FILE *file = nullptr;
+    if (removedump() && makecommand(command, import->toolchain->dump, dumpname(lowered, *object),
+                                    import->toolchain->dumpEnd)) {
+        runcommand(command);
+        file = opendump();
+    }
+    *object = unlower(lowered, *object);
+    return file;
+}
+
+// Appends the record of an object in the current directory. False when the walk ends here.
+bool importobject(IMPORT *import, const char *object) {
+    LOWERED lowered;
+    LISTING listing;
+    char shown[BRAXFIELDSIZE];
+    copytext(shown, pathfilename(object), sizeof shown);
+    lowertext(shown);
+    recordobject(&import->records, shown);
+    if (OPTverbose > 1)
+        printf("tolvik: extracting symbols from %s\n", shown);
+    FILE *file = dump(import, &lowered, &object);
+    if (file == nullptr) {
+        if (!interrupted())
+            toolsay("tolvik: ERROR: couldn't open temp file for reading\n");
+        return false;
+    }
+    startlisting(&listing, file);
+    import->toolchain->parse(&listing, object, &import->records);
+    fclose(file);
+    if (interrupted())
+        return false;
+    recordsize(&import->records);
+    return !import->records.failed;
+}
+
+// The objects that match the pattern in a directory, seen from home. 0 when memory runs out.
+int walkobjects(IMPORT *import, const char *directory, const char *pattern) {
+    MEMBERS members = {};
+    if (chdir(directory) != 0) {
+        removedump();
+        return 1;
+    }
+    const bool listed = listmembers(&members, pattern);
+    const char *object = nextmember(&members, nullptr);
+    while (object != nullptr && importobject(import, object))
+        object = nextmember(&members, object);
+    freemembers(&members);
+    removedump();
+    SGIreturn(&import->home);
+    if (!listed)
+        toolsay("tolvik: ERROR: out of memory reading '%s'\n", import->source);
+    return listed ? 1 : 0;
+}
+
+int importlibrary(IMPORT *import) {
+    if (OPTverbose > 1)
+        toolsay("tolvik: extracting files from %s\n", import->source);
+    if (OPTlibnamefrompath != 0)
+        getlibnamefrompath(import->source);
+    cleanup();
+    if (!extractlibrary(import->toolchain, import->source, &import->home))
+        return 0;
+    return walkobjects(import, TEMPDIRECTORY, import->toolchain->memberPattern);
+}
+
+int importsingle(IMPORT *import) {
+    const char *name = filepart(import->source);
+    if (!copytext(import->directory, import->source, static_cast<size_t>(name - import->source),
+                  sizeof import->directory))
+        return 0;
+    if (OPTlibnamefrompath != 0)
+        getlibnamefrompath(import->source);
+    return walkobjects(import, import->directory[0] != 0 ? import->directory : ".", name);
+}
+
+int importsource(IMPORT *import, const char *symbolfile) {
+    if (!SGIsaveplace(&import->home))
+        return 0;
+    int result = 0;
+    if (openrecords(&import->records, symbolfile)) {
+        result = import->library ? importlibrary(import) : importsingle(import);
+        if (!closerecords(&import->records, interrupted()))
+            result = 0;
+    }
+    SGIforgetplace(&import->home);
+    return result;
+}
+
+} // namespace
+
+int tvkwalk(const TOOLCHAIN *toolchain, const char *source, const char *symbolfile) {
+    IMPORT import;
+    import.toolchain = toolchain;
+    import.source = source;
+    import.library = islibrary(toolchain, source);
+    if (!isimportable(source))
+        return 0;
+    holdworkdir();
+    beginimport();
+    const int result = importsource(&import, symbolfile);
+    endimport();
+    return result;
+}
+
+bool isimportable(const char *source) {
+    return access(source, R_OK) == 0 && stricmp(filepart(source), TEMPFILE) != 0;
+}
+
+FILE *opendump() {
+    return fopen(TEMPFILE, "re");
+}
+
+bool removedump() {
+    return unlink(TEMPFILE) == 0 || errno == ENOENT;
+}

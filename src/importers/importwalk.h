@@ -1,0 +1,36 @@
+// What the importers of the toolchains with libraries share: which objects a source stands
+// for, running the dump program on each, and the frame of its record. A toolchain adds its
+// commands and how its listing is read.
+#pragma once
+
+#include "importers/listing.h"
+#include "importers/symbolfile.h"
+
+struct TOOLCHAIN {
+    const char *libraryExtension; // from the first '.' of a name, case ignored
+    const char *memberPattern;    // the extracted members that are objects
+    const char *extract;          // the extractor's command up to the library's name, and
+    const char *extractRelative;  // the same for a plain or relative name
+    bool extractInside;           // the extractor runs inside the temporary directory
+    bool mustEnter;               // failing to enter that directory is a failed import
+    const char *dump;             // the dump program's command up to the object's name, and
+    const char *dumpEnd;          // from there on
+    // Adds the object's lines and sizes to its record. `object` is its name in the current
+    // directory.
+    void (*parse)(LISTING *listing, const char *object, RECORDS *records);
+};
+
+// Imports a source; see IMPORTER for its arguments and results.
+int tvkwalk(const TOOLCHAIN *toolchain, const char *source, const char *symbolfile);
+
+// Whether a source can be read, and is not the temporary file, which would be dumped into
+// itself.
+bool isimportable(const char *source);
+
+// Opens the listing that a dump program wrote into the temporary file of the current
+// directory; null when there is none.
+FILE *opendump();
+
+// Makes sure that no listing of an earlier object is left in the temporary file. False when
+// that is not possible.
+bool removedump();

@@ -1,0 +1,158 @@
+#include "importers/process.h"
+
+#include "importers/command.h"
+#include "importers/tempdir.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <fcntl.h>
+#include <iterator>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+extern char **environ;
+
+namespace {
+
+constexpr int endingSignals[] = {SIGINT, SIGTERM, SIGHUP, SIGQUIT};
+constexpr int errorSignals[] = {SIGPIPE, SIGXFSZ};
+
+struct sigaction endingBefore[std::size(endingSignals)];
+struct sigaction errorBefore[std::size(errorSignals)];
+volatile sig_atomic_t noted = 0;   // the signal that ends the run
+volatile sig_atomic_t running = 0; // process id of the program, while there is one
+
+// The program must end too when the signal was sent to this process alone.
+void notesignal(int signal) {
+    const int before = errno;
+    noted = signal;
+    if (running > 0)
+        kill(running, signal);
+    errno = before;
+}
+
+bool isignored(const struct sigaction &action) {
+    return (action.sa_flags & SA_SIGINFO) == 0 && action.sa_handler == SIG_IGN;
+}
+
+sigset_t setof(const int *signals, size_t count) {
+    sigset_t set;
+    sigemptyset(&set);
+    for (size_t i = 0; i < count; ++i)
+        sigaddset(&set, signals[i]);
+    return set;
+}
+
+// What the program gets: the signal mask from before, and its own way with the signals that
+// are errors to us.
+void setattributes(posix_spawnattr_t *attributes, const sigset_t *mask) {
+    sigset_t defaults;
+    sigemptyset(&defaults);
+    for (size_t i = 0; i < std::size(errorSignals); ++i) {
+        if (!isignored(errorBefore[i]))
+            sigaddset(&defaults, errorSignals[i]);
+    }
+    posix_spawnattr_setsigdefault(attributes, &defaults);
+    posix_spawnattr_setsigmask(attributes, mask);
+    posix_spawnattr_setflags(attributes, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
+}
+
+// Starts a program, whose process id is then in `running`; false when it cannot be started.
+bool start(const char *program, char *const *words, const char *output) {
+    posix_spawn_file_actions_t actions;
+    posix_spawnattr_t attributes;
+    const sigset_t ending = setof(endingSignals, std::size(endingSignals));
+    sigset_t before;
+    pid_t process = 0;
+    if (posix_spawn_file_actions_init(&actions) != 0)
+        return false;
+    if (posix_spawnattr_init(&attributes) != 0) {
+        posix_spawn_file_actions_destroy(&actions);
+        return false;
+    }
+    // No signal comes between the start and our knowing about it.
+    sigprocmask(SIG_BLOCK, &ending, &before);
+    setattributes(&attributes, &before);
+    const bool redirected = output == nullptr || posix_spawn_file_actions_addopen(
+                                                     &actions, STDOUT_FILENO, output,
+                                                     O_WRONLY | O_CREAT | O_TRUNC, 0666) == 0;
+    const bool started =
+        redirected && posix_spawnp(&process, program, &actions, &attributes, words, environ) == 0;
+    if (started)
+        running = process;
+    sigprocmask(SIG_SETMASK, &before, nullptr);
+    posix_spawnattr_destroy(&attributes);
+    posix_spawn_file_actions_destroy(&actions);
+    return started;
+}
+
+// Waits for the program. It keeps its process id, to which a signal may be passed on, until
+// it is known to have ended.
+void finish() {
+    const pid_t process = running;
+    siginfo_t info = {};
+    int status = 0;
+    while (waitid(P_PID, static_cast<id_t>(process), &info, WEXITED | WNOWAIT) != 0 &&
+           errno == EINTR)
+        continue;
+    running = 0;
+    if (waitpid(process, &status, 0) != process)
+        return;
+    const bool bySignal = WIFSIGNALED(status) && WTERMSIG(status) == SIGINT;
+    const bool byShell = WIFEXITED(status) && WEXITSTATUS(status) == 128 + SIGINT;
+    if ((bySignal || byShell) && noted == 0)
+        noted = SIGINT;
+}
+
+} // namespace
+
+void beginimport() {
+    struct sigaction note = {};
+    struct sigaction ignore = {};
+    noted = 0;
+    note.sa_handler = notesignal;
+    ignore.sa_handler = SIG_IGN;
+    for (size_t i = 0; i < std::size(endingSignals); ++i) {
+        sigaction(endingSignals[i], nullptr, &endingBefore[i]);
+        if (!isignored(endingBefore[i]))
+            sigaction(endingSignals[i], &note, nullptr);
+    }
+    for (size_t i = 0; i < std::size(errorSignals); ++i)
+        sigaction(errorSignals[i], &ignore, &errorBefore[i]);
+}
+
+void endimport() {
+    if (noted != 0)
+        cleanup();
+    for (size_t i = 0; i < std::size(endingSignals); ++i)
+        sigaction(endingSignals[i], &endingBefore[i], nullptr);
+    for (size_t i = 0; i < std::size(errorSignals); ++i)
+        sigaction(errorSignals[i], &errorBefore[i], nullptr);
+    if (noted == 0)
+        return;
+    fflush(stdout);
+    raise(noted);
+}
+
+bool interrupted() {
+    return noted != 0;
+}
+
+void runcommand(const char *command) {
+    PLAINCOMMAND plain;
+    fflush(stdout);
+    if (interrupted())
+        return;
+    bool started =
+        plaincommand(&plain, command) && start(plain.words[0], plain.words, plain.output);
+    if (!started) {
+        char shell[] = "sh";
+        char option[] = "-c";
+        char *words[] = {shell, option, const_cast<char *>(command), nullptr};
+        started = start("/bin/sh", words, nullptr);
+    }
+    if (started)
+        finish();
+}
