@@ -1,20 +1,25 @@
 #include "tool/closure.h"
 
+#include "mem/arena.h"
 #include "mem/galloc.h"
-
-#include <climits>
 
 namespace {
 
 // Entries that were given back, and the rest of the block that new ones are taken from.
 _tagfilelist *spare = nullptr;
+_tagfilelist *fresh = nullptr;
+int64_t freshCount = 0;
+int64_t spareCount = 0;
+
 int64_t lastStamp = 0;  // marks are never used twice
 int64_t stampInUse = 0; // mark of the list whose files carry their marks now
 bool failed = false;
 
-// A file that is being followed: the references still to be looked at.
+// A file that is being followed: the references still to be looked at, and the one whose
+// symbol is being fetched meanwhile.
 struct FRAME {
     const _tagsymlist *refers;
+    const _tagsymlist *ahead;
     int level;
 };
 
@@ -26,23 +31,62 @@ struct STACK {
 };
 STACK stack = {nullptr, 0, 0};
 
-bool push(const FRAME &frame) {
-    if (stack.count == stack.room) {
-        const int64_t room = stack.room == 0 ? 256 : stack.room * 2;
-        auto *larger = gallocarray<FRAME>(room);
-        if (larger == nullptr) {
-            failed = true;
-            return false;
-        }
-        for (int64_t i = 0; i < stack.count; ++i)
-            larger[i] = stack.frames[i];
-        if (stack.frames != nullptr)
-            gfree(stack.frames);
-        stack.frames = larger;
-        stack.room = room;
+bool growstack(int64_t room) {
+    auto *larger = gallocarray<FRAME>(room);
+    if (larger == nullptr) {
+        failed = true;
+        return false;
     }
-    stack.frames[stack.count++] = frame;
+    for (int64_t i = 0; i < stack.count; ++i)
+        larger[i] = stack.frames[i];
+    if (stack.frames != nullptr)
+        gfree(stack.frames);
+    stack.frames = larger;
+    stack.room = room;
     return true;
+}
+
+// Fetches the symbols of the next `count` references: they lie all over the store.
+void lookahead(FRAME *frame, int count) {
+    for (; count > 0 && frame->ahead != nullptr; --count) {
+        __builtin_prefetch(frame->ahead->symbol);
+        frame->ahead = frame->ahead->next;
+    }
+}
+
+bool push(const _tagsymlist *refers, int level) {
+    if (stack.count == stack.room && !growstack(stack.room == 0 ? 256 : stack.room * 2))
+        return false;
+    FRAME *frame = &stack.frames[stack.count++];
+    *frame = {refers, refers, level};
+    lookahead(frame, 8);
+    return true;
+}
+
+bool newentries(int64_t count) {
+    auto *block =
+        static_cast<_tagfilelist *>(arenaalloc(static_cast<size_t>(count) * sizeof(_tagfilelist)));
+    if (block == nullptr)
+        return false;
+    fresh = block;
+    freshCount = count;
+    return true;
+}
+
+_tagfilelist *newentry() {
+    if (spare != nullptr) {
+        _tagfilelist *entry = spare;
+        spare = entry->next;
+        --spareCount;
+        return entry;
+    }
+    constexpr int64_t blockEntries = 512;
+    if (freshCount == 0 && !newentries(blockEntries)) {
+        failed = true;
+        return nullptr;
+    }
+    --freshCount;
+    return fresh++;
 }
 
 // Makes every file of the list carry the list's mark, and finds its last entry. A list that
@@ -65,12 +109,10 @@ bool append(_tagfilelist **list, _tagsymbol *symbol, int limit, int level) {
     _tagfile *file = symbol->file;
     if (file == nullptr || (*list != nullptr && file->stamp == (*list)->stamp))
         return false;
-    _tagfilelist *entry = flnew();
+    _tagfilelist *entry = newentry();
     if (entry == nullptr)
         return false;
-    entry->file = file;
-    entry->level = level;
-    entry->symbol = symbol;
+    *entry = {file, level, symbol, nullptr, nullptr, 0};
     if (*list == nullptr) {
         *list = entry;
         stampInUse = ++lastStamp;
@@ -85,23 +127,10 @@ bool append(_tagfilelist **list, _tagsymbol *symbol, int limit, int level) {
 
 } // namespace
 
-_tagfilelist *flnew() {
-    if (spare == nullptr) {
-        constexpr int blockEntries = 512;
-        auto *block = static_cast<_tagfilelist *>(storealloc(blockEntries * sizeof(_tagfilelist)));
-        if (block == nullptr) {
-            failed = true;
-            return nullptr;
-        }
-        for (int i = blockEntries - 1; i >= 0; --i) {
-            block[i].next = spare;
-            spare = &block[i];
-        }
-    }
-    _tagfilelist *entry = spare;
-    spare = spare->next;
-    *entry = {};
-    return entry;
+bool closurereserve(int64_t files) {
+    if (stack.room < files && !growstack(files))
+        return false;
+    return spareCount + freshCount >= files || newentries(files);
 }
 
 _tagfilelist *symneedfiles(_tagsymbol *symbol, _tagfilelist *list, int limit, int level) {
@@ -109,7 +138,7 @@ _tagfilelist *symneedfiles(_tagsymbol *symbol, _tagfilelist *list, int limit, in
         marklist(list);
     stack.count = 0;
     if (append(&list, symbol, limit, level))
-        push({symbol->file->refers, level});
+        push(symbol->file->refers, level);
     while (stack.count > 0) {
         FRAME *top = &stack.frames[stack.count - 1];
         const _tagsymlist *node = top->refers;
@@ -119,7 +148,8 @@ _tagfilelist *symneedfiles(_tagsymbol *symbol, _tagfilelist *list, int limit, in
         }
         const int below = top->level + 1;
         top->refers = node->next;
-        if (append(&list, node->symbol, limit, below) && !push({node->symbol->file->refers, below}))
+        lookahead(top, 1);
+        if (append(&list, node->symbol, limit, below) && !push(node->symbol->file->refers, below))
             break;
     }
     return list;
@@ -128,9 +158,10 @@ _tagfilelist *symneedfiles(_tagsymbol *symbol, _tagfilelist *list, int limit, in
 void flfree(_tagfilelist *list) {
     if (list == nullptr)
         return;
-    _tagfilelist *last = list->last != nullptr ? list->last : list;
-    while (last->next != nullptr)
-        last = last->next;
+    _tagfilelist *last = list;
+    for (; last->next != nullptr; last = last->next)
+        ++spareCount;
+    ++spareCount;
     last->next = spare;
     spare = list;
 }
@@ -141,27 +172,4 @@ bool closurefailed() {
 
 int32_t saturated(int64_t sum) {
     return sum > INT32_MAX ? INT32_MAX : sum < INT32_MIN ? INT32_MIN : static_cast<int32_t>(sum);
-}
-
-int32_t closuretotal(_tagsymbol *symbol, int limit) {
-    static int knownLimit = -1;
-    static int64_t knownMark = 0;
-    if (symbol->file == nullptr)
-        return 0;
-    // Totals found under another limit do not count any more.
-    if (limit != knownLimit) {
-        knownLimit = limit;
-        knownMark = ++lastStamp;
-    }
-    _tagfile *file = symbol->file;
-    if (file->totalMark == knownMark)
-        return saturated(file->total);
-    _tagfilelist *list = symneedfiles(symbol, nullptr, limit, 0);
-    int64_t total = 0;
-    for (const _tagfilelist *entry = list; entry != nullptr; entry = entry->next)
-        total += entry->file->size;
-    flfree(list);
-    file->total = total;
-    file->totalMark = knownMark;
-    return saturated(total);
 }

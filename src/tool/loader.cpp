@@ -1,17 +1,29 @@
+// The file is read in large blocks and its lines are taken where they stand. Names are not
+// looked up one by one: every lookup waits for memory twice, for the index and for the
+// record, so the lines of a batch are prepared together and their waits overlap. That, and
+// no copies, is what makes loading about as fast as reading.
 #include "tool/loader.h"
 
 #include "brax/text.h"
+#include "mem/arena.h"
 #include "mem/galloc.h"
 #include "mem/gstream.h"
 #include "tool/options.h"
 
-#include <cstdlib>
 #include <cstring>
 
 namespace {
 
 constexpr int64_t LINELENGTH = 255; // longest piece that is read as one line
-constexpr int64_t BUFFERSIZE = 128 * 1024;
+constexpr int64_t BUFFERSIZE = 256 * 1024;
+constexpr int64_t SPAREBYTES = 16; // readable behind the buffer's last byte
+constexpr int BATCHSIZE = 64;
+
+// A line or what is left of it; bytes behind a zero byte do not belong to it.
+struct LINE {
+    const char *text;
+    const char *end;
+};
 
 // The file being read: `next` to `end` are bytes not yet handed out.
 struct LINES {
@@ -19,13 +31,24 @@ struct LINES {
     char *buffer;
     char *next;
     char *end;
-    char *text; // the line handed out last, ended by a zero byte in place of `saved`
-    char *textEnd;
-    char saved;
+    bool hasZeros; // some zero byte is in the buffer
     bool atEnd;
     bool failed;
 };
 
+// A load in progress. The first `count` entries wait to be entered; their names stand in the
+// buffer of lines.
+struct LOAD {
+    TVKINFO *info;
+    _tagfile *file;
+    bool outOfMemory;
+    int count;
+    SYMENTRY entries[BATCHSIZE];
+    _tagfile *files[BATCHSIZE]; // that the entries' lines belong to
+    bool defines[BATCHSIZE];    // a definition, else a reference
+};
+
+// Moves what is left to the buffer's start and reads on behind it.
 void fill(LINES *lines) {
     const auto kept = lines->end - lines->next;
     memmove(lines->buffer, lines->next, static_cast<size_t>(kept));
@@ -38,42 +61,69 @@ void fill(LINES *lines) {
         lines->atEnd = got <= 0;
         lines->end += got > 0 ? got : 0;
     }
+    const auto length = static_cast<size_t>(lines->end - lines->next);
+    lines->hasZeros = memchr(lines->next, 0, length) != nullptr;
 }
 
-// Takes the next line into `text`, its line feed included; a zero byte in the file ends its
-// text early. False at the end of the file.
-bool nextline(LINES *lines) {
-    if (lines->textEnd != nullptr)
-        *lines->textEnd = lines->saved;
-    if (lines->end - lines->next < LINELENGTH && !lines->atEnd)
-        fill(lines);
+// Takes the next line, its line feed included, from the buffer.
+LINE nextline(LINES *lines) {
     int64_t length = lines->end - lines->next;
-    if (length == 0) {
-        lines->textEnd = nullptr;
-        return false;
-    }
     length = length < LINELENGTH ? length : LINELENGTH;
     const void *feed = memchr(lines->next, '\n', static_cast<size_t>(length));
     if (feed != nullptr)
         length = static_cast<const char *>(feed) - lines->next + 1;
-    lines->text = lines->next;
+    LINE line = {lines->next, lines->next + length};
     lines->next += length;
-    lines->textEnd = lines->next; // one spare byte behind the buffer makes this writable
-    lines->saved = *lines->textEnd;
-    *lines->textEnd = 0;
+    if (lines->hasZeros)
+        line.end = line.text + strnlen(line.text, static_cast<size_t>(length));
+    return line;
+}
+
+// The first c in the line, or the line's end.
+const char *findchar(const LINE &line, char c) {
+    const void *found = memchr(line.text, c, static_cast<size_t>(line.end - line.text));
+    return found != nullptr ? static_cast<const char *>(found) : line.end;
+}
+
+// Moves the line past the word when it begins with it.
+template <size_t SIZE> bool pass(LINE *line, const char (&word)[SIZE]) {
+    constexpr size_t length = SIZE - 1;
+    if (static_cast<size_t>(line->end - line->text) < length ||
+        memcmp(line->text, word, length) != 0)
+        return false;
+    line->text += length;
     return true;
 }
 
-// A load in progress.
-struct LOAD {
-    TVKINFO *info;
-    _tagfile *file;
-    bool outOfMemory;
-};
+bool isspacechar(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+// Reads a decimal integer, blanks and a sign in front of it allowed, into *value, which
+// keeps its value when there is none.
+void readnumber(LINE line, int32_t *value) {
+    while (line.text < line.end && isspacechar(*line.text))
+        ++line.text;
+    const bool negative = line.text < line.end && *line.text == '-';
+    if (negative || (line.text < line.end && *line.text == '+'))
+        ++line.text;
+    if (line.text == line.end || !isdigitchar(*line.text))
+        return;
+    int64_t number = 0;
+    for (; line.text < line.end && isdigitchar(*line.text); ++line.text) {
+        if (number <= INT32_MAX)
+            number = number * 10 + (*line.text - '0');
+    }
+    number = negative ? -number : number;
+    *value = number > INT32_MAX   ? INT32_MAX
+             : number < INT32_MIN ? INT32_MIN
+                                  : static_cast<int32_t>(number);
+}
 
 // A copy in the store's memory; null, and the load marked, when there is none.
-char *keep(LOAD *load, const char *text, size_t length) {
-    auto *copy = static_cast<char *>(storealloc(length + 1));
+char *keep(LOAD *load, const char *text, const char *end) {
+    const auto length = static_cast<size_t>(end - text);
+    auto *copy = static_cast<char *>(arenaalloc(length + 1));
     if (copy == nullptr) {
         load->outOfMemory = true;
         return nullptr;
@@ -83,29 +133,14 @@ char *keep(LOAD *load, const char *text, size_t length) {
     return copy;
 }
 
-// Reads a decimal integer into *value, which keeps its value when there is none.
-void readnumber(const char *text, int32_t *value) {
-    char *end = nullptr;
-    const long number = strtol(text, &end, 10);
-    if (end == text)
-        return;
-    *value = number > INT32_MAX   ? INT32_MAX
-             : number < INT32_MIN ? INT32_MIN
-                                  : static_cast<int32_t>(number);
-}
-
-void readheader(LOAD *load, const char *text) {
-    const char *name = text + 1;
-    const size_t nameLength = strcspn(name, "]");
-    const char *library = name + nameLength;
-    size_t libraryLength = 0;
-    if (library[0] == ']' && library[1] == '[') {
-        library += 2;
-        libraryLength = strcspn(library, "]");
-    }
-    auto *file = static_cast<_tagfile *>(storealloc(sizeof(_tagfile)));
-    char *ownName = keep(load, name, nameLength);
-    char *ownLibrary = keep(load, library, libraryLength);
+void readheader(LOAD *load, LINE line) {
+    ++line.text;
+    const char *nameEnd = findchar(line, ']');
+    LINE library = {nameEnd, line.end};
+    const char *libraryEnd = pass(&library, "][") ? findchar(library, ']') : library.text;
+    auto *file = static_cast<_tagfile *>(arenaalloc(sizeof(_tagfile)));
+    char *ownName = keep(load, line.text, nameEnd);
+    char *ownLibrary = keep(load, library.text, libraryEnd);
     if (file == nullptr || load->outOfMemory) {
         load->outOfMemory = true;
         return;
@@ -118,99 +153,129 @@ void readheader(LOAD *load, const char *text) {
     load->file = file;
 }
 
-bool isspacechar(char c) {
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
-
-void readsource(LOAD *load, const char *text) {
-    while (isspacechar(*text))
-        ++text;
-    const char *end = text;
-    while (*end != 0 && !isspacechar(*end))
+void readsource(LOAD *load, LINE line) {
+    while (line.text < line.end && isspacechar(*line.text))
+        ++line.text;
+    const char *end = line.text;
+    while (end < line.end && !isspacechar(*end))
         ++end;
-    if (end == text)
+    if (end == line.text)
         return;
-    const size_t length = static_cast<size_t>(end - text);
-    const void *comma = memchr(text, ',', length);
-    const char *pathEnd = comma != nullptr ? static_cast<const char *>(comma) : end;
-    load->file->source = keep(load, text, static_cast<size_t>(pathEnd - text));
-    if (comma != nullptr && pathEnd + 1 < end)
-        readnumber(pathEnd + 1, &load->file->date);
+    const char *pathEnd = findchar({line.text, end}, ',');
+    load->file->source = keep(load, line.text, pathEnd);
+    if (pathEnd < end && pathEnd + 1 < end)
+        readnumber({pathEnd + 1, end}, &load->file->date);
 }
 
-// Moves *text past the word when it begins with it.
-bool pass(const char **text, const char *word) {
-    const size_t length = strlen(word);
-    if (strncmp(*text, word, length) != 0)
-        return false;
-    *text += length;
-    return true;
-}
-
-void addnode(LOAD *load, _tagsymlist **list, _tagsymbol *symbol) {
-    auto *node = static_cast<_tagsymlist *>(storealloc(sizeof(_tagsymlist)));
-    if (node == nullptr) {
+// Enters the waiting names and puts a node for each in front of its file's list.
+void enterall(LOAD *load) {
+    if (load->count == 0)
+        return;
+    auto *nodes = static_cast<_tagsymlist *>(
+        arenaalloc(static_cast<size_t>(load->count) * sizeof(_tagsymlist)));
+    if (nodes == nullptr || !symenterall(load->info->symtable, load->entries, load->count)) {
         load->outOfMemory = true;
         return;
     }
-    *node = {symbol, *list};
-    *list = node;
+    for (int i = 0; i < load->count; ++i) {
+        _tagsymbol *symbol = load->entries[i].symbol;
+        _tagfile *file = load->files[i];
+        if (load->defines[i])
+            symbol->file = file;
+        _tagsymlist **list = load->defines[i] ? &file->defines : &file->refers;
+        nodes[i] = {symbol, *list};
+        *list = &nodes[i];
+    }
+    load->count = 0;
 }
 
-void readdefine(LOAD *load, const char *name) {
-    SYMTYPE type = TYPE_FUNCTION;
-    SYMSCOPE scope = SCOPE_GLOBAL;
-    int32_t size = 0;
-    const size_t length = strcspn(name, ",");
-    const char *text = name + length;
-    if (pass(&text, ",")) {
-        if (!pass(&text, "FUNCTION") && pass(&text, "DATA"))
-            type = TYPE_DATA;
-        if (pass(&text, ",")) {
-            if (pass(&text, "LOCAL"))
-                scope = SCOPE_LOCAL;
+void addentry(LOAD *load, const SYMENTRY &entry, bool define) {
+    load->entries[load->count] = entry;
+    symprepare(load->info->symtable, &load->entries[load->count]);
+    load->files[load->count] = load->file;
+    load->defines[load->count] = define;
+    if (++load->count == BATCHSIZE)
+        enterall(load);
+}
+
+void readdefine(LOAD *load, LINE line) {
+    const char *nameEnd = findchar(line, ',');
+    SYMENTRY entry = {line.text,
+                      static_cast<int32_t>(nameEnd - line.text),
+                      0,
+                      TYPE_FUNCTION,
+                      SCOPE_GLOBAL,
+                      nullptr,
+                      0};
+    LINE rest = {nameEnd, line.end};
+    if (pass(&rest, ",")) {
+        if (!pass(&rest, "FUNCTION") && pass(&rest, "DATA"))
+            entry.type = TYPE_DATA;
+        if (pass(&rest, ",")) {
+            if (pass(&rest, "LOCAL"))
+                entry.scope = SCOPE_LOCAL;
             else
-                pass(&text, "GLOBAL");
-            if (pass(&text, ","))
-                readnumber(text, &size);
+                pass(&rest, "GLOBAL");
+            if (pass(&rest, ","))
+                readnumber(rest, &entry.size);
         }
     }
-    _tagsymbol *symbol = symenter(load->info->symtable, name, length, type, scope, size);
-    if (symbol == nullptr) {
-        load->outOfMemory = true;
-        return;
-    }
-    symbol->file = load->file;
-    addnode(load, &load->file->defines, symbol);
+    addentry(load, entry, true);
 }
 
-void readrefer(LOAD *load, const char *name) {
-    size_t length = 0;
-    while (name[length] != 0 && !isspacechar(name[length]))
-        ++length;
-    _tagsymbol *symbol =
-        symenter(load->info->symtable, name, length, TYPE_UNKNOWN, SCOPE_GLOBAL, 0);
-    if (symbol == nullptr) {
-        load->outOfMemory = true;
-        return;
+// Whether any of the characters is a blank or another control character, eight at a time;
+// reads up to seven bytes behind them.
+bool hasblank(const char *text, int64_t length) {
+    constexpr uint64_t ones = 0x0101010101010101ULL;
+    uint64_t found = 0;
+    for (; length > 0; text += 8, length -= 8) {
+        uint64_t word = eightbytes(text);
+        if (length < 8)
+            word |= ~uint64_t{0} << 8 * length; // what does not belong to it is no blank
+        found |= (word - ones * '!') & ~word & ones * 0x80;
     }
-    ++symbol->nrefers;
-    addnode(load, &load->file->refers, symbol);
+    return found != 0;
 }
 
-void readline(LOAD *load, const char *text) {
-    if (*text == '[')
-        readheader(load, text);
-    else if (load->file == nullptr)
-        return;
-    else if (pass(&text, "refer="))
-        readrefer(load, text);
-    else if (pass(&text, "define="))
-        readdefine(load, text);
-    else if (pass(&text, "size="))
-        readnumber(text, &load->file->size);
-    else if (pass(&text, "source="))
-        readsource(load, text);
+void readrefer(LOAD *load, LINE line) {
+    const char *end = line.end;
+    if (end > line.text && end[-1] == '\n')
+        --end;
+    if (hasblank(line.text, end - line.text)) {
+        for (end = line.text; end < line.end && !isspacechar(*end);)
+            ++end;
+    }
+    addentry(load,
+             {line.text, static_cast<int32_t>(end - line.text), 0, TYPE_UNKNOWN, SCOPE_GLOBAL,
+              nullptr, 0},
+             false);
+}
+
+void readline(LOAD *load, LINE line) {
+    if (pass(&line, "refer="))
+        readrefer(load, line);
+    else if (pass(&line, "define="))
+        readdefine(load, line);
+    else if (pass(&line, "size="))
+        readnumber(line, &load->file->size);
+    else if (pass(&line, "source="))
+        readsource(load, line);
+}
+
+void readlines(LOAD *load, LINES *lines) {
+    while (!load->outOfMemory) {
+        if (lines->end - lines->next < LINELENGTH && !lines->atEnd) {
+            enterall(load); // their names are about to move
+            fill(lines);
+        }
+        if (lines->next == lines->end)
+            return enterall(load);
+        const LINE line = nextline(lines);
+        if (line.text < line.end && *line.text == '[')
+            readheader(load, line);
+        else if (load->file != nullptr)
+            readline(load, line);
+    }
 }
 
 // Closes the file and says what went wrong, if anything did.
@@ -236,12 +301,15 @@ TVKINFO *tvkload(const char *path) {
     lines.file = gopen(path);
     if (lines.file == 0)
         return nullptr;
-    LOAD load = {cinew(), nullptr, false};
-    lines.buffer = gallocarray<char>(BUFFERSIZE + 1);
+    LOAD load;
+    load.info = cinew();
+    load.file = nullptr;
+    load.count = 0;
+    lines.buffer = gallocarray<char>(BUFFERSIZE + SPAREBYTES);
     load.outOfMemory = load.info == nullptr || lines.buffer == nullptr;
     lines.next = lines.buffer;
     lines.end = lines.buffer;
-    while (!load.outOfMemory && nextline(&lines))
-        readline(&load, lines.text);
+    if (!load.outOfMemory)
+        readlines(&load, &lines);
     return endload(&lines, &load, path);
 }

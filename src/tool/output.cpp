@@ -2,11 +2,13 @@
 
 namespace {
 
+char buffer[OUTPUTSIZE];
+
 constexpr int DIGITSSIZE = 24;
 
 // Writes the digits to the end of the buffer and returns where they begin.
-char *digitsof(int64_t number, char *buffer) {
-    char *p = buffer + DIGITSSIZE - 1;
+char *digitsof(int64_t number, char *digits) {
+    char *p = digits + DIGITSSIZE - 1;
     *p = 0;
     uint64_t rest = number < 0 ? 0 - static_cast<uint64_t>(number) : static_cast<uint64_t>(number);
     do {
@@ -20,24 +22,52 @@ char *digitsof(int64_t number, char *buffer) {
 
 } // namespace
 
-void putnumber(FILE *out, int64_t number) {
-    char buffer[DIGITSSIZE];
-    putchars(out, digitsof(number, buffer));
+OUTPUT beginoutput(FILE *stream) {
+    return {stream, buffer, buffer + sizeof buffer};
 }
 
-void putaligned(FILE *out, int64_t number, int width) {
-    char buffer[DIGITSSIZE];
-    putaligned(out, digitsof(number, buffer), width);
+void flushoutput(OUTPUT *out) {
+    fwrite(buffer, 1, static_cast<size_t>(out->next - buffer), out->stream);
+    out->next = buffer;
 }
 
-void putaligned(FILE *out, const char *text, int width) {
-    putspaces(out, width - static_cast<int64_t>(strlen(text)));
-    putchars(out, text);
+void putlong(OUTPUT *out, const char *text, size_t length) {
+    flushoutput(out);
+    if (length >= sizeof buffer) {
+        fwrite(text, 1, length, out->stream);
+        return;
+    }
+    memcpy(out->next, text, length);
+    out->next += length;
 }
 
-void putspaces(FILE *out, int64_t count) {
-    static const char spaces[] = "                                                                ";
-    constexpr int64_t most = sizeof spaces - 1;
-    for (; count > 0; count -= most)
-        fwrite_unlocked(spaces, 1, static_cast<size_t>(count < most ? count : most), out);
+void putspaces(OUTPUT *out, int64_t count) {
+    while (count > out->end - out->next) {
+        const int64_t room = out->end - out->next;
+        memset(out->next, ' ', static_cast<size_t>(room));
+        out->next += room;
+        count -= room;
+        flushoutput(out);
+    }
+    if (count <= 0)
+        return;
+    memset(out->next, ' ', static_cast<size_t>(count));
+    out->next += count;
+}
+
+void putnumber(OUTPUT *out, int64_t number) {
+    char digits[DIGITSSIZE];
+    const char *begin = digitsof(number, digits);
+    puttext(out, begin, static_cast<size_t>(digits + DIGITSSIZE - 1 - begin));
+}
+
+void putaligned(OUTPUT *out, int64_t number, int width) {
+    char digits[DIGITSSIZE];
+    putaligned(out, digitsof(number, digits), width);
+}
+
+void putaligned(OUTPUT *out, const char *text, int width) {
+    const size_t length = strlen(text);
+    putspaces(out, width - static_cast<int64_t>(length));
+    puttext(out, text, length);
 }

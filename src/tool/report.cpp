@@ -11,8 +11,6 @@
 
 namespace {
 
-constexpr size_t outputBufferBytes = 256 * 1024;
-
 bool isnamed(const char *reportfile) {
     return reportfile != nullptr && reportfile[0] != 0 && strcmp(reportfile, "/dev/stdout") != 0;
 }
@@ -48,7 +46,6 @@ int writereport(FILE *out, TVKINFO *info, char **symbols, int nsymbols, char **f
 
 int tvkreport(const char *reportfile, TVKINFO *info, char **symbols, int nsymbols, char **files,
               int nfiles, int define, int refer, int links, int limit) {
-    static char buffer[outputBufferBytes];
     if (info == nullptr)
         return 0;
     FILE *out = isnamed(reportfile) ? fopen(reportfile, "we") : stdout;
@@ -59,8 +56,6 @@ int tvkreport(const char *reportfile, TVKINFO *info, char **symbols, int nsymbol
     struct sigaction before = {};
     ignore.sa_handler = SIG_IGN;
     sigaction(SIGPIPE, &ignore, &before);
-    if (out != stdout)
-        setvbuf(out, buffer, _IOFBF, sizeof buffer);
     const int result =
         writereport(out, info, symbols, nsymbols, files, nfiles, define, refer, links, limit);
     const bool whole = endreport(out, reportfile, result != 0);
@@ -71,5 +66,7 @@ int tvkreport(const char *reportfile, TVKINFO *info, char **symbols, int nsymbol
 void printheader(FILE *out, const char *title) {
     if (OPTverbose <= 1)
         return;
-    putchars(out, "\n", preheader, title, postheader);
+    OUTPUT output = beginoutput(out);
+    puttexts(&output, "\n", preheader, title, postheader);
+    flushoutput(&output);
 }

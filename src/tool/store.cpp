@@ -1,6 +1,7 @@
 #include "tool/store.h"
 
 #include "brax/text.h"
+#include "mem/arena.h"
 #include "mem/galloc.h"
 #include "tool/options.h"
 
@@ -8,7 +9,7 @@
 
 namespace {
 
-constexpr int VARIANTSIZE = 256; // room for a name with an underscore added
+constexpr size_t VARIANTSIZE = 256; // room for a name with an underscore added
 
 // The index: open addressing, a power of two of slots, at most half of them used.
 struct INDEXSLOT {
@@ -16,26 +17,22 @@ struct INDEXSLOT {
     _tagsymbol *symbol; // null in a free slot
 };
 
-// What cinew makes: the buckets that everybody sees, and the index right behind them.
+// What cinew makes: the buckets that everybody sees, and the index behind them. `heads` is
+// what the index left in the buckets: where a bucket shows something else, somebody put a
+// symbol there by hand, and only its chain tells what it holds.
 struct SYMTABLE {
     _tagsymlist buckets[SYMBUCKETS];
+    _tagsymbol *heads[SYMBUCKETS];
+    SYMTABLE *previous; // made before this one
     INDEXSLOT *slots;
     uint64_t capacity;
     uint64_t used;
     int64_t leading;  // names that begin with an underscore
     int64_t trailing; // names that end with one
 };
+SYMTABLE *tables = nullptr;
 
 constexpr uint64_t firstCapacity = 1024;
-
-// Blocks of records that live as long as the process, the newest first.
-struct ARENABLOCK {
-    ARENABLOCK *previous;
-};
-constexpr size_t arenaBlockBytes = 256 * 1024;
-ARENABLOCK *arena = nullptr;
-char *arenaNext = nullptr;
-size_t arenaLeft = 0;
 
 // A name as it is looked up: where it is, how long, and its hash.
 struct NAME {
@@ -49,34 +46,49 @@ uint64_t mix(uint64_t hash, uint64_t word) {
     return hash ^ hash >> 29;
 }
 
+uint64_t endhash(uint64_t hash, uint64_t lastWord) {
+    hash = mix(hash, lastWord);
+    return mix(hash, hash >> 32);
+}
+
 NAME hashedname(const char *text, size_t length) {
     uint64_t hash = length;
     size_t i = 0;
-    for (; i + 8 <= length; i += 8) {
-        uint64_t word = 0;
-        memcpy(&word, text + i, 8);
-        hash = mix(hash, word);
+    for (; i + 8 <= length; i += 8)
+        hash = mix(hash, eightbytes(text + i));
+    char rest[8] = {};
+    memcpy(rest, text + i, length - i);
+    return {text, length, endhash(hash, eightbytes(rest))};
+}
+
+// The same hash for a text with 8 readable bytes behind it, which need not be copied.
+uint64_t fasthash(const char *text, size_t length) {
+    uint64_t hash = length;
+    size_t i = 0;
+    for (; i + 8 <= length; i += 8)
+        hash = mix(hash, eightbytes(text + i));
+    return endhash(hash, eightbytes(text + i) & ((uint64_t{1} << 8 * (length - i)) - 1));
+}
+
+// What cinew made, or null for an array of buckets that somebody else made.
+SYMTABLE *tableof(const _tagsymlist *buckets) {
+    for (SYMTABLE *table = tables; table != nullptr; table = table->previous) {
+        if (table->buckets == buckets)
+            return table;
     }
-    uint64_t word = 0;
-    memcpy(&word, text + i, length - i);
-    hash = mix(mix(hash, word), hash >> 32);
-    return {text, length, hash};
+    return nullptr;
 }
 
-SYMTABLE *tableof(_tagsymlist *buckets) {
-    return reinterpret_cast<SYMTABLE *>(buckets);
-}
-
-const SYMTABLE *tableof(const _tagsymlist *buckets) {
-    return reinterpret_cast<const SYMTABLE *>(buckets);
+bool isnamed(const _tagsymbol *symbol, const NAME &name) {
+    return static_cast<size_t>(symbol->length) == name.length &&
+           memcmp(symbol->name, name.text, name.length) == 0;
 }
 
 _tagsymbol *indexfind(const SYMTABLE *table, const NAME &name) {
     const uint64_t mask = table->capacity - 1;
     for (uint64_t i = name.hash & mask; table->slots[i].symbol != nullptr; i = (i + 1) & mask) {
         const INDEXSLOT &slot = table->slots[i];
-        if (slot.hash == name.hash && memcmp(slot.symbol->name, name.text, name.length) == 0 &&
-            slot.symbol->name[name.length] == 0)
+        if (slot.hash == name.hash && isnamed(slot.symbol, name))
             return slot.symbol;
     }
     return nullptr;
@@ -91,8 +103,10 @@ void indexput(INDEXSLOT *slots, uint64_t capacity, uint64_t hash, _tagsymbol *sy
 
 INDEXSLOT *newslots(uint64_t capacity) {
     auto *slots = gallocarray<INDEXSLOT>(static_cast<int64_t>(capacity));
-    if (slots != nullptr)
-        memset(slots, 0, capacity * sizeof(INDEXSLOT));
+    if (slots == nullptr)
+        return nullptr;
+    adviseblock(slots, capacity * sizeof(INDEXSLOT));
+    memset(slots, 0, capacity * sizeof(INDEXSLOT));
     return slots;
 }
 
@@ -111,6 +125,22 @@ bool reserveslot(SYMTABLE *table) {
     table->slots = larger;
     table->capacity = capacity;
     return true;
+}
+
+int hashof(const char *name, size_t length) {
+    uint32_t hash = 0;
+    for (size_t i = length > 4 ? length - 4 : 0; i < length; ++i)
+        hash = hash * 4 + static_cast<uint32_t>(charvalue(name[i]));
+    return static_cast<int>(hash & (SYMBUCKETS - 1));
+}
+
+_tagsymbol *chainfind(const _tagsymlist *buckets, const char *name, int n) {
+    _tagsymbol *symbol = buckets[symhash(name)].symbol;
+    for (; symbol != nullptr; symbol = symbol->next) {
+        if (strcmp(symbol->name, name) == 0 && --n == 0)
+            return symbol;
+    }
+    return nullptr;
 }
 
 // The name with "_" added in front or behind, when any stored name has one there.
@@ -141,21 +171,21 @@ void merge(_tagsymbol *symbol, SYMTYPE type, SYMSCOPE scope, int32_t size) {
         symbol->size = size;
 }
 
-int hashof(const char *name, size_t length) {
-    uint32_t hash = 0;
-    for (size_t i = length > 4 ? length - 4 : 0; i < length; ++i)
-        hash = hash * 4 + static_cast<uint32_t>(charvalue(name[i]));
-    return static_cast<int>(hash & (SYMBUCKETS - 1));
-}
-
-bool insert(SYMTABLE *table, _tagsymbol *symbol, const NAME &name) {
-    if (!reserveslot(table))
+// Puts the symbol into its bucket, and into the index when the table has one.
+bool insert(_tagsymlist *buckets, SYMTABLE *table, _tagsymbol *symbol, uint64_t hash) {
+    if (table != nullptr && !reserveslot(table))
         return false;
-    indexput(table->slots, table->capacity, name.hash, symbol);
-    ++table->used;
-    table->leading += symbol->name[0] == '_' ? 1 : 0;
-    table->trailing += name.length > 0 && symbol->name[name.length - 1] == '_' ? 1 : 0;
-    _tagsymlist *bucket = &table->buckets[hashof(symbol->name, name.length)];
+    const size_t length = static_cast<size_t>(symbol->length);
+    const int number = hashof(symbol->name, length);
+    _tagsymlist *bucket = &buckets[number];
+    if (table != nullptr) {
+        indexput(table->slots, table->capacity, hash, symbol);
+        ++table->used;
+        table->leading += symbol->name[0] == '_' ? 1 : 0;
+        table->trailing += length > 0 && symbol->name[length - 1] == '_' ? 1 : 0;
+        if (table->heads[number] == bucket->symbol)
+            table->heads[number] = symbol;
+    }
     symbol->next = bucket->symbol;
     bucket->symbol = symbol;
     return true;
@@ -170,47 +200,52 @@ void strip(const char **name, size_t *length) {
         --*length;
 }
 
-void release(_tagsymbol *symbol) {
-    gfree(symbol->name);
-    gfree(symbol);
+// Gives back those of the blocks that were obtained.
+void discard(void *a, void *b, void *c = nullptr) {
+    void *const blocks[] = {a, b, c};
+    for (void *block : blocks) {
+        if (block != nullptr)
+            gfree(block);
+    }
+}
+
+// The symbol that the entry's slot leads to by its hash; the name may still differ.
+_tagsymbol *candidate(const SYMTABLE *table, uint64_t hash) {
+    const uint64_t mask = table->capacity - 1;
+    uint64_t i = hash & mask;
+    while (table->slots[i].symbol != nullptr && table->slots[i].hash != hash)
+        i = (i + 1) & mask;
+    return table->slots[i].symbol;
+}
+
+_tagsymbol *newsymbol(const SYMENTRY &entry) {
+    const size_t length = static_cast<size_t>(entry.length);
+    // The name stands right behind its record: whoever looks at one soon looks at the other.
+    auto *symbol = static_cast<_tagsymbol *>(arenaalloc(sizeof(_tagsymbol) + length + 1));
+    if (symbol == nullptr)
+        return nullptr;
+    char *copy = reinterpret_cast<char *>(symbol + 1);
+    memcpy(copy, entry.name, length);
+    copy[length] = 0;
+    *symbol = {copy, entry.type, entry.scope, entry.size, entry.length, nullptr, nullptr, 0, 0};
+    return symbol;
 }
 
 } // namespace
-
-void *storealloc(size_t size) {
-    size = (size + 7) & ~static_cast<size_t>(7);
-    if (size > arenaLeft) {
-        const size_t bytes = size + sizeof(ARENABLOCK) > arenaBlockBytes ? size + sizeof(ARENABLOCK)
-                                                                         : arenaBlockBytes;
-        auto *block = static_cast<ARENABLOCK *>(galloc(static_cast<int>(bytes)));
-        if (block == nullptr)
-            return nullptr;
-        block->previous = arena;
-        arena = block;
-        arenaNext = reinterpret_cast<char *>(block + 1);
-        arenaLeft = bytes - sizeof(ARENABLOCK);
-    }
-    char *memory = arenaNext;
-    arenaNext += size;
-    arenaLeft -= size;
-    return memory;
-}
 
 TVKINFO *cinew() {
     auto *info = gallocarray<TVKINFO>(1);
     auto *table = gallocarray<SYMTABLE>(1);
     INDEXSLOT *slots = newslots(firstCapacity);
     if (info == nullptr || table == nullptr || slots == nullptr) {
-        void *blocks[] = {info, table, slots};
-        for (void *block : blocks) {
-            if (block != nullptr)
-                gfree(block);
-        }
+        discard(info, table, slots);
         return nullptr;
     }
     *table = {};
     table->slots = slots;
     table->capacity = firstCapacity;
+    table->previous = tables;
+    tables = table;
     *info = {table->buckets, nullptr};
     return info;
 }
@@ -220,11 +255,7 @@ _tagfile *finew(const char *name, const char *library) {
     char *ownName = galloctext(name);
     char *ownLibrary = galloctext(library);
     if (file == nullptr || ownName == nullptr || ownLibrary == nullptr) {
-        void *blocks[] = {file, ownName, ownLibrary};
-        for (void *block : blocks) {
-            if (block != nullptr)
-                gfree(block);
-        }
+        discard(file, ownName, ownLibrary);
         return nullptr;
     }
     *file = {};
@@ -238,16 +269,13 @@ _tagsymbol *symnew(const char *name, SYMTYPE type, SYMSCOPE scope, int32_t size)
     size_t length = strlen(name);
     char *copy = gallocarray<char>(static_cast<int64_t>(length) + 1);
     if (symbol == nullptr || copy == nullptr) {
-        if (symbol != nullptr)
-            gfree(symbol);
-        if (copy != nullptr)
-            gfree(copy);
+        discard(symbol, copy);
         return nullptr;
     }
     strip(&name, &length);
     memcpy(copy, name, length);
     copy[length] = 0;
-    *symbol = {copy, type, scope, size, 0, nullptr, nullptr, 0};
+    *symbol = {copy, type, scope, size, static_cast<int32_t>(length), nullptr, nullptr, 0, 0};
     return symbol;
 }
 
@@ -258,50 +286,79 @@ _tagsymlist *slnew() {
     return node;
 }
 
+_tagfilelist *flnew() {
+    auto *entry = gallocarray<_tagfilelist>(1);
+    if (entry != nullptr)
+        *entry = {};
+    return entry;
+}
+
 _tagsymbol *symadd(_tagsymlist *table, _tagsymbol *symbol) {
+    _tagsymbol *found = symfind(table, symbol->name);
     const NAME name = hashedname(symbol->name, strlen(symbol->name));
-    _tagsymbol *found = find(tableof(table), name);
+    symbol->length = static_cast<int32_t>(name.length);
+    if (found == symbol || (found == nullptr && insert(table, tableof(table), symbol, name.hash)))
+        return symbol;
     if (found != nullptr)
         merge(found, symbol->type, symbol->scope, symbol->size);
-    else if (insert(tableof(table), symbol, name))
-        return symbol;
-    release(symbol);
+    discard(symbol->name, symbol);
     return found;
 }
 
-_tagsymbol *symenter(_tagsymlist *table, const char *name, size_t length, SYMTYPE type,
-                     SYMSCOPE scope, int32_t size) {
-    strip(&name, &length);
-    const NAME wanted = hashedname(name, length);
-    _tagsymbol *symbol = find(tableof(table), wanted);
-    if (symbol != nullptr) {
-        merge(symbol, type, scope, size);
-        return symbol;
+void symprepare(const _tagsymlist *table, SYMENTRY *entry) {
+    const SYMTABLE *index = reinterpret_cast<const SYMTABLE *>(table);
+    size_t length = static_cast<size_t>(entry->length);
+    strip(&entry->name, &length);
+    entry->length = static_cast<int32_t>(length);
+    entry->hash = fasthash(entry->name, length);
+    __builtin_prefetch(&index->slots[entry->hash & (index->capacity - 1)]);
+}
+
+bool symenterall(_tagsymlist *table, SYMENTRY *entries, int count) {
+    SYMTABLE *index = reinterpret_cast<SYMTABLE *>(table);
+    for (int i = 0; i < count; ++i) {
+        entries[i].symbol = candidate(index, entries[i].hash);
+        __builtin_prefetch(entries[i].symbol);
+        __builtin_prefetch(reinterpret_cast<const char *>(entries[i].symbol) + 63);
     }
-    // The name stands right behind its record: whoever looks at one soon looks at the other.
-    symbol = static_cast<_tagsymbol *>(storealloc(sizeof(_tagsymbol) + length + 1));
-    if (symbol == nullptr)
-        return nullptr;
-    char *copy = reinterpret_cast<char *>(symbol + 1);
-    memcpy(copy, name, length);
-    copy[length] = 0;
-    *symbol = {copy, type, scope, size, 0, nullptr, nullptr, 0};
-    return insert(tableof(table), symbol, wanted) ? symbol : nullptr;
+    for (int i = 0; i < count; ++i) {
+        SYMENTRY &entry = entries[i];
+        const NAME name = {entry.name, static_cast<size_t>(entry.length), entry.hash};
+        if (entry.symbol == nullptr || !isnamed(entry.symbol, name))
+            entry.symbol = find(index, name);
+        if (entry.symbol != nullptr) {
+            merge(entry.symbol, entry.type, entry.scope, entry.size);
+            continue;
+        }
+        entry.symbol = newsymbol(entry);
+        if (entry.symbol == nullptr || !insert(table, index, entry.symbol, entry.hash))
+            return false;
+    }
+    return true;
 }
 
 _tagsymbol *symfind(const _tagsymlist *table, const char *name) {
-    return find(tableof(table), hashedname(name, strlen(name)));
+    _tagsymbol *symbol = symfindnth(table, name, 1);
+    const size_t length = strlen(name);
+    if (symbol != nullptr || length + 2 > VARIANTSIZE)
+        return symbol;
+    char variant[VARIANTSIZE] = "_";
+    memcpy(variant + 1, name, length + 1);
+    symbol = symfindnth(table, variant, 1);
+    if (symbol != nullptr)
+        return symbol;
+    memcpy(variant, name, length);
+    variant[length] = '_';
+    return symfindnth(table, variant, 1);
 }
 
 _tagsymbol *symfindnth(const _tagsymlist *table, const char *name, int n) {
-    if (n == 1)
-        return indexfind(tableof(table), hashedname(name, strlen(name)));
-    _tagsymbol *symbol = table[symhash(name)].symbol;
-    for (; symbol != nullptr; symbol = symbol->next) {
-        if (strcmp(symbol->name, name) == 0 && --n == 0)
-            return symbol;
-    }
-    return nullptr;
+    const SYMTABLE *index = tableof(table);
+    const size_t length = strlen(name);
+    const int bucket = hashof(name, length);
+    if (n == 1 && index != nullptr && index->heads[bucket] == table[bucket].symbol)
+        return indexfind(index, hashedname(name, length));
+    return chainfind(table, name, n);
 }
 
 int symhash(const char *name) {

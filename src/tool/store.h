@@ -12,8 +12,9 @@
 // ends.
 #pragma once
 
-#include <cstddef>
+#include <bit>
 #include <cstdint>
+#include <cstring>
 
 constexpr int SYMBUCKETS = 256;
 
@@ -27,10 +28,11 @@ struct _tagsymbol {
     SYMTYPE type;
     SYMSCOPE scope;
     int32_t size;     // bytes; 0 when unknown
-    int32_t nrefers;  // private: nodes of refers lists that show this symbol
+    int32_t length;   // private: of the name
     _tagfile *file;   // the last file that defines it; null while only referred to
     _tagsymbol *next; // in the same bucket
-    int64_t firstref; // private: its first place in the report's index of references
+    int32_t nrefers;  // private to a report: nodes of refers lists that show this symbol
+    int32_t firstref; // private to a report: where its references begin
 };
 
 // A node of a file's definitions or references, and the form of a bucket, whose symbol is
@@ -50,9 +52,19 @@ struct _tagfile {
     _tagsymlist *refers;
     _tagfile *next; // in the store's list
 
-    int64_t stamp;     // private: the closure that lists this file
-    int64_t total;     // private: sum of the sizes that its closure links in
-    int64_t totalMark; // private: the computation that `total` comes from
+    int64_t stamp;  // private to the closure: the list that holds this file
+    int32_t number; // private to a report: its place in the store's list, from 0
+};
+
+// One file of a closure (see closure.h), in the order in which the files were reached.
+struct _tagfilelist {
+    _tagfile *file;
+    int level;          // steps from the start at which it was first reached
+    _tagsymbol *symbol; // through which it was reached; defined in this file
+    _tagfilelist *next;
+
+    _tagfilelist *last; // private: of a list's first entry, its last one
+    int64_t stamp;      // private: of a list's first entry, the mark of its files
 };
 
 struct TVKINFO {
@@ -72,6 +84,9 @@ _tagsymbol *symnew(const char *name, SYMTYPE type, SYMSCOPE scope, int32_t size)
 
 // A new list node with both fields null; null when memory runs out.
 _tagsymlist *slnew();
+
+// A new closure entry with all fields 0 or null; null when memory runs out.
+_tagfilelist *flnew();
 
 // Enters a symbol of symnew into a table of cinew. When its name is found already, the
 // stored symbol takes what it did not know (type, scope, size that were 0), the given
@@ -95,11 +110,29 @@ const char *symtype(const _tagsymbol *symbol); // "()" for a function, "" otherw
 const char *symscope(const _tagsymbol *symbol);
 int symsize(const _tagsymbol *symbol);
 
-// For the loader: enters a name of `length` characters without making a record first. Its
-// memory comes from storealloc. Null when memory runs out.
-_tagsymbol *symenter(_tagsymlist *table, const char *name, size_t length, SYMTYPE type,
-                     SYMSCOPE scope, int32_t size);
+// The eight bytes at `text`, the first one lowest, on every machine.
+inline uint64_t eightbytes(const char *text) {
+    uint64_t word = 0;
+    memcpy(&word, text, 8);
+    return std::endian::native == std::endian::little ? word : __builtin_bswap64(word);
+}
 
-// Memory for records that live as long as the process, carved from larger blocks, aligned
-// to 8 bytes; null when memory runs out.
-void *storealloc(size_t size);
+// One line of a symbol file for symenterall: a name as it stands in the file, `length`
+// characters with at least 8 readable bytes behind them, and what the line says of it.
+struct SYMENTRY {
+    const char *name;
+    int32_t length;
+    int32_t size;
+    SYMTYPE type;
+    SYMSCOPE scope;
+    _tagsymbol *symbol; // the result
+    uint64_t hash;      // private
+};
+
+// Strips and hashes the entry's name and begins to fetch its place in the index.
+void symprepare(const _tagsymlist *table, SYMENTRY *entry);
+
+// What symnew and symadd do, for `count` prepared entries, in order: the waits for memory
+// overlap, and the records come from the arena. Each entry gets its symbol; false when
+// memory runs out.
+bool symenterall(_tagsymlist *table, SYMENTRY *entries, int count);
