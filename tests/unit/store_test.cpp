@@ -1,0 +1,164 @@
+#include "mem/galloc.h"
+#include "tool/closure.h"
+#include "tool/options.h"
+#include "tool/paths.h"
+#include "tool/store.h"
+
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+namespace {
+
+using std::string;
+
+struct Store : testing::Test {
+    TVKINFO *info = cinew();
+    _tagsymlist *table = info->symtable;
+
+    ~Store() override {
+        OPTunderscores = 0;
+        static std::vector<TVKINFO *> kept; // stores live until the process ends
+        kept.push_back(info);
+    }
+    _tagsymbol *add(const char *name, SYMTYPE type = TYPE_FUNCTION, int size = 0) {
+        return symadd(table, symnew(name, type, SCOPE_GLOBAL, size));
+    }
+};
+
+TEST_F(Store, HashesTheLastFourCharacters) {
+    const struct {
+        const char *name;
+        int bucket;
+    } cases[] = {{"", 0},
+                 {"a", 97},
+                 {"ab", (4 * 97 + 98) % 256},
+                 {"abcd", (64 * 97 + 16 * 98 + 4 * 99 + 100) % 256},
+                 {"xyzabcd", (64 * 97 + 16 * 98 + 4 * 99 + 100) % 256},
+                 {"\xff", 255},
+                 {"a\xe9", (4 * 97 + 0xe9 - 256) % 256}};
+    for (const auto &c : cases)
+        EXPECT_EQ(symhash(c.name), c.bucket) << c.name;
+}
+
+TEST_F(Store, StripsUnderscoresUnlessAskedNot) {
+    const struct {
+        const char *given, *stripped;
+    } cases[] = {{"__main__", "main"}, {"_a_b_", "a_b"}, {"___", ""}, {"", ""}, {"x", "x"}};
+    for (const auto &c : cases) {
+        for (OPTunderscores = 0; OPTunderscores < 2; ++OPTunderscores) {
+            _tagsymbol *symbol = symnew(c.given, TYPE_DATA, SCOPE_LOCAL, 7);
+            EXPECT_STREQ(symname(symbol), OPTunderscores != 0 ? c.given : c.stripped);
+            EXPECT_EQ(symbol->file, nullptr);
+            EXPECT_EQ(symbol->next, nullptr);
+            gfree(symbol->name);
+            gfree(symbol);
+        }
+    }
+}
+
+TEST_F(Store, FirstNonZeroValueWins) {
+    _tagsymbol *symbol = add("a", TYPE_UNKNOWN);
+    const int held = galloccount;
+    EXPECT_EQ(add("_a_", TYPE_FUNCTION, 12), symbol);
+    EXPECT_EQ(add("a", TYPE_DATA, 40), symbol);
+    EXPECT_EQ(galloccount, held) << "duplicates are released";
+    EXPECT_EQ(symbol->type, TYPE_FUNCTION);
+    EXPECT_EQ(symsize(symbol), 12);
+    EXPECT_EQ(symadd(table, symbol), symbol) << "its own record is no duplicate";
+    EXPECT_STREQ(symname(symbol), "a");
+}
+
+TEST_F(Store, FindsNamesUnderTheirVariants) {
+    OPTunderscores = 1;
+    _tagsymbol *front = add("_a");
+    _tagsymbol *behind = add("b_");
+    _tagsymbol *empty = add("_");
+    EXPECT_EQ(add("a"), front);
+    EXPECT_EQ(symfind(table, "b"), behind);
+    EXPECT_EQ(symfind(table, ""), empty);
+    EXPECT_EQ(symfind(table, "_b"), nullptr);
+    EXPECT_EQ(symfindnth(table, "a", 1), nullptr) << "exact names only";
+    const string longest(254, 'n');
+    _tagsymbol *variant = add(("_" + longest).c_str());
+    EXPECT_EQ(symfind(table, longest.c_str()), variant);
+    add(("_" + longest + "n").c_str());
+    EXPECT_EQ(symfind(table, (longest + "n").c_str()), nullptr) << "no variants beyond 254";
+}
+
+TEST_F(Store, FindsWhatWasChainedByHand) {
+    _tagsymbol *older = add("twin");
+    _tagsymbol *newer = symnew("twin", TYPE_DATA, SCOPE_LOCAL, 1);
+    _tagsymlist *bucket = &table[symhash("twin")];
+    newer->next = bucket->symbol;
+    bucket->symbol = newer;
+    EXPECT_EQ(symfindnth(table, "twin", 1), newer);
+    EXPECT_EQ(symfindnth(table, "twin", 2), older);
+    EXPECT_EQ(symfindnth(table, "twin", 3), nullptr);
+    EXPECT_EQ(symfind(table, "twin"), newer);
+    _tagsymlist own[SYMBUCKETS] = {};
+    _tagsymbol *alone = symadd(own, symnew("alone", TYPE_DATA, SCOPE_LOCAL, 1));
+    EXPECT_EQ(symfind(own, "alone"), alone);
+    EXPECT_EQ(symfind(table, "alone"), nullptr);
+    gfree(alone->name);
+    gfree(alone);
+}
+
+TEST_F(Store, KeepsManyNamesApartInChainOrder) {
+    std::vector<_tagsymbol *> symbols;
+    for (int i = 0; i < 5000; ++i)
+        symbols.push_back(add(("name" + std::to_string(i)).c_str()));
+    for (int i = 0; i < 5000; ++i)
+        ASSERT_EQ(symfind(table, ("name" + std::to_string(i)).c_str()), symbols[i]) << i;
+    size_t seen = 0;
+    for (int i = 0; i < SYMBUCKETS; ++i) {
+        size_t before = symbols.size();
+        for (_tagsymbol *s = table[i].symbol; s != nullptr; s = s->next, ++seen) {
+            const auto at = static_cast<size_t>(atoi(symname(s) + 4));
+            EXPECT_LT(at, before) << "the newest comes first";
+            before = at;
+        }
+    }
+    EXPECT_EQ(seen, symbols.size());
+}
+
+TEST_F(Store, ShowsSymbolsAsTexts) {
+    _tagsymbol symbol = {};
+    const char *const types[] = {"", "()", "", "????"};
+    const char *const scopes[] = {"unknown", "global", "local", "????"};
+    for (int32_t i = 0; i < 4; ++i) {
+        memcpy(&symbol.type, &i, sizeof i);
+        memcpy(&symbol.scope, &i, sizeof i);
+        EXPECT_STREQ(symtype(&symbol), types[i]);
+        EXPECT_STREQ(symscope(&symbol), scopes[i]);
+    }
+    EXPECT_STREQ(symfile(&symbol), "unknown");
+    EXPECT_STREQ(symfile(nullptr), "unknown");
+}
+
+TEST_F(Store, TakesLibraryNamesFromPaths) {
+    const struct {
+        const char *path, *library, *file;
+    } cases[] = {{"c:\\libs\\libqvo.a", "libqvo", "libqvo.a"},
+                 {"d:\\x\\y.LIB", "y", "y.LIB"},
+                 {"ai\\foo.o", "ai", "foo.o"},
+                 {"\\ai\\foo.o", "ai", "foo.o"},
+                 {"foo.o", "before", "foo.o"},
+                 {"libs/libqvo.a", "libs/libqvo", "libqvo.a"},
+                 {"a/b\\c:d.o", "before", "d.o"},
+                 {"libs.v2\\x.lib", "libs.v2", "x.lib"},
+                 {"x", "before", "x"},
+                 {"", "before", ""}};
+    for (const auto &c : cases) {
+        strcpy(OPTlibrary, "before");
+        getlibnamefrompath(c.path);
+        EXPECT_STREQ(OPTlibrary, c.library) << c.path;
+        EXPECT_STREQ(pathfilename(c.path), c.file);
+    }
+    getlibnamefrompath((string(3000, 'n') + ".a").c_str());
+    EXPECT_EQ(string(OPTlibrary), string(2047, 'n'));
+    EXPECT_EQ(pathfilename(nullptr), nullptr);
+    OPTlibrary[0] = 0;
+}
+
+} // namespace
