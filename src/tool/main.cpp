@@ -1,0 +1,158 @@
+// tolvik: where symbols are defined, where they are referred to, and which object files
+// they bring into a link.
+//
+// The command line comes in batches. Each batch names a symbol file, which the importer of
+// the chosen object type fills from the batch's sources; after the last batch the symbol
+// file is loaded and reported on.
+#include "brax/parse.h"
+#include "brax/text.h"
+#include "importers/importers.h"
+#include "importers/tempdir.h"
+#include "search/argv.h"
+#include "tool/callbacks.h"
+#include "tool/loader.h"
+#include "tool/options.h"
+#include "tool/report.h"
+#include "tool/usage.h"
+
+#include <climits>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr int SYMBOLFILESIZE = 256;
+constexpr char symbolextension[] = ".tvk";
+
+// From the first '.', wherever it stands, to the end; empty without one.
+const char *extensionof(const char *name) {
+    const char *dot = strchr(name, '.');
+    return dot != nullptr ? dot : "";
+}
+
+bool issymbolfile(const char *name) {
+    return stricmp(extensionof(name), symbolextension) == 0;
+}
+
+// What is opened later must not land on a standard stream that the caller closed; writing
+// to one then still fails.
+void holdstandardstreams() {
+    for (int descriptor = 0; descriptor <= 2; ++descriptor) {
+        if (fcntl(descriptor, F_GETFD) < 0)
+            open("/dev/null", O_RDONLY);
+    }
+}
+
+// An importer creates the symbol file anew by appending to it.
+void removeoldfile(const char *symbolfile) {
+    if (OPTappend != 0 || access(symbolfile, F_OK) != 0)
+        return;
+    if (OPTverbose > 1)
+        toolsay("tolvik: WARNING: removing existing file '%s'\n", symbolfile);
+    unlink(symbolfile);
+}
+
+// Names the symbol file of the batch and tells whether it is reported on. False when the
+// name is too long; the batch's sources are then skipped.
+bool choosesymbolfile(char *symbolfile, int *report) {
+    const char *source = BRAXsargv[0];
+    const char *destination = BRAXdargv[0];
+    const bool loaded = issymbolfile(source);
+    const bool builtonly = !loaded && issymbolfile(destination);
+    const char *name = builtonly ? destination : source;
+    size_t length = strlen(name);
+    const char *added = "";
+    if (!loaded && !builtonly) {
+        length -= strlen(extensionof(name));
+        added = symbolextension;
+    }
+    if (length + strlen(added) >= SYMBOLFILESIZE) {
+        toolsay("tolvik: ERROR: symbol file name too long for '%.40s...'\n", name);
+        return false;
+    }
+    copytext(symbolfile, name, length, SYMBOLFILESIZE);
+    copytext(symbolfile + length, added, SYMBOLFILESIZE - length);
+    *report = builtonly ? 0 : 1;
+    if (!loaded) {
+        holdworkdir();
+        removeoldfile(symbolfile);
+    }
+    return true;
+}
+
+IMPORTER importerof(int type) {
+    switch (type) {
+    case OBJTYPE_SGI:
+    case OBJTYPE_N64:
+        return sgitvk;
+    case OBJTYPE_PSX:
+        return psxtvk;
+    case OBJTYPE_PS2:
+        return ps2tvk;
+    case OBJTYPE_GC:
+        return gctvk;
+    default:
+        return pctvk;
+    }
+}
+
+void importsource(const char *source, char *destination, const char *symbolfile) {
+    if (stricmp(source, destination) == 0 || issymbolfile(destination))
+        destination[0] = 0;
+    if (strchr(source, '.') == nullptr) {
+        toolsay("tolvik: ERROR: no file extension for '%s'\n", source);
+        return;
+    }
+    if (issymbolfile(source))
+        return;
+    if (importerof(OPTobjtype)(source, symbolfile) == 0)
+        toolsay("tolvik: ERROR reading symbols from '%s'\n", source);
+}
+
+// Fills in what the command line left open.
+void completeoptions() {
+    if (OPTrecurselevel < 0)
+        OPTrecurselevel = INT_MAX;
+    if (OPTdefine == 0 && OPTrefer == 0 && OPTlinks == 0) {
+        OPTdefine = 1;
+        OPTrefer = 1;
+        OPTlinks = 1;
+    }
+    preheader = OPThtml != 0 ? "</PRE><H4>" : "";
+    postheader = OPThtml != 0 ? "</H4><PRE>" : "\n";
+}
+
+// Loads a symbol file and reports on it as the options say; 0 when there is no report.
+int tolvik(const char *symbolfile, const char *reportfile) {
+    return tvkreport(reportfile, tvkload(symbolfile), OPTsymbols, OPTnsymbols, OPTfiles, OPTnfiles,
+                     OPTdefine, OPTrefer, OPTlinks, OPTrecurselevel);
+}
+
+} // namespace
+
+int main(int argc, char *argv[]) {
+    char symbolfile[SYMBOLFILESIZE] = "";
+    int report = 0;
+    bool more = true;
+    holdstandardstreams();
+    // A file that grows past the limit then shows as a write error, which is told.
+    signal(SIGXFSZ, SIG_IGN);
+    BRAX_init(BRAX_reset, BRAX_usage, BRAX_opt, BRAX_history);
+    while (more) {
+        more = BRAX_parse(argc, argv, "tolvik", TextVersion);
+        completeoptions();
+        if (BRAXargnum == 0 || !choosesymbolfile(symbolfile, &report))
+            continue;
+        for (int i = 0; i < BRAXargnum; ++i)
+            importsource(BRAXsargv[i], BRAXdargv[i], symbolfile);
+    }
+    if (report != 0) {
+        awaitimports();
+        tolvik(symbolfile, BRAXargnum > 0 ? BRAXdargv[0] : "");
+    }
+    cleanup();
+    return 0;
+}
