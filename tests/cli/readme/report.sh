@@ -1,0 +1,10 @@
+# The run that the README shows is a real one. Sizes are the compiler's business.
+"$TOLVIK_SOURCE/script/example-library" . >/dev/null
+run -v0 -tgc libengine.a=libengine.tvk
+expect_silence
+sizeless() { sed 's/[0-9][0-9]*/N/g'; }
+sed -n '/^\$ tolvik /,/^```/p' "$TOLVIK_SOURCE/README.md" | sed '1d;/^```/d' | sizeless >shown
+# shellcheck disable=SC2046
+run $(sed -n 's/^\$ tolvik //p' "$TOLVIK_SOURCE/README.md")
+sizeless <"$STATE/out" >seen
+expect_file seen <shown
