@@ -278,20 +278,20 @@ void readlines(LOAD *load, LINES *lines) {
     }
 }
 
-// Closes the file and says what went wrong, if anything did.
+// Closes the file and says what went wrong, if anything did; what was loaded is then out of
+// reach and stays until the process ends, as a store does.
 TVKINFO *endload(LINES *lines, const LOAD *load, const char *path) {
     gclose(lines->file);
     if (lines->buffer != nullptr)
         gfree(lines->buffer);
-    if (load->outOfMemory) {
-        toolsay("tolvik: ERROR: out of memory reading '%s'\n", path);
-        return nullptr;
-    }
-    if (lines->failed) {
-        toolsay("tolvik: ERROR: could not read '%s'\n", path);
-        return nullptr;
-    }
-    return load->info;
+    if (!load->outOfMemory && !lines->failed)
+        return load->info;
+    if (load->info != nullptr)
+        gfree(load->info);
+    toolsay(load->outOfMemory ? "tolvik: ERROR: out of memory reading '%s'\n"
+                              : "tolvik: ERROR: could not read '%s'\n",
+            path);
+    return nullptr;
 }
 
 } // namespace

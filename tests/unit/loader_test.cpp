@@ -28,7 +28,7 @@ string shown(const TVKINFO *info) {
 }
 
 string loaded(const string &bytes) {
-    static std::vector<TVKINFO *> kept; // stores live until the process ends
+    static auto &kept = *new std::vector<TVKINFO *>; // stores live until the process ends
     TREE::makefile("symbols.tvk", bytes);
     kept.push_back(tvkload("symbols.tvk"));
     const TVKINFO *info = kept.back();

@@ -187,7 +187,7 @@ void setoptions() {
 }
 
 TEST(ReportProperty, SameAsDoneThePlainWay) {
-    static std::vector<TVKINFO *> stores; // stores live until the process ends
+    static auto &stores = *new std::vector<TVKINFO *>; // stores live until the process ends
     const TREE tree;
     for (unsigned seed = 0; seed < 400 && !HasFailure(); ++seed) {
         generator.seed(seed);

@@ -32,7 +32,7 @@ struct Report : testing::Test {
     TVKINFO *info = nullptr;
 
     Report() {
-        static std::vector<TVKINFO *> kept; // stores live until the process ends
+        static auto &kept = *new std::vector<TVKINFO *>; // stores live until the process ends
         TREE::makefile("p.tvk", product);
         info = tvkload("p.tvk");
         kept.push_back(info);

@@ -18,7 +18,7 @@ struct Store : testing::Test {
 
     ~Store() override {
         OPTunderscores = 0;
-        static std::vector<TVKINFO *> kept; // stores live until the process ends
+        static auto &kept = *new std::vector<TVKINFO *>; // stores live until the process ends
         kept.push_back(info);
     }
     _tagsymbol *add(const char *name, SYMTYPE type = TYPE_FUNCTION, int size = 0) {
