@@ -1,7 +1,8 @@
 // GameCube objects and libraries, by GNU ar and `gc-objdump -t`:
 //
-//     foo.o:     file format elf32-powerpc           four lines of heading
-//
+//     (an empty line)
+//     foo.o:     file format elf32-powerpc
+//     (an empty line)
 //     SYMBOL TABLE:
 //     00000000 l    df *ABS*	00000000 foo.c
 //     00000000 g     F .text	00000024 main__Fv

@@ -83,7 +83,7 @@ int walkobjects(IMPORT *import, const char *directory, const char *pattern) {
     }
     const bool listed = listmembers(&members, pattern);
     const char *object = nextmember(&members, nullptr);
-    while (object != nullptr && importobject(import, object))
+    while (object != nullptr && !interrupted() && importobject(import, object))
         object = nextmember(&members, object);
     freemembers(&members);
     removedump();

@@ -3,6 +3,7 @@
 #include "brax/text.h"
 #include "importers/process.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace {
@@ -115,9 +116,8 @@ bool takenumber(std::string_view *text, int radix, int32_t *number) {
     for (; count < text->size() && digitvalue((*text)[count]) < radix; ++count)
         value = value > INT32_MAX ? value : value * radix + digitvalue((*text)[count]);
     text->remove_prefix(count);
-    if (value > INT32_MAX)
-        value = INT32_MAX;
-    *number = static_cast<int32_t>(negative ? -value : value);
+    value = negative ? -value : value;
+    *number = static_cast<int32_t>(std::clamp<int64_t>(value, INT32_MIN, INT32_MAX));
     return count > 0;
 }
 

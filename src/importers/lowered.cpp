@@ -3,7 +3,6 @@
 #include "brax/text.h"
 #include "importers/tempdir.h"
 
-#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <sys/stat.h>
@@ -13,7 +12,7 @@ namespace {
 
 bool exists(const char *name) {
     struct stat status = {};
-    return lstat(name, &status) == 0 || errno != ENOENT;
+    return lstat(name, &status) == 0;
 }
 
 // Whether both names lead to one file, as on a file system that ignores case.

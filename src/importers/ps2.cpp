@@ -1,7 +1,8 @@
 // PlayStation 2 objects and libraries, by `ee-ar` and `ee-objdump --syms --full-contents`:
 //
-//     foo.o:     file format elf32-littlemips        four lines of heading
-//
+//     (an empty line)
+//     foo.o:     file format elf32-littlemips
+//     (an empty line)
 //     SYMBOL TABLE:
 //     0000000000000000 g     F .text	0000000000000040 main
 //     0000000000000000         *UND*	0000000000000000 printf
@@ -30,11 +31,10 @@ constexpr size_t textColumn = 43;   // bytes as text
 constexpr size_t textWidth = 16;    // in one row
 constexpr int sectionBytes = 16384; // of the contents that are searched
 constexpr int sourceBytes = 256;
-constexpr char unknownType[] = "unknown";
 
 struct PS2SYMBOL {
     std::string_view name;
-    const char *type;
+    const char *type; // null for one that is only referred to
     int32_t size;
 };
 
@@ -54,7 +54,7 @@ bool readsymbol(std::string_view text, PS2SYMBOL *symbol) {
     if (symbol->name.empty())
         return false;
     if (binding == ' ') {
-        symbol->type = unknownType;
+        symbol->type = nullptr;
         symbol->size = 0;
         return true;
     }
@@ -71,7 +71,7 @@ void readsymbols(LISTING *listing, RECORDS *records) {
     while (nextline(listing, &line) && !isemptyline(&line)) {
         if (!readsymbol(line.text, &symbol))
             continue;
-        if (symbol.type == unknownType) {
+        if (symbol.type == nullptr) {
             recordrefer(records, symbol.name);
             continue;
         }
@@ -96,7 +96,7 @@ bool getsection(LISTING *listing, char *buffer, int size, std::string_view secti
     size_t used = 0;
     if (!findsection(listing, section))
         return false;
-    for (int room = textWidth; room <= size - 1; room += static_cast<int>(textWidth)) {
+    for (int64_t room = textWidth; room < size; room += textWidth) {
         if (!nextline(listing, &line) || isemptyline(&line))
             break;
         const std::string_view text = fromcolumn(line.text, textColumn).substr(0, textWidth);
@@ -134,7 +134,7 @@ int ps2_parse_line(const char *line, char *name, char *type, char *scope, int *s
     if (!readsymbol({line, strcspn(line, "\n")}, &symbol))
         return 0;
     copytext(name, symbol.name.data(), symbol.name.size(), NAMELIMIT + 1);
-    copytext(type, symbol.type, 32);
+    copytext(type, symbol.type != nullptr ? symbol.type : "unknown", 32);
     copytext(scope, "GLOBAL", 32);
     *size = symbol.size;
     return 1;

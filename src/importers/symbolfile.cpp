@@ -2,9 +2,9 @@
 
 #include "tool/options.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <charconv>
-#include <climits>
 #include <cstring>
 #include <fcntl.h>
 #include <unistd.h>
@@ -145,8 +145,7 @@ void recordrefer(RECORDS *records, std::string_view name) {
 }
 
 void addsize(RECORDS *records, int32_t size) {
-    const int64_t total = records->total + size;
-    records->total = total > INT32_MAX ? INT32_MAX : total < INT32_MIN ? INT32_MIN : total;
+    records->total = std::clamp<int64_t>(records->total + size, INT32_MIN, INT32_MAX);
 }
 
 void recordsize(RECORDS *records) {

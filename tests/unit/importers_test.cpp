@@ -1,0 +1,361 @@
+#include "importers/command.h"
+#include "importers/parsers.h"
+#include "importers/tempdir.h"
+#include "search_tree.h"
+#include "tool/options.h"
+
+#include <cstring>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+using std::string;
+
+string contents(const string &path) {
+    std::ifstream file(path, std::ios::binary);
+    std::stringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+void save(const string &path, const string &text) {
+    std::ofstream(path, std::ios::binary) << text;
+}
+
+FILE *asfile(const string &text) {
+    FILE *file = tmpfile();
+    fwrite(text.data(), 1, text.size(), file);
+    rewind(file);
+    return file;
+}
+
+// What reading a listing adds to a symbol file, the size line included.
+template <typename PARSE> string recorded(const string &text, PARSE parse) {
+    char path[] = "/tmp/tolvik-records.XXXXXX";
+    close(mkstemp(path));
+    const auto listing = std::make_unique<LISTING>();
+    const auto records = std::make_unique<RECORDS>();
+    FILE *file = asfile(text);
+    openrecords(records.get(), path);
+    startlisting(listing.get(), file);
+    parse(listing.get(), records.get());
+    EXPECT_TRUE(closerecords(records.get(), false));
+    fclose(file);
+    const string result = contents(path);
+    unlink(path);
+    return result;
+}
+
+using PARSER = void (*)(LISTING *, const char *, RECORDS *);
+
+string recordof(PARSER parser, const string &text, const char *object = "none") {
+    return recorded(text, [&](LISTING *listing, RECORDS *records) {
+        parser(listing, object, records);
+        recordsize(records);
+    });
+}
+
+const string heading = "\nfoo.o:     file format elf32\n\nSYMBOL TABLE:\n";
+const string longName(300, 'n');
+const string cutName(NAMELIMIT, 'n');
+
+struct CASE {
+    string line;
+    string expected;
+};
+
+TEST(Importers, GameCubeListing) {
+    const CASE cases[] = {
+        {"00000000 g     F .text\t00000024 main__Fv\n",
+         "define=main,FUNCTION,GLOBAL,36\nsize=36\n\n"},
+        {"00000000 l    df *ABS*\t00000000 foo.c\n", "source=foo.c\nsize=0\n\n"},
+        {"00000000         *UND*\t00000000 printf\n", "refer=printf\nsize=0\n\n"},
+        {"00000000         *UND*\t00000000 __Fx__Fi\n", "refer=__Fx\nsize=0\n\n"},
+        {"00000000 g     O .data\t00000010 table\n", "size=16\n\n"},
+        {"00000000 l    d  .text\t00000008 .text\n", "size=8\n\n"},
+        {"00000000 g     F .text.unlikely.of_any_length\tffffffff f\n",
+         "define=f,FUNCTION,GLOBAL,2147483647\nsize=2147483647\n\n"},
+        {"00000000 g     F .text\t00000024\n", "size=0\n\n"},
+        {"00000000 g     F .text\tzz f\n", "size=0\n\n"},
+        {"0 g     F .t\t24 f\n", "size=0\n\n"},
+        {"00000000 g     F .text\t00000024 unended", "size=0\n\n"},
+        {"00000000 g     F .text\t00000004 f(int,char)\n",
+         "define=f(int;char),FUNCTION,GLOBAL,4\nsize=4\n\n"},
+        {"00000000         *UND*\t00000000 f(int,char)\n", "refer=f(int;char)\nsize=0\n\n"},
+        {string("00000000 g     F .text\t7fffffff ") + longName + "\n",
+         string("define=") + cutName + ",FUNCTION,GLOBAL,2147483647\nsize=2147483647\n\n"},
+        {string("00000000         *UND*\t00000000 ") + longName + "\n",
+         string("refer=") + cutName + "\nsize=0\n\n"},
+        {string("00000000 g     F .text\t00000024 a\0b\n", 36) +
+             "00000000         *UND*\t00000000 c\n",
+         "define=a,FUNCTION,GLOBAL,36\nrefer=c\nsize=36\n\n"},
+        {string(200000, 'x') + "\n00000000         *UND*\t00000000 c\n", "refer=c\nsize=0\n\n"},
+    };
+    for (const CASE &c : cases)
+        EXPECT_EQ(recordof(gcparse, heading + c.line), c.expected) << c.line.substr(0, 80);
+    EXPECT_EQ(recordof(gcparse, ""), "size=0\n\n");
+}
+
+string pcsymbol(const string &kind, const string &name) {
+    string line = string("00A 00000000 ") + kind;
+    line.resize(33, ' ');
+    return line + "External     | " + name + "\n";
+}
+
+TEST(Importers, PcListing) {
+    const CASE cases[] = {
+        {pcsymbol("SECT2", "  _WinMain@16"), "define=_WinMain,FUNCTION,GLOBAL,0\nsize=0\n\n"},
+        {pcsymbol("SECT2", " _a (int __cdecl a)"), "define=_a,FUNCTION,GLOBAL,0\nsize=0\n\n"},
+        {pcsymbol("SECT2", ""), "size=0\n\n"},
+        {pcsymbol("UNDEF", "  _printf"), "refer=_printf\nsize=0\n\n"},
+        {pcsymbol("UNDEF", "  __imp__Sleep@4"), "size=0\n\n"},
+        {pcsymbol("UNDEF", ""), "size=0\n\n"},
+        {"00A 00000000 SECT2               Static       |   local\n", "size=0\n\n"},
+        {"\n  Summary\n\n      1A .text\n  4 .data\n 10 .bss\n  200 .debug$S\n 8 .idata$2\n x\n "
+         "7\n",
+         "size=46\n\n"},
+    };
+    for (const CASE &c : cases)
+        EXPECT_EQ(recordof(pcparse, c.line), c.expected) << c.line;
+    const CASE sources[] = {
+        {"    C:\\lib\\real\\game\\a.c", "source=game\\a.c,0\n"},
+        {"    C:\\src\\a.c\r", "source=src\\a.c,0\n"},
+        {"    \\work\\a.c", "source=work\\a.c,0\n"},
+        {"    D:\\library\\a.c", "source=ary\\a.c,0\n"},
+        {"    LIB", ""},
+        {"    REAL/a.c", "source=a.c,0\n"},
+        {"   ", ""},
+    };
+    for (const CASE &c : sources)
+        EXPECT_EQ(recordof(pcparse, string("COFF SYMBOL TABLE\n000 .file\n") + c.line + "\n"),
+                  c.expected + "size=0\n\n");
+    EXPECT_EQ(recordof(pcparse, "COFF SYMBOL TABLE\n000 .file\n"), "size=0\n\n");
+}
+
+TEST(Importers, PlayStationListing) {
+    const CASE cases[] = {
+        {"    XDEF _main\n", "define=_main,UNKNOWN,GLOBAL,0\nsize=0\n\n"},
+        {"    XREF printf", "refer=printf\nsize=0\n\n"},
+        {"XDEF a XREF b\n", "refer=b\ndefine=a,UNKNOWN,GLOBAL,0\nsize=0\n\n"},
+        {"; block addr=0 size=100\n; block addr=0\n; block addr=0 size=2C\n", "size=300\n\n"},
+        {"XDEF\nXREF \n; block addr=0 size=zz\n", "size=0\n\n"},
+    };
+    for (const CASE &c : cases)
+        EXPECT_EQ(recordof(psxparse, c.line), c.expected);
+    char object[] = "/tmp/tolvik-object.XXXXXX";
+    close(mkstemp(object));
+    const string front(240, '\xff');
+    const CASE sources[] = {
+        {string("PSX\0C:\\LIB\\SRC\\MAIN.C:\0more", 28), "source=src\\main.c,0\n"},
+        {"\\LIB\\short", "source=short,0\n"},
+        {"\\LIB\\:C:", ""},
+        {"\\lib\\a.c", ""},
+        {front + "\\LIB\\abcdefghijkl", "source=abcdefghij,0\n"},
+        {front + "123456789012\\LIB\\a", ""},
+        {"", ""},
+    };
+    for (const CASE &c : sources) {
+        save(object, c.line);
+        EXPECT_EQ(recordof(psxparse, "", object), c.expected + "size=0\n\n");
+    }
+    unlink(object);
+}
+
+TEST(Importers, MemoryIsSearchedForAWholeNeedle) {
+    const char block[] = "a\0ab\0abc";
+    EXPECT_EQ(TVKmemstr(block, "ab", 8), block + 2);
+    EXPECT_EQ(TVKmemstr(block, "abc", 8), block + 5);
+    EXPECT_EQ(TVKmemstr(block, "abc", 7), nullptr);
+    EXPECT_EQ(TVKmemstr(block, "a", 0), nullptr);
+    EXPECT_EQ(TVKmemstr(block, "", 1), block);
+}
+
+string ps2symbol(const string &flags, const string &section, const string &size,
+                 const string &name) {
+    return string("0000000000000000 ") + flags + " " + section + "\t" + size + " " + name + "\n";
+}
+
+const string size64 = "0000000000000040";
+
+string row(const string &text) {
+    return string(" 0000 00000000 00000000 00000000 00000000  ") + text + "\n";
+}
+
+TEST(Importers, PlayStation2Listing) {
+    const CASE cases[] = {
+        {ps2symbol("g     F", ".text", size64, "f"), "define=f,FUNCTION,GLOBAL,64\nsize=64\n\n"},
+        {ps2symbol("g     O", ".data", size64, "a b"), "define=a b,DATA,GLOBAL,64\nsize=64\n\n"},
+        {ps2symbol("g     F", ".text.x", size64, "f"), "define=f,DATA,GLOBAL,64\nsize=64\n\n"},
+        {ps2symbol("g     F", ".text", "1200000000000010", "f"),
+         "define=f,FUNCTION,GLOBAL,16\nsize=16\n\n"},
+        {ps2symbol("       ", "*UND*", size64, "printf"), "refer=printf\nsize=0\n\n"},
+        {ps2symbol("l     F", ".text", size64, "f"), "size=0\n\n"},
+        {ps2symbol("!     F", ".text", size64, "f"), "size=0\n\n"},
+        {ps2symbol("g     F", ".text", size64, ""), "size=0\n\n"},
+        {ps2symbol("g     F", ".text", "00000000zzzzzzzz", "f"), "size=0\n\n"},
+        {"0000000000000000 g     F .text no tab\nx\n", "size=0\n\n"},
+        {string("\n") + ps2symbol("g     F", ".text", size64, "behind"), "size=0\n\n"},
+        {ps2symbol("       ", "*UND*", size64, longName),
+         string("refer=") + cutName + "\nsize=0\n\n"},
+        {string("\nContents of section .rodata:\n") + row("game/ps2/render.") +
+             row("cpp.Assert......"),
+         "source=ps2/render.cpp\nsize=0\n\n"},
+        {string("\nContents of section .rodata:\n") + row("nothing here") +
+             string("Contents of section .mdebug:\n") + row("ps2/a.c.cmn/b.c."),
+         "source=cmn/b.c\nsize=0\n\n"},
+        {string("\nContents of section .rodata:\n") + row("ps2/a.c") + "\n" +
+             string("Contents of section .mdebug:\n") + row("ps2/b.c."),
+         "source=ps2/b.c\nsize=0\n\n"},
+    };
+    for (const CASE &c : cases)
+        EXPECT_EQ(recordof(ps2parse, heading + c.line), c.expected) << c.line.substr(0, 80);
+}
+
+TEST(Importers, PlayStation2Functions) {
+    char name[NAMELIMIT + 1];
+    char type[32];
+    char scope[32];
+    int size = -1;
+    EXPECT_EQ(ps2_parse_line(ps2symbol("       ", "*UND*", size64, "p").c_str(), name, type, scope,
+                             &size),
+              1);
+    EXPECT_STREQ(name, "p");
+    EXPECT_STREQ(type, "unknown");
+    EXPECT_STREQ(scope, "GLOBAL");
+    EXPECT_EQ(size, 0);
+    EXPECT_EQ(ps2_parse_line("", name, type, scope, &size), 0);
+
+    // A buffer takes whole rows, and one row fewer than fit.
+    FILE *file = asfile(string("\nContents of section .rodata:\n") + row("0123456789abcdef") +
+                        row("ghijklmnopqrstuv") + row("end"));
+    char text[64];
+    EXPECT_STREQ(ps2fgetsection(text, 64, file, "rodata"), "0123456789abcdefghijklmnopqrstuvend");
+    EXPECT_STREQ(ps2fgetsection(text, 33, file, "rodata"), "0123456789abcdefghijklmnopqrstuv");
+    EXPECT_STREQ(ps2fgetsection(text, 32, file, "rodata"), "0123456789abcdef");
+    EXPECT_STREQ(ps2fgetsection(text, 16, file, "rodata"), "");
+    EXPECT_EQ(ps2fgetsection(text, 64, file, "mdebug"), nullptr);
+    fclose(file);
+    EXPECT_STREQ(ps2fgetsourcename(text, 64, "xps2/a.c.b"), "ps2/a.c");
+    EXPECT_STREQ(ps2fgetsourcename(text, 5, "xps2/a.c.b"), "ps2/");
+    EXPECT_EQ(ps2fgetsourcename(text, 64, "xps2/a.c"), nullptr);
+}
+
+TEST(Importers, SgiListing) {
+    const auto parse = [](LISTING *listing, RECORDS *records) { sgiparse(listing, records); };
+    const string listing = "\n  indented\nlibx.a[foo.o]:\n.symtab\n"
+                           "[1] main 0x0 124 GLOB FUNC .text\n"
+                           "[ 2] table 0x0 8 LOCL OBJECT .data\n"
+                           "[3] foo.c 0x0 0 LOCL FILE ABS\n"
+                           "[4] .text 0x0 124 LOCL SECTION .text\n"
+                           "[5] printf 0x0 0 GLOB OBJECT UNDEF\n"
+                           "[6] short 0x0 0 GLOB FUNC\n"
+                           "[x] f 0x0 0 GLOB FUNC .text\n"
+                           "bar.o: is not looked at\n"
+                           "bar.o\n"
+                           "[1] .text 0x0 7 LOCL SECTION .text";
+    EXPECT_EQ(recorded(listing, parse), "[libx.a[foo.o)]\ndefine=main,FUNCTION,GLOB,124\n"
+                                        "define=table,DATA,LOCL,8\ndefine=foo.c,FILE,LOCL,0\n"
+                                        "refer=printf\nsize=124\n\n"
+                                        "[bar.o\n]\nsize=7\n\n");
+    EXPECT_EQ(recorded("a:\nb", parse), "[a]\nsize=0\n\n");
+    EXPECT_EQ(recorded(string("[x:\n[1] ") + longName + " 0 -2147483648 " + longName + " " +
+                           longName + " t",
+                       parse),
+              string("[[x]\ndefine=") + cutName + ",nnnnnnnn,nnnnnn,-2147483648\nsize=0\n\n");
+}
+
+TEST(Importers, HeaderLinesStayWhole) {
+    const CASE cases[] = {
+        {"", "[a)b c.o]\n"},
+        {"lib]x", "[a)b c.o][lib)x]\n"},
+        {string(2000, 'l'), string("[a)b c.o][") + string(243, 'l') + "]\n"},
+    };
+    for (const CASE &c : cases) {
+        strcpy(OPTlibrary, c.line.c_str());
+        EXPECT_EQ(
+            recorded("", [](LISTING *, RECORDS *records) { recordobject(records, "a]b\nc.o"); }),
+            c.expected);
+    }
+    OPTlibrary[0] = 0;
+}
+
+TEST(Importers, CommandsReachTheProgramAsTheyAre) {
+    struct {
+        const char *before, *name, *after, *command, *received;
+    } cases[] = {
+        {"p ", "lib/a_b.o", " >t", "p lib/a_b.o >t", "lib/a_b.o"},
+        {"p ", "a b$c;'\"\\.o", ">t", "p a\\ b\\$c\\;\\'\\\"\\\\.o>t", "a b$c;'\"\\.o"},
+        {"p ", "-x.o", "", "p ./-x.o", "./-x.o"},
+        {"p ", "@x.o", "", "p ./@x.o", "./@x.o"},
+        {"p ", "~x.o", "", "p ./~x.o", "./~x.o"},
+        {"p ", "12", ">t", "p ./12>t", "./12"},
+        {"p ", "12", " >t", "p 12 >t", "12"},
+        {"p ..\\", "lib/x y.a", "", "p ..\\lib/x\\ y.a", "..lib/x y.a"},
+        {"p ..\\", "$x.a", "", "p ..\\$x.a", "..$x.a"},
+        {"p ..\\", "\nx.a", "", "p ..'\n'x.a", "..\nx.a"},
+    };
+    char command[COMMANDSIZE];
+    PLAINCOMMAND plain;
+    for (const auto &c : cases) {
+        ASSERT_TRUE(makecommand(command, c.before, c.name, c.after));
+        EXPECT_STREQ(command, c.command);
+        ASSERT_TRUE(plaincommand(&plain, command));
+        EXPECT_STREQ(plain.words[1], c.received);
+        EXPECT_EQ(plain.words[2], nullptr);
+        EXPECT_STREQ(plain.output, *c.after != 0 ? "t" : nullptr);
+    }
+    for (const char *shellonly : {"p a | q", "p $a", "p a; q", "p ''", "p >a >b", "p 'a", ""})
+        EXPECT_FALSE(plaincommand(&plain, shellonly)) << shellonly;
+    EXPECT_FALSE(makecommand(command, "p ", string(COMMANDSIZE, 'a').c_str(), ""));
+}
+
+// Every byte, in the middle of a name, arrives the same through the shell and without it.
+TEST(Importers, EveryByteOfANameArrives) {
+    string name = "x";
+    for (int c = 1; c < 256; ++c)
+        name += static_cast<char>(c);
+    char command[COMMANDSIZE];
+    PLAINCOMMAND plain;
+    ASSERT_TRUE(makecommand(command, "printf %s ", name.c_str(), ""));
+    FILE *pipe = popen(command, "r");
+    char received[512] = "";
+    received[fread(received, 1, sizeof received - 1, pipe)] = 0;
+    pclose(pipe);
+    EXPECT_EQ(received, name);
+    ASSERT_TRUE(plaincommand(&plain, command));
+    EXPECT_EQ(plain.words[2], name);
+}
+
+TEST(Importers, CleanupStaysInsideTheTemporaryDirectory) {
+    const TREE tree;
+    TREE::makefile("outside/keep");
+    symlink("outside", TEMPDIRECTORY);
+    cleanup();
+    EXPECT_EQ(access("tvk0000/keep", F_OK), 0);
+    unlink(TEMPDIRECTORY);
+    TREE::makefile(TEMPDIRECTORY);
+    cleanup();
+    EXPECT_EQ(unlink(TEMPDIRECTORY), 0);
+
+    TREE::makefile("tvk0000/sub/other/file");
+    TREE::makefile("tvk0000/tvk0000.0/sub/file");
+    symlink("../../outside", "tvk0000/sub/link");
+    mkdir("tvk0000/closed", 0);
+    ASSERT_EQ(chdir("tvk0000"), 0);
+    for (int depth = 0; depth < 2000; ++depth)
+        ASSERT_TRUE(mkdir("deep", 0700) == 0 && chdir("deep") == 0);
+    ASSERT_EQ(chdir(tree.root.c_str()), 0);
+    cleanup();
+    EXPECT_NE(access(TEMPDIRECTORY, F_OK), 0);
+    EXPECT_EQ(access("outside/keep", F_OK), 0);
+    EXPECT_EQ(TREE::here(), tree.root);
+}
+
+} // namespace
