@@ -115,6 +115,8 @@ const char *optrecurse(const char *text) {
     if (OPTenvpath != nullptr)
         gfree(OPTenvpath);
     OPTenvpath = galloctext(list);
+    if (OPTenvpath == nullptr)
+        BRAXhelpgiven = 1; // nothing would be found, for want of memory alone
     OPTrecurse = 2;
     return end;
 }
