@@ -56,9 +56,10 @@ TEST_F(Galloc, KeepsADamagedBlockHeld) {
     block[10] = 'x';
     EXPECT_FALSE(gfree(block));
     block[10] = 'G';
-    memcpy(block - 4, "\xFF\xFF\xFF\x7F", 4);
+    const int sizes[] = {INT32_MAX, 10};
+    memcpy(block - 4, &sizes[0], 4);
     EXPECT_FALSE(gfree(block));
-    memcpy(block - 4, "\x0A\0\0\0", 4);
+    memcpy(block - 4, &sizes[1], 4);
     EXPECT_TRUE(gfree(block));
     EXPECT_EQ(said, "gfree - SENTINAL CORRUPTED; PROBABLE MEMORY DATA CORRUPTION\n"
                     "gfree - SENTINAL CORRUPTED; PROBABLE MEMORY DATA CORRUPTION\n");
