@@ -1,0 +1,35 @@
+// The evaluator: one expression, evaluated twice in an evaluator with two variables.
+#include "fuzz.h"
+
+#include "expr/expr.h"
+#include "mem/galloc.h"
+
+#include <cstring>
+
+namespace {
+
+void evaluate(const void *context) {
+    const char *text = static_cast<const char *>(context);
+    EXPR *evaluator = EXPR_open();
+    EXPR_set(evaluator, "x", 12.5);
+    EXPR_set(evaluator, "count", -3);
+    const double first = EXPR_get(evaluator, text);
+    const int error = EXPR_error(evaluator);
+    const double second = EXPR_get(evaluator, text);
+    // Random numbers differ, and a name ending in '#' is made by its first use.
+    if (strstr(text, "rand") == nullptr && strchr(text, '#') == nullptr) {
+        fuzzrequire(error == EXPR_error(evaluator), "an error comes only sometimes");
+        fuzzrequire(memcmp(&first, &second, sizeof first) == 0 || first != first,
+                    "two evaluations differ");
+    }
+    EXPR_close(evaluator);
+}
+
+} // namespace
+
+void fuzzinput(const std::string &input) {
+    const int held = galloccount;
+    const std::vector<std::string> texts = fuzzpieces(input, 0, 1);
+    fuzzsurvives(evaluate, texts[0].c_str());
+    fuzzrequire(galloccount == held, "an evaluation kept memory");
+}
