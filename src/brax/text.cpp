@@ -7,7 +7,8 @@
 
 bool copytext(char *destination, const char *source, size_t length, size_t size) {
     const size_t copied = length < size ? length : size - 1;
-    memmove(destination, source, copied);
+    if (copied > 0) // nothing may be copied from a null source
+        memmove(destination, source, copied);
     destination[copied] = 0;
     return copied == length;
 }
