@@ -1,0 +1,337 @@
+// The parser: operands and operators alternate. An operator reduces what stands before it
+// as far as precedence allows and is then pushed; nothing is kept but the two stacks.
+#include "expr/internal.h"
+
+#include "brax/text.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+
+namespace {
+
+constexpr int32_t endPrecedence = -1;
+constexpr uint8_t openPrecedence = 1;
+constexpr uint8_t closePrecedence = 2;
+
+struct PRECEDENCE {
+    const char *characters;
+    uint8_t precedence;
+    EXPRCODE codes[7]; // 0 from the first unused one on
+};
+
+constexpr PRECEDENCE binaryPrecedences[] = {
+    {"", 15, {EXPRINDEX, EXPRCALLFUNCTION}},
+    {"*/%", 13, {EXPRRESERVED}},
+    {"+-", 12, {}},
+    {"", 11, {EXPRSHIFTLEFT, EXPRSHIFTRIGHT}},
+    {"<>", 10, {EXPRLESSEQUAL, EXPRGREATEREQUAL, EXPRPOWER}},
+    {"=#", 9, {EXPREQUAL, EXPRNOTEQUAL}},
+    {"&", 8, {}},
+    {"^~", 7, {}},
+    {"|!", 6, {}},
+    {"", 5, {EXPRAND, EXPRMINIMUM, EXPRMAXIMUM}},
+    {"", 4, {EXPROR, EXPRXOR}},
+    {"?:", 3, {EXPRCHOOSE, EXPROTHERWISE}},
+    {",)]", 2, {}},
+    {"([;", 1, {}},
+};
+
+constexpr PRECEDENCE unaryPrecedences[] = {
+    {"+-~!<>*",
+     14,
+     {EXPRNEGATE, EXPRCOMPLEMENT, EXPRNOT, EXPRHIGHPART, EXPRLOWPART, EXPRDOUBLE, EXPRHALVE}},
+    {")],", 2, {}},
+    {"([;", 1, {}},
+};
+
+struct PRECEDENCETABLE {
+    uint8_t precedences[256];
+};
+
+template <size_t n> constexpr PRECEDENCETABLE maketable(const PRECEDENCE (&groups)[n]) {
+    PRECEDENCETABLE table = {};
+    for (const PRECEDENCE &group : groups) {
+        for (const char *c = group.characters; *c != 0; ++c)
+            table.precedences[static_cast<unsigned char>(*c)] = group.precedence;
+        for (const EXPRCODE code : group.codes)
+            table.precedences[code] = group.precedence;
+    }
+    table.precedences[0] = openPrecedence;
+    return table;
+}
+
+constexpr PRECEDENCETABLE binaryTable = maketable(binaryPrecedences);
+constexpr PRECEDENCETABLE unaryTable = maketable(unaryPrecedences);
+
+// Where in a text the parser is; e->depth counts its open parentheses.
+struct PARSER {
+    EXPR *e;
+    const char *text;
+    const char *end;
+    const char *p;
+    int32_t position; // of `text`
+};
+
+int32_t positionof(const PARSER *parser, const char *p) {
+    return EXPR_positionbehind(parser->position, p - parser->text);
+}
+
+// The character at p; 0 at the end of the text.
+char charat(const PARSER *parser, const char *p) {
+    return p < parser->end ? *p : '\0';
+}
+
+bool syntaxerror(const PARSER *parser, const char *p) {
+    Error(parser->e, EXPRSYNTAX, positionof(parser, p));
+    return false;
+}
+
+void skipblanks(PARSER *parser) {
+    while (charat(parser, parser->p) == ' ')
+        ++parser->p;
+}
+
+void pushoperator(EXPR *e, uint8_t code, int32_t precedence) {
+    ParseSpace(e);
+    new (--e->operators) EXPROPERATOR{code, precedence};
+}
+
+void pushvalue(EXPR *e, double value, int32_t section, int32_t position) {
+    ParseSpace(e);
+    new (e->values++) EXPRVALUE{value, section, position, false};
+}
+
+// The unary operator at p, and its length; 0 when there is none.
+uint8_t unarycode(const PARSER *parser, const char *p, int *length) {
+    const char c = charat(parser, p);
+    *length = (c == '<' || c == '>') && charat(parser, p + 1) == c ? 2 : 1;
+    switch (c) {
+    case '-':
+        return EXPRNEGATE;
+    case '~':
+        return EXPRCOMPLEMENT;
+    case '!':
+        return EXPRNOT;
+    case '<':
+        return *length == 2 ? EXPRDOUBLE : EXPRHIGHPART;
+    case '>':
+        return *length == 2 ? EXPRHALVE : EXPRLOWPART;
+    default:
+        return 0;
+    }
+}
+
+struct PAIR {
+    char first, second;
+    uint8_t code;
+};
+
+constexpr PAIR pairs[] = {
+    {'*', '*', EXPRPOWER},        {'<', '<', EXPRSHIFTLEFT}, {'<', '=', EXPRLESSEQUAL},
+    {'<', '>', EXPRNOTEQUAL},     {'<', '?', EXPRMINIMUM},   {'>', '>', EXPRSHIFTRIGHT},
+    {'>', '=', EXPRGREATEREQUAL}, {'>', '?', EXPRMAXIMUM},   {'=', '=', EXPREQUAL},
+    {'!', '=', EXPRNOTEQUAL},     {'!', ':', EXPRCHOOSE},    {'!', '?', EXPROTHERWISE},
+    {'&', '&', EXPRAND},          {'|', '|', EXPROR},        {'+', '+', EXPROR},
+    {'-', '-', EXPRXOR},          {'%', '%', EXPRRESERVED},  {'/', '/', '%'},
+};
+
+// The binary operator at p, and its length; a character that is none stands for itself.
+uint8_t binarycode(const PARSER *parser, const char *p, int *length) {
+    const char first = charat(parser, p);
+    const char second = charat(parser, p + 1);
+    *length = 2;
+    if (second != 0 && EXPR_precedence(parser->e->binary, second) != 0) {
+        for (const PAIR &pair : pairs) {
+            if (pair.first == first && pair.second == second)
+                return pair.code;
+        }
+    }
+    *length = 1;
+    return static_cast<uint8_t>(first);
+}
+
+// A '#' behind a name belongs to it when an operator, a closing parenthesis or the end of
+// the text follows: a#-1 is the address of a, less 1, but a#1 and a#(-1) compare.
+bool takesmark(const PARSER *parser, const char *operand, const char *end) {
+    const int first = charvalue(*operand);
+    const bool name = first < 0 || (first > '@' && first != '^');
+    if (!name || charat(parser, end) != '#')
+        return false;
+    const char *p = end + 1;
+    while (charat(parser, p) == ' ')
+        ++p;
+    return charat(parser, p) != '(' && EXPR_precedence(parser->e->binary, charat(parser, p)) != 0;
+}
+
+// The end of the operand at p. Quotes protect blanks and operators.
+const char *operandend(const PARSER *parser, const char *p) {
+    if (*p == '*')
+        return p + 1;
+    const char *operand = p;
+    char quote = 0;
+    do {
+        if (quote == '"' && *p == '\\' && p + 1 < parser->end)
+            ++p;
+        else if (quote == 0 ? *p == '"' || *p == '\'' : *p == quote)
+            quote = quote == 0 ? *p : '\0';
+        ++p;
+    } while (p < parser->end &&
+             (quote != 0 || (*p != ' ' && EXPR_precedence(parser->e->binary, *p) == 0)));
+    return takesmark(parser, operand, p) ? p + 1 : p;
+}
+
+// A function's name was read and its '(' follows.
+bool opencall(const PARSER *parser, const char *name, int64_t length) {
+    EXPR *e = parser->e;
+    const uint8_t builtin = EXPR_builtin(name, length);
+    if (builtin != 0) {
+        pushoperator(e, builtin, EXPRCALLPRECEDENCE);
+        return true;
+    }
+    const int32_t index = HASH_check(e->functionTable, name, length);
+    if (index < 0)
+        Error(e, EXPRUNDEFINED, positionof(parser, name));
+    if (e->callCount == EXPRMAXCALLS)
+        return syntaxerror(parser, name);
+    EXPRCALL *call = &e->calls[e->callCount++];
+    call->function = index < 0 ? nullptr : &e->functions[index];
+    call->depth = e->depth;
+    call->count = 0;
+    pushoperator(e, EXPRCALLFUNCTION, EXPRCALLPRECEDENCE);
+    return true;
+}
+
+// A number, name, constant or, with *opened, the start of a call.
+bool readoperand(PARSER *parser, bool *opened) {
+    const char *operand = parser->p;
+    const char *end = operandend(parser, operand);
+    parser->p = end;
+    *opened = charat(parser, end) == '(';
+    if (*opened)
+        return opencall(parser, operand, end - operand);
+    const int32_t position = positionof(parser, operand);
+    int32_t section = EXPRABSOLUTE;
+    const double value = GetNum(parser->e, operand, end - operand, position, &section);
+    pushvalue(parser->e, value, section, position);
+    return true;
+}
+
+// Reads up to and including the next operand, with the parentheses, unary operators and
+// calls in front of it.
+bool readprefixes(PARSER *parser) {
+    EXPR *e = parser->e;
+    for (;;) {
+        skipblanks(parser);
+        const char c = charat(parser, parser->p);
+        const int32_t precedence = EXPR_precedence(e->unary, c);
+        int length = 1;
+        if (precedence == 0 || c == '*') {
+            bool opened = false;
+            if (!readoperand(parser, &opened))
+                return false;
+            if (!opened)
+                return true;
+            length = 0;
+        } else if (c == '(' || c == '[') {
+            pushoperator(e, static_cast<uint8_t>(c), openPrecedence);
+            ++e->depth;
+        } else if (precedence != EXPRUNARYPRECEDENCE) {
+            return syntaxerror(parser, parser->p);
+        } else if (c != '+') {
+            const uint8_t code = unarycode(parser, parser->p, &length);
+            pushoperator(e, code, EXPRUNARYPRECEDENCE);
+        }
+        parser->p += length;
+    }
+}
+
+// Closes parentheses behind an operand.
+bool closeparentheses(PARSER *parser) {
+    EXPR *e = parser->e;
+    for (skipblanks(parser);; skipblanks(parser)) {
+        const char c = charat(parser, parser->p);
+        if (c != ')' && c != ']')
+            return true;
+        if (e->depth == 0)
+            return syntaxerror(parser, parser->p);
+        DoMath(e, closePrecedence);
+        ++e->operators;
+        --e->depth;
+        ++parser->p;
+    }
+}
+
+// An index's '[' is left where it is, to be read as a parenthesis.
+bool readoperator(PARSER *parser) {
+    EXPR *e = parser->e;
+    int length = 0;
+    uint8_t code = EXPRINDEX;
+    if (*parser->p != '[')
+        code = binarycode(parser, parser->p, &length);
+    const int32_t precedence = charvalue(*parser->p) < 0 ? 0 : e->binary[code];
+    if (precedence < closePrecedence)
+        return syntaxerror(parser, parser->p);
+    DoMath(e, precedence);
+    pushoperator(e, code, precedence);
+    parser->p += length;
+    return true;
+}
+
+// The whole text; its value is the only one left on the stack then.
+bool readexpression(PARSER *parser) {
+    for (;;) {
+        if (!readprefixes(parser) || !closeparentheses(parser))
+            return false;
+        if (parser->p == parser->end)
+            break;
+        if (!readoperator(parser))
+            return false;
+    }
+    if (parser->e->depth != 0)
+        return syntaxerror(parser, parser->p);
+    DoMath(parser->e, 0);
+    return true;
+}
+
+// Whether the text is one operand for sure.
+bool issingleoperand(const EXPR *e, const char *text, int64_t length) {
+    return std::none_of(text, text + length, [e](char c) {
+        return EXPR_precedence(e->unary, c) != 0 || EXPR_precedence(e->binary, c) != 0;
+    });
+}
+
+} // namespace
+
+void InitExpression(EXPR *e) {
+    memcpy(e->binary, binaryTable.precedences, sizeof e->binary);
+    memcpy(e->unary, unaryTable.precedences, sizeof e->unary);
+}
+
+double GetValue(EXPR *e, const char *text, int64_t length, int32_t position) {
+    PARSER parser = {e, text, text + length, text, position};
+    skipblanks(&parser);
+    while (parser.end > parser.p && parser.end[-1] == ' ')
+        --parser.end;
+    const int64_t operandLength = parser.end - parser.p;
+    if (operandLength != 0 && issingleoperand(e, parser.p, operandLength)) {
+        int32_t section = EXPRABSOLUTE;
+        return GetNum(e, parser.p, operandLength, positionof(&parser, parser.p), &section);
+    }
+
+    EXPRVALUE *values = e->values;
+    EXPROPERATOR *operators = e->operators;
+    const int32_t depth = e->depth;
+    const int32_t outerCalls = e->outerCalls;
+    const int32_t callCount = e->callCount;
+    e->depth = 0;
+    e->outerCalls = callCount;
+    pushoperator(e, 0, endPrecedence);
+    const double value = readexpression(&parser) ? values->value : 0;
+    e->values = values;
+    e->operators = operators;
+    e->depth = depth;
+    e->outerCalls = outerCalls;
+    e->callCount = callCount;
+    return value;
+}
