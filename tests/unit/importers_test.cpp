@@ -349,7 +349,7 @@ TEST(Importers, CleanupStaysInsideTheTemporaryDirectory) {
     symlink("../../outside", "tvk0000/sub/link");
     mkdir("tvk0000/closed", 0);
     ASSERT_EQ(chdir("tvk0000"), 0);
-    for (int depth = 0; depth < 2000; ++depth)
+    for (int depth = 0; depth < 300; ++depth)
         ASSERT_TRUE(mkdir("deep", 0700) == 0 && chdir("deep") == 0);
     ASSERT_EQ(chdir(tree.root.c_str()), 0);
     cleanup();

@@ -1,0 +1,119 @@
+# What fails says so, leaves whole records only, and costs no other source its place.
+PATH=$TOLVIK_SOURCE/tests/cli/bin:$PATH
+printf '\n1\n\nSYMBOL TABLE:\n00000000 g     F .text\t00000004 f\n' >a.o
+cp a.o b.o
+tar cf lib.a a.o b.o
+record='define=f,FUNCTION,GLOBAL,4
+size=4
+'
+
+# No such source; a source that cannot be in a folder of that name.
+run -tgc none.o=all.tvk ';' -append nofolder/../a.o=all.tvk
+expect_err <<'END'
+tolvik: ERROR reading symbols from 'none.o'
+tolvik: ERROR reading symbols from 'nofolder/../a.o'
+END
+expect_status 0
+expect_files a.o b.o lib.a
+
+# A temporary file that cannot be written ends the walk behind the header line.
+mkdir tvk0001.tmp
+run -tgc a.o=all.tvk
+expect_err <<'END'
+tolvik: ERROR: couldn't open temp file for reading
+END
+expect_file all.tvk <<'END'
+[a.o]
+END
+rmdir tvk0001.tmp
+
+# A program that is missing: the shell says so. One that writes its own file leaves none.
+(
+    PATH=$STATE:/usr/bin:/bin
+    run -tgc a.o=all.tvk
+    expect_err <<'END'
+tolvik: WARNING: removing existing file 'all.tvk'
+sh: 1: gc-objdump: not found
+END
+    run -tpc a.o=all.tvk
+    expect_has err "tolvik: ERROR: couldn't open temp file for reading"
+    expect_file all.tvk <<'END'
+[a.o]
+END
+    run -tsgi a.o=sgi.tvk
+    expect_files a.o all.tvk b.o lib.a sgi.tvk
+)
+
+# A dump that fails does not get the listing before it.
+STUB_SAY_DUMP='case $last in b.o) exit 1 ;; esac'
+export STUB_SAY_DUMP
+run -tgc lib.a=all.tvk
+expect_file all.tvk <<END
+[a.o]
+$record
+[b.o]
+size=0
+
+END
+unset STUB_SAY_DUMP
+
+# A temporary directory that cannot be made.
+: >tvk0000
+run -tgc lib.a=all.tvk
+expect_err <<'END'
+tolvik: WARNING: removing existing file 'all.tvk'
+tolvik: extracting files from lib.a
+tolvik: ERROR reading symbols from 'lib.a'
+END
+rm tvk0000
+mkdir elsewhere && : >elsewhere/keep && ln -s elsewhere tvk0000
+run -tgc lib.a=all.tvk
+expect_has err "tolvik: ERROR reading symbols from 'lib.a'"
+[ -f elsewhere/keep ] || fail "cleanup followed a link"
+rm -r tvk0000 elsewhere
+
+# A symbol file that cannot be opened, or not be written whole.
+run -tgc a.o=none/all.tvk
+expect_has err "tolvik: ERROR reading symbols from 'a.o'"
+ln -sf /dev/full full.tvk
+run -tgc -append a.o=full.tvk
+expect_err <<'END'
+tolvik: ERROR: could not write 'full.tvk'
+tolvik: ERROR reading symbols from 'a.o'
+END
+rm full.tvk
+awk 'BEGIN { for (i = 0; i < 1500; i++) printf "define=of_an_object_imported_before%d\n", i
+    printf "size=1" }' >all.tvk
+cp all.tvk "$STATE/expected.tvk"
+printf '\n[a.o]\n%s\n' "$record" >>"$STATE/expected.tvk"
+awk 'BEGIN { for (i = 0; i < 1000; i++)
+    printf "00000000 g     F .text\t00000004 function%d\n", i }' >>b.o
+(
+    ulimit -f 128 # blocks of 512 bytes
+    run -tgc -append a.o=all.tvk ';' -append b.o=all.tvk
+    expect_err <<'END'
+tolvik: ERROR: could not write 'all.tvk'
+tolvik: ERROR reading symbols from 'b.o'
+END
+)
+same all.tvk all.tvk <"$STATE/expected.tvk"
+expect_files a.o all.tvk b.o lib.a sgi.tvk
+
+# Memory that runs out at any point: everything is there or nothing is.
+cp a.o b.o
+blocks=0
+while
+    rm -f all.tvk
+    GALLOCMAX=$blocks run -tgc lib.a=all.tvk
+    [ ! -s all.tvk ]
+do
+    expect_status 0
+    blocks=$((blocks + 1))
+done
+[ "$blocks" -gt 3 ] || fail "memory never ran out"
+expect_file all.tvk <<END
+[a.o]
+$record
+[b.o]
+$record
+END
