@@ -53,7 +53,7 @@ bool ishexdigit(char c);
 
 // The text from a column on (counted from 0); empty when it ends before.
 inline std::string_view fromcolumn(std::string_view text, size_t column) {
-    return column < text.size() ? text.substr(column) : std::string_view();
+    return text.substr(column < text.size() ? column : text.size());
 }
 
 // Whether the word stands at the column.

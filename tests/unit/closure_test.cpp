@@ -92,7 +92,7 @@ TEST(Closure, GoesOnWithListsOfAnyOrigin) {
 // each other, with more groups than one block of bits holds, and under a limit.
 TEST(Closure, TotalsAreTheSumsOfTheClosures) {
     std::mt19937 generator(7);
-    for (const size_t n : {0, 1, 2, 40, 700, 1600}) {
+    for (const size_t n : std::vector<size_t>{0, 1, 2, 40, 700, 1600}) {
         for (const int kind : {0, 1, 2, 3}) {
             MAP map(n);
             for (size_t i = 0; i < n * static_cast<size_t>(kind); ++i) {
