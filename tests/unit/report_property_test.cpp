@@ -50,7 +50,7 @@ TEXTS makenames() {
     const size_t more = 1 + below(40);
     for (size_t i = 0; i < more; ++i)
         names.push_back(plain::format("f%zu_%zx", i % 7, i * 2654435761U));
-    for (const size_t length : {253, 254, 255})
+    for (const size_t length : {size_t{253}, size_t{254}, size_t{255}})
         names.push_back(string(length, 'n'));
     return names;
 }
