@@ -17,9 +17,7 @@
 namespace {
 
 void print_symbol(const ELFSYMBOL *symbol) {
-    for (char *blank = strchr(symbol->section, ' '); blank; blank = strchr(blank, ' ')) {
-        *blank = '_';
-    }
+    join_words(symbol->section);
     const char *address = symbol->address + strlen(symbol->address) - 8;
     const char *size = symbol->size + strlen(symbol->size) - 8;
     printf("%s %s %s\t%s %s\n", address, symbol->flags, symbol->section, size, symbol->name);

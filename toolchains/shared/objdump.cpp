@@ -34,6 +34,19 @@ bool is_hex(const char *text, size_t length) {
     return strspn(text, "0123456789abcdef") == length;
 }
 
+// Cuts the last word off and returns it; null when there is none.
+char *last_word(char *text) {
+    size_t end = strlen(text);
+    while (end && text[end - 1] == ' ') {
+        end--;
+    }
+    text[end] = 0;
+    while (end && text[end - 1] != ' ') {
+        end--;
+    }
+    return text[end] ? text + end : nullptr;
+}
+
 // " [VERSION] [MARK] NAME": returns the name.
 char *name_behind_marks(char *rest) {
     static const char *const marks[] = {".hidden ", ".protected ", ".internal "};
@@ -161,6 +174,38 @@ char *listing_object(char *line) {
     }
     *end = 0;
     return line;
+}
+
+bool section_line(char *line, SECTIONLINE *section) {
+    char *text = line + strspn(line, " ");
+    size_t digits = strspn(text, "0123456789");
+    if (text == line || !digits || text[digits] != ' ' || !strstr(text, "  2**")) {
+        return false;
+    }
+    // INDEX NAME SIZE VMA LMA OFFSET ALIGNMENT, and the name may hold blanks.
+    char *size = nullptr;
+    for (int column = 0; column < 5; column++) {
+        size = last_word(text);
+        if (!size || size == text) {
+            return false;
+        }
+        size[-1] = 0;
+        section->size = strtoull(size, nullptr, 16);
+    }
+    section->name = text + digits + 1;
+    for (size_t end = strlen(section->name); end && section->name[end - 1] == ' '; end--) {
+        section->name[end - 1] = 0;
+    }
+    join_words(section->name);
+    return true;
+}
+
+void join_words(char *name) {
+    for (; *name; name++) {
+        if (*name == ' ') {
+            *name = '_';
+        }
+    }
 }
 
 bool elf_symbol(char *line, ELFSYMBOL *symbol) {

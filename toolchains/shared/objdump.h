@@ -35,6 +35,19 @@ int listing_close(LISTING *listing);
    the line, or null for any other line. */
 char *listing_object(char *line);
 
+/* A line of objdump's list of sections, its name one word. */
+struct SECTIONLINE {
+    char *name;
+    unsigned long long size;
+};
+
+/* Cuts a line of the list of sections; false for any other line. The section's properties stand in
+   the line that follows it. */
+bool section_line(char *line, SECTIONLINE *section);
+
+/* Makes one word of a name: the readers of listings end a section's name at a blank. */
+void join_words(char *name);
+
 /* The seven flag columns of a symbol line; the other columns are always blank. */
 enum { FLAG_BINDING = 0, FLAG_WEAK = 1, FLAG_INDIRECT = 4, FLAG_DEBUG = 5, FLAG_KIND = 6, FLAGS };
 

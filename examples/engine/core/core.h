@@ -14,6 +14,11 @@ typedef u32 bytes;
 #define PROTECTED __attribute__((visibility("protected")))
 #define WEAK __attribute__((weak))
 
+/* Games of the time carried the names of their sources in the texts of assertions. */
+#ifdef ENGINE_SOURCE_NAMES
+static const char engine_source_name[] __attribute__((used)) = __BASE_FILE__;
+#endif
+
 /* memory.c: the four that a freestanding compiler may call on its own. */
 void *memset(void *to, int value, bytes size);
 void *memcpy(void *to, const void *from, bytes size);
