@@ -22,11 +22,11 @@ namespace {
 
 int lineIndex = 0; // of the object being listed
 
-// Names end at a blank, as fields of a line do. Readers send the listing through grep, which shows
-// no line of a text with bytes that are no characters: these are written as \xNN.
+// Readers send the listing through grep, which shows no line of a text with bytes that are no
+// characters: these are written as \xNN.
 void print_name(const char *name) {
     mbstate_t state = {};
-    while (*name && *name != ' ') {
+    while (*name) {
         size_t length = MB_CUR_MAX == 1 ? 1 : mbrtowc(nullptr, name, strlen(name), &state);
         if (length <= strlen(name)) {
             printf("%.*s", static_cast<int>(length), name);
@@ -38,9 +38,10 @@ void print_name(const char *name) {
     }
 }
 
-void print_line(const char *name, const char *address, unsigned long long size, const char *kind,
+void print_line(char *name, const char *address, unsigned long long size, const char *kind,
                 const char *section) {
     printf("[%d] ", ++lineIndex);
+    name[strcspn(name, " ")] = 0; // a field ends there
     print_name(name);
     printf(" 0x%s %llu %s %s\n", address, size, kind, section);
 }
@@ -52,7 +53,8 @@ void print_heading(const char *object) {
     print_name(object);
     printf(":\n\n");
     lineIndex = 0;
-    print_line("*ABS*", "00000000", 0, "LOCAL SECTION", "ABS");
+    char name[] = "*ABS*";
+    print_line(name, "00000000", 0, "LOCAL SECTION", "ABS");
 }
 
 const char *type_of(const ELFSYMBOL *symbol) {
