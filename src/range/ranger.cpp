@@ -1,0 +1,306 @@
+#include "range/ranger.h"
+
+#include "brax/text.h"
+#include "mem/galloc.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+#include <new>
+
+namespace {
+
+constexpr double noCandidate = 999999999999999.0;
+
+bool ispair(const char *p, char first, char second) {
+    return p[0] == first && p[1] == second;
+}
+
+bool isfieldend(const char *p) {
+    return *p == 0 || *p == ',' || ispair(p, '.', '.') || ispair(p, '+', '=') ||
+           ispair(p, '-', '=');
+}
+
+// What closes the level that c opens; 0 when it opens none.
+char closingof(char c) {
+    switch (c) {
+    case '(':
+        return ')';
+    case '{':
+        return '}';
+    case '[':
+        return ']';
+    case '"':
+    case '`':
+    case '\'':
+        return c;
+    default:
+        return 0;
+    }
+}
+
+// Behind the level that opens at p; the end of the text when it does not close. Only levels
+// of its own kind are told apart within it.
+const char *skiplevel(const char *p) {
+    const char opening = *p;
+    const char closing = closingof(opening);
+    int64_t depth = 1;
+    for (++p; *p != 0; ++p) {
+        if (*p == closing)
+            --depth;
+        else if (*p == opening)
+            ++depth;
+        if (depth == 0)
+            return p + 1;
+    }
+    return p;
+}
+
+const char *fieldend(const char *p) {
+    while (!isfieldend(p))
+        p = closingof(*p) != 0 ? skiplevel(p) : p + 1;
+    return p;
+}
+
+// A plain number: sign, digits and a fraction. False when the field is anything else.
+bool readplain(const char *p, const char *end, double *value) {
+    const bool negative = *p == '-';
+    if (*p == '-' || *p == '+')
+        ++p;
+    const char *digits = p;
+    while (p < end && isdigitchar(*p))
+        ++p;
+    if (p == digits)
+        return false;
+    if (p < end && *p == '.')
+        ++p;
+    while (p < end && isdigitchar(*p))
+        ++p;
+    if (p != end)
+        return false;
+    if (std::from_chars(digits, end, *value, std::chars_format::fixed).ec != std::errc())
+        *value = strtod(digits, nullptr);
+    *value = negative ? -*value : *value;
+    return true;
+}
+
+// One element as it is written.
+struct PARTS {
+    double first, last, step;
+    bool hasFirst, hasDots, hasLast, hasStep;
+};
+
+bool skippair(RANGER *ranger, char first, char second) {
+    if (!ispair(ranger->cursor, first, second))
+        return false;
+    ranger->cursor += 2;
+    return true;
+}
+
+// The end of the element was reached, or another ends it there.
+bool endelement(RANGER *ranger) {
+    if (*ranger->cursor == ',')
+        ++ranger->cursor;
+    else if (*ranger->cursor != 0)
+        return false;
+    return true;
+}
+
+// What a number of steps may lack, through rounding, of the whole number that is meant.
+double noiseof(double steps) {
+    return std::min(0.5, 1e-9 + steps * 4 * std::numeric_limits<double>::epsilon());
+}
+
+// Where whole steps lead from one end toward the other, never beyond it.
+double gridpoint(double from, double to, double step) {
+    const double steps = (to - from) / step;
+    const double whole = std::floor(steps + noiseof(std::fabs(steps)));
+    return whole > steps ? to : from + whole * step;
+}
+
+// The number of values from start to end, both included.
+int64_t countvalues(double start, double end, double step) {
+    const double steps = std::fabs(end - start) / step;
+    if (start + (end < start ? -step : step) == start || std::isnan(steps))
+        return 1;
+    if (steps >= 9.0e18)
+        return INT64_MAX;
+    return static_cast<int64_t>(steps + noiseof(steps)) + 1;
+}
+
+void setelement(RANGER *ranger, double start, double end, double step) {
+    ranger->remaining = countvalues(start, end, step);
+    ranger->low = std::min(start, end);
+    ranger->high = std::max(start, end);
+    ranger->step = end < start ? -step : step;
+    ranger->start = start;
+    ranger->current = start;
+    ranger->handed = 0;
+}
+
+void setparts(RANGER *ranger, const PARTS *parts) {
+    const double step = parts->hasStep ? parts->step : 1;
+    double start = parts->hasFirst ? parts->first : ranger->defaultMin;
+    double end = start;
+    if (parts->hasLast) {
+        end = parts->last;
+        if (!parts->hasFirst)
+            start = gridpoint(end, ranger->defaultMin, -step);
+    } else if (parts->hasDots || parts->hasStep) {
+        end = gridpoint(start, ranger->defaultMax, step);
+    }
+    setelement(ranger, start, end, step);
+}
+
+// The iterator in front of the first value, to walk the text with.
+RANGER restarted(const RANGER *ranger) {
+    RANGER walker = *ranger;
+    walker.cursor = walker.text;
+    walker.failed = 0;
+    return walker;
+}
+
+// The candidate of the current element for RANGER_closest.
+double candidateof(const RANGER *ranger, double value, int mode) {
+    const double steps = (value - ranger->start) / ranger->step;
+    const bool lowerStep = (mode == 1) == (ranger->step > 0);
+    const double k = mode == 0   ? std::round(steps)
+                     : lowerStep ? std::floor(steps)
+                                 : std::floor(steps + 0.999999999);
+    return std::clamp(ranger->start + k * ranger->step, ranger->low, ranger->high);
+}
+
+double distanceof(double candidate, double value, int mode) {
+    if (mode == 0)
+        return std::fabs(value - candidate) - (candidate > value ? 1e-9 : 0);
+    const double distance = mode == 1 ? value - candidate : candidate - value;
+    return distance < 0 ? noCandidate : distance;
+}
+
+} // namespace
+
+RANGER *RANGER_open(EXPR *evaluator, const char *text, double defaultMin, double defaultMax) {
+    void *room = gallocarray<RANGER>(1);
+    if (room == nullptr)
+        return nullptr;
+    auto *ranger = new (room) RANGER{};
+    ranger->step = 1;
+    ranger->defaultMin = defaultMin;
+    ranger->defaultMax = defaultMax;
+    ranger->evaluator = evaluator;
+    ranger->cursor = text;
+    ranger->text = text;
+    return ranger;
+}
+
+void RANGER_close(RANGER *ranger) {
+    if (ranger != nullptr)
+        gfree(ranger);
+}
+
+int RANGER_getfield(RANGER *ranger, double *value) {
+    const char *field = ranger->cursor;
+    const char *end = fieldend(field);
+    ranger->cursor = end;
+    *value = 0;
+    if (end == field)
+        return 0;
+    if (readplain(field, end, value))
+        return 1;
+    if (ranger->evaluator == nullptr) {
+        *value = strtod(field, nullptr);
+        return 1;
+    }
+    *value = EXPR_get(ranger->evaluator, field, end - field);
+    if (EXPR_error(ranger->evaluator) != 0)
+        ranger->failed = 1;
+    return 1;
+}
+
+int RANGER_getrangelet(RANGER *ranger) {
+    if (*ranger->cursor == 0 || ranger->failed != 0)
+        return 0;
+    PARTS parts = {};
+    parts.hasFirst = RANGER_getfield(ranger, &parts.first) != 0;
+    if (endelement(ranger)) {
+        setelement(ranger, parts.first, parts.first, 1);
+        return parts.hasFirst && ranger->failed == 0 ? 1 : 0;
+    }
+    parts.hasDots = skippair(ranger, '.', '.');
+    parts.hasLast = RANGER_getfield(ranger, &parts.last) != 0;
+    skippair(ranger, '+', '=');
+    skippair(ranger, '-', '=');
+    parts.hasStep = RANGER_getfield(ranger, &parts.step) != 0;
+    parts.step = std::fabs(parts.step);
+    const bool whole = endelement(ranger) && (parts.hasFirst || parts.hasLast || parts.hasStep);
+    if (!whole || (parts.hasStep && !(parts.step > 0))) {
+        ranger->failed = 1;
+        parts.step = 1;
+    }
+    setparts(ranger, &parts);
+    return ranger->failed == 0 ? 1 : 0;
+}
+
+// Values are counted from the element's start, so that the noise of many steps does not add
+// up, and none lies beyond its end.
+int RANGER_next(RANGER *ranger, double *value) {
+    *value = ranger->current;
+    if (ranger->failed != 0)
+        return 0;
+    if (--ranger->remaining >= 0) {
+        const double next =
+            std::clamp(ranger->start + ranger->handed * ranger->step, ranger->low, ranger->high);
+        if (next != ranger->current) {
+            ranger->current = next;
+            ranger->handed += 1;
+            *value = next;
+            return 1;
+        }
+    }
+    ranger->remaining = 0;
+    if (RANGER_getrangelet(ranger) == 0) {
+        ranger->remaining = 0;
+        return 0;
+    }
+    --ranger->remaining;
+    ranger->handed = 1;
+    *value = ranger->current;
+    return 1;
+}
+
+int RANGER_info(const RANGER *ranger, double *minimum, double *maximum, int64_t *count) {
+    RANGER walker = restarted(ranger);
+    double smallest = walker.defaultMax;
+    double largest = walker.defaultMin;
+    int64_t values = 0;
+    while (RANGER_getrangelet(&walker) != 0) {
+        smallest = std::min(smallest, walker.low);
+        largest = std::max(largest, walker.high);
+        values += std::min(walker.remaining, INT64_MAX - values);
+    }
+    if (minimum != nullptr)
+        *minimum = smallest;
+    if (maximum != nullptr)
+        *maximum = largest;
+    if (count != nullptr)
+        *count = values;
+    return walker.failed == 0 ? 1 : 0;
+}
+
+double RANGER_closest(RANGER *ranger, double value, int mode) {
+    RANGER walker = restarted(ranger);
+    double closest = 0;
+    double best = noCandidate;
+    while (RANGER_getrangelet(&walker) != 0) {
+        const double candidate = candidateof(&walker, value, mode);
+        const double distance = distanceof(candidate, value, mode);
+        if (distance < noCandidate && distance <= best) {
+            best = distance;
+            closest = candidate;
+        }
+    }
+    ranger->failed = walker.failed;
+    return closest;
+}
