@@ -18,7 +18,7 @@ ended() {
 }
 
 for signal in 1 2 3 15; do
-    export STUB_SAY_DUMP="case \$last in b.o) kill -$signal \$PPID; sleep 60 ;; esac"
+    export STUB_SAY_DUMP="case \$last in b.o) kill -$signal \$PPID; exec sleep 60 ;; esac"
     ended $((128 + signal)) -tgc lib.a=all.tvk
     ended $((128 + signal)) -tgc B.o=all.tvk
 done
