@@ -25,8 +25,8 @@ bool makecommand(char *command, const char *before, const char *name, const char
         else
             command[length++] = *name++;
     } else if (needsfolder(name, after)) {
-        memcpy(command + length, "./", 2);
-        length += 2;
+        command[length++] = '.';
+        command[length++] = '/';
     }
     const size_t room = COMMANDSIZE - length - strlen(after);
     if (!shellword(command + length, room, name))

@@ -28,7 +28,9 @@ std::string_view fromword(std::string_view text, std::string_view word) {
 
 // The word behind the first one.
 bool secondword(std::string_view text, std::string_view *word) {
-    return takeword(&text, word) && takeword(&text, word);
+    if (!takeword(&text, word))
+        return false;
+    return takeword(&text, word);
 }
 
 size_t readhead(const char *object, char *head) {

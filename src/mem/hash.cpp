@@ -45,7 +45,7 @@ KEY wholekey(const char *text) {
 // Rotates left by five bits within the bits of a bucket number before each byte.
 uint32_t bucketof(const HASHTABLE *table, KEY key) {
     const auto mask = static_cast<uint32_t>(table->size) - 1;
-    const int wrapped = static_cast<int>(std::bit_width(mask)) - 5;
+    const uint32_t wrapped = (static_cast<uint32_t>(std::bit_width(mask)) - 5) & 31;
     uint32_t hash = 0;
     for (size_t i = 0; i < key.length; ++i) {
         hash = (hash << 5 | hash >> wrapped) & mask;

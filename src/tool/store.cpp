@@ -343,12 +343,12 @@ _tagsymbol *symfind(const _tagsymlist *table, const char *name) {
     if (symbol != nullptr || length + 2 > VARIANTSIZE)
         return symbol;
     char variant[VARIANTSIZE] = "_";
-    memcpy(variant + 1, name, length + 1);
+    appendtext(variant, name, sizeof variant);
     symbol = symfindnth(table, variant, 1);
     if (symbol != nullptr)
         return symbol;
-    memcpy(variant, name, length);
-    variant[length] = '_';
+    copytext(variant, name, sizeof variant);
+    appendtext(variant, "_", sizeof variant);
     return symfindnth(table, variant, 1);
 }
 

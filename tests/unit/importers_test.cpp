@@ -48,7 +48,7 @@ template <typename PARSE> string recorded(const string &text, PARSE parse) {
     parse(listing.get(), records.get());
     EXPECT_TRUE(closerecords(records.get(), false));
     fclose(file);
-    const string result = contents(path);
+    string result = contents(path);
     unlink(path);
     return result;
 }
@@ -153,7 +153,7 @@ TEST(Importers, PlayStationListing) {
     close(mkstemp(object));
     const string front(240, '\xff');
     const CASE sources[] = {
-        {string("PSX\0C:\\LIB\\SRC\\MAIN.C:\0more", 28), "source=src\\main.c,0\n"},
+        {string("PSX\0C:\\LIB\\SRC\\MAIN.C:\0more", 27), "source=src\\main.c,0\n"},
         {"\\LIB\\short", "source=short,0\n"},
         {"\\LIB\\:C:", ""},
         {"\\lib\\a.c", ""},
