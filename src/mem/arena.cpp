@@ -20,13 +20,20 @@ size_t left = 0;
 } // namespace
 
 void adviseblock(void *block, size_t size) {
-    constexpr size_t worthwhile = 4 * 1024 * 1024;
+    constexpr size_t manyPages = 16 * 1024;
+    constexpr size_t largePages = 4 * 1024 * 1024;
     constexpr uintptr_t pageMask = 4096 - 1;
-    if (size < worthwhile)
+    if (size < manyPages)
         return;
     const uintptr_t from = (reinterpret_cast<uintptr_t>(block) + pageMask) & ~pageMask;
     const uintptr_t to = (reinterpret_cast<uintptr_t>(block) + size) & ~pageMask;
-    madvise(reinterpret_cast<void *>(from), to - from, MADV_HUGEPAGE);
+    // Either is only advice: without it the pages come one by one as they are touched.
+    if (size >= largePages)
+        madvise(reinterpret_cast<void *>(from), to - from, MADV_HUGEPAGE);
+#ifdef MADV_POPULATE_WRITE
+    else
+        madvise(reinterpret_cast<void *>(from), to - from, MADV_POPULATE_WRITE);
+#endif
 }
 
 void *arenaalloc(size_t size) {

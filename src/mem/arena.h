@@ -9,8 +9,8 @@
 // `size` bytes, not cleared, aligned to 8; null when memory runs out.
 void *arenaalloc(size_t size);
 
-// Tells the system that a block of `size` bytes will be used all over, so that it may map a
-// large one in large pages.
+// Tells the system that a block of `size` bytes will be used all over, so that it maps it at
+// once, or in large pages, and not page by page.
 void adviseblock(void *block, size_t size);
 
 // gallocarray for an array that may be large and is used all over; `count` may be 0.

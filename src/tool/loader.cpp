@@ -15,7 +15,7 @@
 namespace {
 
 constexpr int64_t LINELENGTH = 255; // longest piece that is read as one line
-constexpr int64_t BUFFERSIZE = 256 * 1024;
+constexpr int64_t BUFFERSIZE = 64 * 1024;
 constexpr int64_t SPAREBYTES = 16; // readable behind the buffer's last byte
 constexpr int BATCHSIZE = 64;
 
@@ -305,7 +305,7 @@ TVKINFO *tvkload(const char *path) {
     load.info = cinew();
     load.file = nullptr;
     load.count = 0;
-    lines.buffer = gallocarray<char>(BUFFERSIZE + SPAREBYTES);
+    lines.buffer = galloclarge<char>(BUFFERSIZE + SPAREBYTES);
     load.outOfMemory = load.info == nullptr || lines.buffer == nullptr;
     lines.next = lines.buffer;
     lines.end = lines.buffer;

@@ -8,7 +8,7 @@
 #include <cstdio>
 #include <cstring>
 
-constexpr size_t OUTPUTSIZE = 256 * 1024;
+constexpr size_t OUTPUTSIZE = 64 * 1024;
 
 // Text on its way to a stream. Whoever begins with one ends it with flushoutput before the
 // stream is used again. There is room for one at a time.

@@ -11,7 +11,7 @@ namespace {
 
 constexpr size_t VARIANTSIZE = 256; // room for a name with an underscore added
 
-// The index: open addressing, a power of two of slots, at most half of them used.
+// The index: open addressing, a power of two of slots, at most three quarters of them used.
 struct INDEXSLOT {
     uint64_t hash;
     _tagsymbol *symbol; // null in a free slot
@@ -111,7 +111,7 @@ INDEXSLOT *newslots(uint64_t capacity) {
 }
 
 bool reserveslot(SYMTABLE *table) {
-    if (table->used * 2 < table->capacity)
+    if (table->used * 4 < table->capacity * 3)
         return true;
     const uint64_t capacity = table->capacity * 2;
     INDEXSLOT *larger = newslots(capacity);

@@ -1,0 +1,112 @@
+// The parts of a run on a large symbol file: reading lines, entering and finding names,
+// closures, totals and report writing.
+#include "mem/galloc.h"
+#include "tool/closure.h"
+#include "tool/loader.h"
+#include "tool/options.h"
+#include "tool/report.h"
+#include "tool/totals.h"
+
+#include <benchmark/benchmark.h>
+#include <climits>
+#include <cstdlib>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+constexpr int objects = 2000;
+constexpr int namesPerObject = 20;
+
+uint64_t state = 1;
+
+int below(int n) {
+    state = state * 6364136223846793005ULL + 1442695040888963407ULL;
+    return static_cast<int>((state >> 33) % static_cast<uint64_t>(n));
+}
+
+std::string name(int i) {
+    return "audio_stream_flush_" + std::to_string(i);
+}
+
+// A symbol file in which every object refers to 80 symbols all over.
+const std::string &symbolfile() {
+    static const std::string path = [] {
+        char temporary[] = "/tmp/tolvik_bench_XXXXXX";
+        close(mkstemp(temporary));
+        FILE *file = fopen(temporary, "w");
+        for (int i = 0; i < objects; ++i) {
+            fprintf(file, "[o%d.o][lib%d]\n", i, i / 100);
+            for (int j = 0; j < namesPerObject; ++j)
+                fprintf(file, "define=%s,FUNCTION,GLOBAL,%d\n",
+                        name(i * namesPerObject + j).c_str(), j);
+            for (int j = 0; j < 4 * namesPerObject; ++j)
+                fprintf(file, "refer=%s\n", name(below(objects * namesPerObject)).c_str());
+            fprintf(file, "size=%d\n\n", 100 + i);
+        }
+        fclose(file);
+        return std::string(temporary);
+    }();
+    return path;
+}
+
+TVKINFO *store() {
+    static TVKINFO *info = tvkload(symbolfile().c_str());
+    return info;
+}
+
+// Stores are never freed, so this runs a fixed number of times.
+void loadlines(benchmark::State &run) {
+    for (auto _ : run)
+        benchmark::DoNotOptimize(tvkload(symbolfile().c_str()));
+    run.SetItemsProcessed(run.iterations() * objects * (namesPerObject * 5 + 3));
+}
+BENCHMARK(loadlines)->Iterations(10)->Unit(benchmark::kMillisecond);
+
+void hashname(benchmark::State &run) {
+    const std::string text = name(12345);
+    for (auto _ : run)
+        benchmark::DoNotOptimize(symhash(text.c_str()));
+}
+BENCHMARK(hashname);
+
+void findname(benchmark::State &run) {
+    std::vector<std::string> names;
+    for (int i = 0; i < 1024; ++i)
+        names.push_back(name(below(objects * namesPerObject)));
+    size_t i = 0;
+    for (auto _ : run)
+        benchmark::DoNotOptimize(symfind(store()->symtable, names[i++ % names.size()].c_str()));
+}
+BENCHMARK(findname);
+
+void closure(benchmark::State &run) {
+    _tagsymbol *symbol = symfind(store()->symtable, name(0).c_str());
+    for (auto _ : run)
+        flfree(symneedfiles(symbol, nullptr, INT_MAX, 0));
+}
+BENCHMARK(closure)->Unit(benchmark::kMillisecond);
+
+void totals(benchmark::State &run) {
+    for (auto _ : run) {
+        GRAPH graph;
+        if (!makegraph(&graph, store(), false))
+            abort();
+        gfree(linktotals(&graph, INT_MAX));
+        freegraph(&graph);
+    }
+}
+BENCHMARK(totals)->Unit(benchmark::kMillisecond);
+
+void report(benchmark::State &run, int verbose, const char *symbol) {
+    char *symbols[] = {const_cast<char *>(symbol)};
+    OPTverbose = verbose;
+    for (auto _ : run)
+        tvkreport("/dev/null", store(), symbols, symbol != nullptr ? 1 : 0, nullptr, 0, 1, 1,
+                  symbol != nullptr, INT_MAX);
+}
+BENCHMARK_CAPTURE(report, all_symbols, 1, "all")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(report, all_files, 2, nullptr)->Unit(benchmark::kMillisecond);
+
+} // namespace

@@ -1,0 +1,93 @@
+// measure RUNS FILE: runs the commands of the file, one a line, round by round, so that a busy
+// machine is busy for all of them, and prints for each its median time in milliseconds, its
+// peak memory in kilobytes and its name. A line is the name, a blank, and the command's words;
+// the word %F stands for all words of the file F. Standard output goes to /dev/null.
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <fstream>
+#include <spawn.h>
+#include <sstream>
+#include <string>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <vector>
+
+extern char **environ;
+
+namespace {
+
+struct COMMAND {
+    std::string name;
+    std::vector<std::string> words;
+    std::vector<double> milliseconds;
+    long kilobytes = 0;
+};
+
+COMMAND readcommand(const std::string &line) {
+    COMMAND command;
+    std::istringstream words(line);
+    words >> command.name;
+    for (std::string word; words >> word;) {
+        if (word[0] != '%') {
+            command.words.push_back(word);
+            continue;
+        }
+        std::ifstream file(word.substr(1));
+        for (std::string more; file >> more;)
+            command.words.push_back(more);
+    }
+    return command;
+}
+
+bool run(COMMAND *command) {
+    std::vector<char *> arguments;
+    for (std::string &word : command->words)
+        arguments.push_back(word.data());
+    arguments.push_back(nullptr);
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
+    const auto begin = std::chrono::steady_clock::now();
+    pid_t child = 0;
+    int status = 0;
+    rusage usage = {};
+    const bool started =
+        posix_spawnp(&child, arguments[0], &actions, nullptr, arguments.data(), environ) == 0;
+    const bool ended = started && wait4(child, &status, 0, &usage) == child && status == 0;
+    const std::chrono::duration<double, std::milli> passed =
+        std::chrono::steady_clock::now() - begin;
+    posix_spawn_file_actions_destroy(&actions);
+    command->milliseconds.push_back(passed.count());
+    command->kilobytes = std::max(command->kilobytes, usage.ru_maxrss);
+    return ended;
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    const int runs = argc == 3 ? atoi(argv[1]) : 0;
+    std::ifstream file(argc == 3 ? argv[2] : "");
+    if (!file || runs < 1) {
+        fprintf(stderr, "usage: measure RUNS FILE\n");
+        return 1;
+    }
+    std::vector<COMMAND> commands;
+    for (std::string line; std::getline(file, line);)
+        commands.push_back(readcommand(line));
+    for (int i = 0; i < runs; ++i) {
+        for (COMMAND &command : commands) {
+            if (!run(&command)) {
+                fprintf(stderr, "measure: '%s' failed\n", command.name.c_str());
+                return 1;
+            }
+        }
+    }
+    for (COMMAND &command : commands) {
+        std::sort(command.milliseconds.begin(), command.milliseconds.end());
+        printf("%s %.3f %ld\n", command.name.c_str(),
+               command.milliseconds[command.milliseconds.size() / 2], command.kilobytes);
+    }
+}
