@@ -426,6 +426,7 @@ TEST(ExprDeathTest, EndsTheProgramWhenMemoryRunsOut) {
         EXPECT_EXIT(run(), testing::ExitedWithCode(status), end) << blocks;
     }
     unsetenv("GALLOCMAX");
+    GTEST_FLAG_SET(death_test_style, "fast");
 }
 
 } // namespace
