@@ -30,12 +30,14 @@ std::string name(int i) {
     return "audio_stream_flush_" + std::to_string(i);
 }
 
-// A symbol file in which every object refers to 80 symbols all over.
-const std::string &symbolfile() {
-    static const std::string path = [] {
-        char temporary[] = "/tmp/tolvik_bench_XXXXXX";
-        close(mkstemp(temporary));
-        FILE *file = fopen(temporary, "w");
+// A symbol file in which every object refers to 80 symbols all over; removed at the end.
+struct SYMBOLFILE {
+    char path[32] = "/tmp/tolvik_bench_XXXXXX";
+
+    SYMBOLFILE() {
+        FILE *file = fdopen(mkstemp(path), "w");
+        if (file == nullptr)
+            abort();
         for (int i = 0; i < objects; ++i) {
             fprintf(file, "[o%d.o][lib%d]\n", i, i / 100);
             for (int j = 0; j < namesPerObject; ++j)
@@ -46,20 +48,28 @@ const std::string &symbolfile() {
             fprintf(file, "size=%d\n\n", 100 + i);
         }
         fclose(file);
-        return std::string(temporary);
-    }();
-    return path;
+    }
+    SYMBOLFILE(const SYMBOLFILE &) = delete;
+    SYMBOLFILE &operator=(const SYMBOLFILE &) = delete;
+    ~SYMBOLFILE() {
+        unlink(path);
+    }
+};
+
+const char *symbolfile() {
+    static const SYMBOLFILE file;
+    return file.path;
 }
 
 TVKINFO *store() {
-    static TVKINFO *info = tvkload(symbolfile().c_str());
+    static TVKINFO *info = tvkload(symbolfile());
     return info;
 }
 
 // Stores are never freed, so this runs a fixed number of times.
 void loadlines(benchmark::State &run) {
     for (auto _ : run)
-        benchmark::DoNotOptimize(tvkload(symbolfile().c_str()));
+        benchmark::DoNotOptimize(tvkload(symbolfile()));
     run.SetItemsProcessed(run.iterations() * objects * (namesPerObject * 5 + 3));
 }
 BENCHMARK(loadlines)->Iterations(10)->Unit(benchmark::kMillisecond);
