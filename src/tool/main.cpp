@@ -128,8 +128,8 @@ void completeoptions() {
 // Loads a symbol file and reports on it as the options say; 0 when there is no report.
 int tolvik(const char *symbolfile, const char *reportfile) {
     // The store lives until the process ends, and so does the way to it: leak checkers count
-    // what nothing leads to.
-    static TVKINFO *store = nullptr;
+    // what nothing leads to. Nobody reads it, so that without "volatile" it would not be kept.
+    static TVKINFO *volatile store = nullptr;
     store = tvkload(symbolfile);
     return tvkreport(reportfile, store, OPTsymbols, OPTnsymbols, OPTfiles, OPTnfiles, OPTdefine,
                      OPTrefer, OPTlinks, OPTrecurselevel);
