@@ -32,7 +32,9 @@ unset TOLVIK_OPTS
 OTHER_OPTS='-v1 other'
 export OTHER_OPTS
 ln -s "$TOLVIK_BUILD/tolvik" "$STATE/Other.exe"
-[ "$TOLVIK" = "$TOLVIK_BUILD/tolvik" ] && TOLVIK=$STATE/Other.exe && run &&
-    expect_err <<EOF
+TOLVIK=${TOLVIK_WRAPPER:-} # a wrapper stays in front
+TOLVIK=${TOLVIK:+$TOLVIK }$STATE/Other.exe
+run
+expect_err <<EOF
 tolvik: ERROR: no file extension for 'other'
 EOF
