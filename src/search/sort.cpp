@@ -4,6 +4,7 @@
 #include "brax/text.h"
 #include "mem/galloc.h"
 #include "search/argv.h"
+#include "search/natural.h"
 
 #include <cstdint>
 #include <cstdlib>
@@ -11,62 +12,26 @@
 
 namespace {
 
-// A part of a name; `end` null means up to the terminator.
-struct SPAN {
-    const char *text;
-    const char *end;
-};
-
-bool ended(const SPAN &span) {
-    return span.text == span.end || *span.text == 0;
-}
+// While a range of elements is sorted by a part of their names: the places of these parts, which
+// move along with the elements, and the first element of the range. Null otherwise.
+int32_t *places = nullptr;
+int firstplaced = 0;
 
 int order(int64_t a, int64_t b) {
     return a > b ? 1 : a < b ? -1 : 0;
 }
 
-// Takes a run of digits off the span; its value, at most INT64_MAX.
-int64_t takenumber(SPAN &span) {
-    constexpr int digitLimit = 99;
-    int64_t value = 0;
-    for (int n = 0; n < digitLimit && !ended(span) && isdigitchar(*span.text); ++n, ++span.text) {
-        int64_t next = 0;
-        if (__builtin_mul_overflow(value, 10, &next) ||
-            __builtin_add_overflow(next, *span.text - '0', &next))
-            next = INT64_MAX;
-        value = next;
-    }
-    return value;
-}
-
-int naturalorder(SPAN a, SPAN b) {
-    while (!ended(a) && !ended(b)) {
-        if (isdigitchar(*a.text) && isdigitchar(*b.text)) {
-            const int64_t first = takenumber(a);
-            const int difference = order(first, takenumber(b));
-            if (difference != 0)
-                return difference;
-        } else {
-            if (*a.text != *b.text)
-                return order(charvalue(*a.text), charvalue(*b.text));
-            ++a.text;
-            ++b.text;
-        }
-    }
-    return order(ended(b) ? 1 : 0, ended(a) ? 1 : 0);
-}
-
-SPAN wholename(const char *name) {
+NAMEPART wholename(const char *name) {
     return {name, nullptr};
 }
 
-SPAN directorypart(const char *name) {
+NAMEPART directorypart(const char *name) {
     return {name, filepart(name)};
 }
 
 // The text from the last '.' of the name's final component; ':' does not end a component
 // here.
-SPAN extension(const char *name) {
+NAMEPART extension(const char *name) {
     const char *end = name + strlen(name);
     const char *at = end;
     while (at > name && at[-1] != '.' && !isslash(at[-1]))
@@ -80,8 +45,30 @@ int comparenumbers(const int32_t *vector, int i, int j) {
     return vector == nullptr ? 0 : order(vector[i], vector[j]);
 }
 
-int comparenames(char *const *names, int i, int j, SPAN (*part)(const char *)) {
-    return naturalorder(part(names[i]), part(names[j]));
+using PARTFUNC = NAMEPART (*)(int element);
+
+// What a key looks at in an element's names; null for the keys that are no texts.
+PARTFUNC partof(int key, int bydirs) {
+    switch (key) {
+    case 1:
+        if (bydirs != 0)
+            return [](int i) { return directorypart(BRAXsargv[i]); };
+        return [](int i) { return wholename(BRAXsargv[i]); };
+    case 2:
+        return [](int i) { return extension(BRAXsargv[i]); };
+    case 5:
+        if (bydirs != 0)
+            return [](int i) { return directorypart(BRAXdargv[i]); };
+        return [](int i) { return wholename(BRAXdargv[i]); };
+    case 6:
+        return [](int i) { return extension(BRAXdargv[i]); };
+    case 7:
+        if (bydirs != 0)
+            return [](int i) { return wholename(filepart(BRAXsargv[i])); };
+        return [](int i) { return wholename(BRAXsargv[i]); };
+    default:
+        return nullptr;
+    }
 }
 
 template <typename T> void swapelements(T *vector, int wanted, int i, int j) {
@@ -99,26 +86,11 @@ int BRAX_strcmp(const char *a, const char *b) {
 }
 
 int BRAX_compare(int i, int j, int key, int bydirs) {
-    switch (key) {
-    case 1:
-        return comparenames(BRAXsargv, i, j, bydirs != 0 ? directorypart : wholename);
-    case 2:
-        return comparenames(BRAXsargv, i, j, extension);
-    case 3:
+    if (const PARTFUNC part = partof(key, bydirs); part != nullptr)
+        return naturalorder(part(i), part(j));
+    if (key == 3)
         return comparenumbers(BRAXdateargv, i, j);
-    case 4:
-        return comparenumbers(BRAXsizeargv, i, j);
-    case 5:
-        return comparenames(BRAXdargv, i, j, bydirs != 0 ? directorypart : wholename);
-    case 6:
-        return comparenames(BRAXdargv, i, j, extension);
-    case 7:
-        if (bydirs != 0)
-            return BRAX_strcmp(filepart(BRAXsargv[i]), filepart(BRAXsargv[j]));
-        return BRAX_strcmp(BRAXsargv[i], BRAXsargv[j]);
-    default:
-        return 0;
-    }
+    return key == 4 ? comparenumbers(BRAXsizeargv, i, j) : 0;
 }
 
 void BRAX_exchange(int i, int j) {
@@ -127,7 +99,20 @@ void BRAX_exchange(int i, int j) {
     swapelements(BRAXdateargv, OPTmakedatelist, i, j);
     swapelements(BRAXsizeargv, OPTmakesizelist, i, j);
     swapelements(BRAXattribargv, OPTmakeattriblist, i, j);
+    if (places != nullptr)
+        swapelements(places, 1, i - firstplaced, j - firstplaced);
 }
+
+namespace {
+
+// BRAX_compare, by the places while there are some.
+int compareelements(int i, int j, int key, int bydirs) {
+    if (places != nullptr)
+        return order(places[i - firstplaced], places[j - firstplaced]);
+    return BRAX_compare(i, j, key, bydirs);
+}
+
+} // namespace
 
 int BRAX_partition(int low, int high, int key, int bydirs) {
     int pivot = low;
@@ -136,10 +121,10 @@ int BRAX_partition(int low, int high, int key, int bydirs) {
     for (;;) {
         do
             --j;
-        while (BRAX_compare(j, pivot, key, bydirs) > 0);
+        while (compareelements(j, pivot, key, bydirs) > 0);
         do
             ++i;
-        while (BRAX_compare(i, pivot, key, bydirs) < 0);
+        while (compareelements(i, pivot, key, bydirs) < 0);
         if (i >= j)
             return j;
         BRAX_exchange(i, j);
@@ -186,7 +171,7 @@ bool push(WAITING &waiting, int high) {
 
 // Lower part first, then the upper one, as a recursive quicksort would go, for the sake of
 // the sequence of random numbers; but however badly the pivots fall, without recursion.
-void sortrange(int low, int high, int key, int bydirs) {
+void sortsteps(int low, int high, int key, int bydirs) {
     WAITING waiting = {{}, nullptr, 0, 256};
     waiting.highs = waiting.local;
     for (;;) {
@@ -206,6 +191,20 @@ void sortrange(int low, int high, int key, int bydirs) {
         gfree(waiting.highs);
 }
 
+// Long ranges are compared by places. The steps and what they compare are the same either way.
+void sortrange(int low, int high, int key, int bydirs) {
+    constexpr int worthwhile = 32;
+    const PARTFUNC part = high - low >= worthwhile ? partof(key, bydirs) : nullptr;
+    if (part != nullptr) {
+        places = naturalplaces(low, high, part);
+        firstplaced = low;
+    }
+    sortsteps(low, high, key, bydirs);
+    if (places != nullptr)
+        gfree(places);
+    places = nullptr;
+}
+
 bool staysinplace(int i) {
     return BRAXsargv[i][0] == '-' || BRAXsargv[i][0] == '.';
 }
@@ -222,7 +221,7 @@ void sortaroundoptions(int low, int high, int key, int bydirs) {
     }
 }
 
-bool samespan(const SPAN &a, const SPAN &b) {
+bool samespan(const NAMEPART &a, const NAMEPART &b) {
     return a.end - a.text == b.end - b.text &&
            memcmp(a.text, b.text, static_cast<size_t>(a.end - a.text)) == 0;
 }
@@ -230,11 +229,11 @@ bool samespan(const SPAN &a, const SPAN &b) {
 // Sorts each run of files with one directory part by itself.
 void sortruns(int start, int last, int key) {
     // The elements move while they are sorted, their texts do not.
-    SPAN current = directorypart(BRAXsargv[0]);
+    NAMEPART current = directorypart(BRAXsargv[0]);
     bool changed = false;
     int runStart = start;
     for (int i = start; i <= last; ++i) {
-        const SPAN directory = directorypart(BRAXsargv[i]);
+        const NAMEPART directory = directorypart(BRAXsargv[i]);
         if (!samespan(directory, current)) {
             BRAX_qsort(runStart, i - 1, key, 0);
             current = directory;

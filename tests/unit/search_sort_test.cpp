@@ -1,11 +1,13 @@
 #include "brax/options.h"
 #include "mem/galloc.h"
 #include "search/argv.h"
+#include "search/natural.h"
 #include "search/sort.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <gtest/gtest.h>
+#include <random>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -137,3 +139,47 @@ TEST_F(Sort, OrderOfEqualElementsFollowsTheRecursiveForm) {
 }
 
 } // namespace
+
+// Long ranges are compared by places found beforehand; they must say what the comparison says.
+TEST(Natural, PlacesAgreeWithTheComparison) {
+    static std::vector<std::string> names;
+    names = {"",
+             "0",
+             "00",
+             "7",
+             "007",
+             "a",
+             "a0",
+             "a00b",
+             std::string(99, '9'),
+             std::string(100, '9'),
+             std::string(120, '0') + "1",
+             "9223372036854775807",
+             "9223372036854775808",
+             "\x80",
+             "\xff"
+             "1",
+             "a\x7f",
+             "a1\xe4",
+             ":",
+             "/9"};
+    std::mt19937 generator(11);
+    for (int i = 0; i < 200; ++i) {
+        std::string name;
+        for (auto length = generator() % 12; length > 0; --length)
+            name += "0019ab/\xfe"[generator() % 8];
+        names.push_back(name);
+    }
+    const int last = static_cast<int>(names.size()) - 1;
+    int32_t *places = naturalplaces(0, last, [](int i) {
+        return NAMEPART{names[static_cast<size_t>(i)].c_str(), nullptr};
+    });
+    ASSERT_NE(places, nullptr);
+    for (int i = 0; i <= last; ++i)
+        for (int j = 0; j <= last; ++j)
+            EXPECT_EQ((places[i] > places[j]) - (places[i] < places[j]),
+                      BRAX_strcmp(names[static_cast<size_t>(i)].c_str(),
+                                  names[static_cast<size_t>(j)].c_str()))
+                << names[static_cast<size_t>(i)] << " and " << names[static_cast<size_t>(j)];
+    gfree(places);
+}

@@ -1,0 +1,157 @@
+// Places are found by sorting keys: texts that compare byte by byte as the parts do in natural
+// order. A key holds every character with its highest bit inverted, so that bytes compare as
+// signed characters do, and for each run of digits the character '0' likewise, the number of
+// bytes that its value takes, and these bytes, the highest first. A key's first eight bytes
+// stand beside it and decide most comparisons.
+#include "search/natural.h"
+
+#include "brax/text.h"
+#include "mem/galloc.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+constexpr int numberBytes = 8;
+constexpr int prefixBytes = 8;
+
+struct SORTKEY {
+    uint64_t prefix; // missing bytes are 0
+    const char *text;
+    int32_t length;
+    int32_t element; // from 0
+};
+
+bool ended(const NAMEPART &part) {
+    return part.text == part.end || *part.text == 0;
+}
+
+int order(int64_t a, int64_t b) {
+    return a > b ? 1 : a < b ? -1 : 0;
+}
+
+// Takes a run of digits off the part; its value, at most INT64_MAX.
+int64_t takenumber(NAMEPART &part) {
+    constexpr int digitLimit = 99;
+    int64_t value = 0;
+    for (int n = 0; n < digitLimit && !ended(part) && isdigitchar(*part.text); ++n, ++part.text) {
+        int64_t next = 0;
+        if (__builtin_mul_overflow(value, 10, &next) ||
+            __builtin_add_overflow(next, *part.text - '0', &next))
+            next = INT64_MAX;
+        value = next;
+    }
+    return value;
+}
+
+char biased(char c) {
+    return static_cast<char>(static_cast<unsigned char>(c) ^ 0x80U);
+}
+
+int64_t partlength(const NAMEPART &part) {
+    return part.end != nullptr ? part.end - part.text : static_cast<int64_t>(strlen(part.text));
+}
+
+// Bytes that the part's key takes at most: a run of one digit takes three, the longest runs
+// take fewer than they have digits.
+int64_t keyroom(const NAMEPART &part) {
+    return 3 * partlength(part);
+}
+
+// Writes the key and returns its end.
+char *writekey(char *key, NAMEPART part) {
+    while (!ended(part)) {
+        if (!isdigitchar(*part.text)) {
+            *key++ = biased(*part.text++);
+            continue;
+        }
+        const auto value = static_cast<uint64_t>(takenumber(part));
+        int bytes = numberBytes;
+        while (bytes > 0 && value >> (8 * (bytes - 1)) == 0)
+            --bytes;
+        *key++ = biased('0');
+        *key++ = static_cast<char>(bytes);
+        while (bytes > 0)
+            *key++ = static_cast<char>(value >> (8 * --bytes) & 0xFF);
+    }
+    return key;
+}
+
+uint64_t prefixof(const char *key, int32_t length) {
+    uint64_t prefix = 0;
+    for (int i = 0; i < prefixBytes; ++i)
+        prefix = prefix << 8 | (i < length ? static_cast<unsigned char>(key[i]) : 0U);
+    return prefix;
+}
+
+int comparekeys(const SORTKEY &a, const SORTKEY &b) {
+    if (a.prefix != b.prefix)
+        return a.prefix < b.prefix ? -1 : 1;
+    const int32_t shorter = std::min(a.length, b.length);
+    const int difference = memcmp(a.text, b.text, static_cast<size_t>(shorter));
+    return difference != 0 ? difference : order(a.length, b.length);
+}
+
+// Fills the keys, whose texts go to `text` one behind the other.
+void makekeys(SORTKEY *keys, char *text, int low, int count, NAMEPART (*part)(int element)) {
+    for (int i = 0; i < count; ++i) {
+        char *end = writekey(text, part(low + i));
+        const auto length = static_cast<int32_t>(end - text);
+        keys[i] = {prefixof(text, length), text, length, i};
+        text = end;
+    }
+}
+
+void numberplaces(int32_t *places, const SORTKEY *keys, int count) {
+    int32_t place = 0;
+    for (int i = 0; i < count; ++i) {
+        if (i > 0 && comparekeys(keys[i - 1], keys[i]) != 0)
+            place = i;
+        places[keys[i].element] = place;
+    }
+}
+
+} // namespace
+
+int naturalorder(NAMEPART a, NAMEPART b) {
+    while (!ended(a) && !ended(b)) {
+        if (isdigitchar(*a.text) && isdigitchar(*b.text)) {
+            const int64_t first = takenumber(a);
+            const int difference = order(first, takenumber(b));
+            if (difference != 0)
+                return difference;
+        } else {
+            if (*a.text != *b.text)
+                return order(charvalue(*a.text), charvalue(*b.text));
+            ++a.text;
+            ++b.text;
+        }
+    }
+    return order(ended(b) ? 1 : 0, ended(a) ? 1 : 0);
+}
+
+int32_t *naturalplaces(int low, int high, NAMEPART (*part)(int element)) {
+    const int count = high - low + 1;
+    int64_t room = 1;
+    for (int i = low; i <= high; ++i)
+        room += keyroom(part(i));
+    auto *places = gallocarray<int32_t>(count);
+    auto *keys = gallocarray<SORTKEY>(count);
+    auto *text = gallocarray<char>(room);
+    const bool possible = places != nullptr && keys != nullptr && text != nullptr;
+    if (possible) {
+        makekeys(keys, text, low, count, part);
+        std::sort(keys, keys + count,
+                  [](const SORTKEY &a, const SORTKEY &b) { return comparekeys(a, b) < 0; });
+        numberplaces(places, keys, count);
+    }
+    for (void *block : {static_cast<void *>(keys), static_cast<void *>(text)}) {
+        if (block != nullptr)
+            gfree(block);
+    }
+    if (possible || places == nullptr)
+        return places;
+    gfree(places);
+    return nullptr;
+}
