@@ -10,30 +10,6 @@ namespace {
 
 constexpr char wildcards[] = "*?#";
 
-// The matcher reports memory that ran out as a mismatch, which would lose members silently.
-// So it gets its blocks promised: true when as many can be had now.
-bool matchercanwork(const char *pattern) {
-    void *blocks = nullptr;
-    int wanted = 8;
-    for (const char *p = pattern; *p != 0; ++p)
-        wanted += strchr(wildcards, *p) != nullptr ? 2 : 0;
-    bool had = true;
-    while (had && wanted-- > 0) {
-        auto *block = gallocarray<void *>(1);
-        had = block != nullptr;
-        if (had) {
-            *block = blocks;
-            blocks = block;
-        }
-    }
-    while (blocks != nullptr) {
-        void *rest = *static_cast<void **>(blocks);
-        gfree(blocks);
-        blocks = rest;
-    }
-    return had;
-}
-
 bool addmember(MEMBERS *members, const char *name) {
     const size_t size = strlen(name) + 1;
     if (size > members->room - members->used) {
@@ -63,7 +39,7 @@ bool addmatching(MEMBERS *members, const char *pattern) {
     if (handle == 0)
         return true;
     SGI_finddata data = {};
-    bool added = matchercanwork(pattern);
+    bool added = true;
     while (added && SGIfindquick(handle, &data) != 0)
         added = !ismember(data.name, pattern) || addmember(members, data.name);
     SGIfindclose(handle);
