@@ -108,7 +108,7 @@ TEST_F(Store, KeepsManyNamesApartInChainOrder) {
     std::vector<_tagsymbol *> symbols;
     for (int i = 0; i < 5000; ++i)
         symbols.push_back(add(("name" + std::to_string(i)).c_str()));
-    for (int i = 0; i < 5000; ++i)
+    for (size_t i = 0; i < symbols.size(); ++i)
         ASSERT_EQ(symfind(table, ("name" + std::to_string(i)).c_str()), symbols[i]) << i;
     size_t seen = 0;
     for (int i = 0; i < SYMBUCKETS; ++i) {
