@@ -39,9 +39,14 @@ inline size_t fulllength(const LINE *line) {
     return line->text.size() + (line->ended ? 1 : 0);
 }
 
+// Whether the text goes up to the line feed, with no zero byte between.
+inline bool reachesend(const LINE *line) {
+    return line->ended && line->text.data()[line->text.size()] == '\n';
+}
+
 // Whether the line begins with its line feed.
 inline bool isemptyline(const LINE *line) {
-    return line->ended && line->text.empty() && *line->text.data() == '\n';
+    return line->text.empty() && reachesend(line);
 }
 
 // White space: blank, tab, line feed, carriage return, form feed, vertical tab.

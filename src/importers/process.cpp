@@ -16,7 +16,7 @@ extern char **environ;
 
 namespace {
 
-constexpr int endingSignals[] = {SIGINT, SIGTERM, SIGHUP, SIGQUIT};
+constexpr int endingSignals[] = {SIGINT, SIGTERM, SIGHUP, SIGQUIT}; // SIGINT first
 constexpr int errorSignals[] = {SIGPIPE, SIGXFSZ};
 
 struct sigaction endingBefore[std::size(endingSignals)];
@@ -102,7 +102,7 @@ void finish() {
         return;
     const bool bySignal = WIFSIGNALED(status) && WTERMSIG(status) == SIGINT;
     const bool byShell = WIFEXITED(status) && WEXITSTATUS(status) == 128 + SIGINT;
-    if ((bySignal || byShell) && noted == 0)
+    if ((bySignal || byShell) && noted == 0 && !isignored(endingBefore[0]))
         noted = SIGINT;
 }
 

@@ -62,7 +62,7 @@ bool findobject(LISTING *listing, LINE *line) {
 // The name goes up to the first ':'; without one the line end belongs to it.
 void readheader(const LINE *line, RECORDS *records) {
     const size_t colon = line->text.find(':');
-    if (colon == std::string_view::npos && line->ended)
+    if (colon == std::string_view::npos && reachesend(line))
         recordbrokenobject(records, line->text);
     else
         recordobject(records, line->text.substr(0, colon));
