@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <dirent.h>
 #include <fcntl.h>
@@ -118,7 +119,10 @@ int64_t emptypass(int top, unsigned *serial) {
 } // namespace
 
 void holdworkdir() {
+    if (held == LOCKALONE)
+        return;
     waitlock(LOCKALONE);
+    atexit(cleanup); // a later batch may end the process with a usage page
 }
 
 void awaitimports() {

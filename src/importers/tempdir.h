@@ -11,6 +11,7 @@ constexpr char TEMPFILE[] = "tvk0001.tmp";  // receives the listing of one objec
 
 // Waits until no other run imports in the current directory, saying on standard error that
 // it waits, and keeps others away from then on. Does nothing when this run does so already.
+// What is left in the temporary directory is removed when the process ends.
 void holdworkdir();
 
 // The same for a run that only reads symbol files: others that only read may go on beside it.

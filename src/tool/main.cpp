@@ -20,6 +20,7 @@
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -99,8 +100,17 @@ IMPORTER importerof(int type) {
     }
 }
 
+// Whether both names lead to one file, however they are spelt.
+bool samefile(const char *a, const char *b) {
+    struct stat first = {};
+    struct stat second = {};
+    return *b != 0 && stat(a, &first) == 0 && stat(b, &second) == 0 &&
+           first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+}
+
 void importsource(const char *source, char *destination, const char *symbolfile) {
-    if (stricmp(source, destination) == 0 || issymbolfile(destination))
+    if (stricmp(source, destination) == 0 || issymbolfile(destination) ||
+        samefile(source, destination))
         destination[0] = 0;
     if (strchr(source, '.') == nullptr) {
         toolsay("tolvik: ERROR: no file extension for '%s'\n", source);
