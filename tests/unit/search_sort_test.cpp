@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <gtest/gtest.h>
+#include <iterator>
 #include <random>
 #include <sstream>
 #include <string>
@@ -115,27 +116,48 @@ TEST_F(Sort, MissingVectorsAndEmptyBatchesAreLeftAlone) {
     EXPECT_EQ(names(), "b a");
 }
 
-// The recursive form of the sort, whose order of equal elements the loop must keep.
-void recursivesort(int low, int high, int key) {
+// The recursive form of the sort on direct comparisons, whose order of equal elements the
+// loop on ranks must keep.
+void recursivesort(int low, int high, int key, int bydirs) {
     if (low >= high)
         return;
-    const int split = BRAX_randpartition(low, high, key, 0);
-    recursivesort(low, split, key);
-    recursivesort(split + 1, high, key);
+    const int split = BRAX_randpartition(low, high, key, bydirs);
+    recursivesort(low, split, key, bydirs);
+    recursivesort(split + 1, high, key, bydirs);
+}
+
+std::string randomname() {
+    static const std::string pieces[] = {"0",   "1",  "00",   "12",   "123456789012345678901234",
+                                         "a",   "Z",  ":",    "/",    "\\",
+                                         ".",   ".c", "\x01", "\x80", "\xFF",
+                                         "lib/"};
+    std::string name;
+    do
+        name += pieces[rand() % std::size(pieces)];
+    while (rand() % 4 != 0);
+    return name;
 }
 
 TEST_F(Sort, OrderOfEqualElementsFollowsTheRecursiveForm) {
-    std::string all;
-    for (int i = 0; i < 3000; ++i)
-        all += std::to_string(i) + (i % 3 == 0 ? ".a " : ".b ");
-    fill(all);
-    srand(1);
-    recursivesort(0, BRAXargnum - 1, 2);
-    const std::string expected = names();
-    fill(all);
-    srand(1);
-    BRAX_qsort(0, BRAXargnum - 1, 2, 0);
-    EXPECT_EQ(names(), expected);
+    srand(7);
+    for (const std::string &common :
+         {std::string(), std::string("deep/down/"), std::string(300, '7')}) {
+        std::string all;
+        for (int i = 0; i < 2000; ++i)
+            all += common + randomname() + " ";
+        for (int key = 0; key <= 8; ++key) {
+            for (int byDirs : {0, 1}) {
+                fill(all);
+                srand(1);
+                recursivesort(3, BRAXargnum - 2, key, byDirs);
+                const std::string expected = names();
+                fill(all);
+                srand(1);
+                BRAX_qsort(3, BRAXargnum - 2, key, byDirs);
+                EXPECT_EQ(names(), expected) << key << " " << byDirs;
+            }
+        }
+    }
 }
 
 } // namespace
