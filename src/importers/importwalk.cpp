@@ -12,6 +12,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -144,7 +145,9 @@ int tvkwalk(const TOOLCHAIN *toolchain, const char *source, const char *symbolfi
 }
 
 bool isimportable(const char *source) {
-    return access(source, R_OK) == 0 && stricmp(filepart(source), TEMPFILE) != 0;
+    struct stat status = {};
+    return access(source, R_OK) == 0 && stat(source, &status) == 0 && S_ISREG(status.st_mode) &&
+           stricmp(filepart(source), TEMPFILE) != 0;
 }
 
 FILE *opendump() {

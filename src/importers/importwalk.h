@@ -23,8 +23,8 @@ struct TOOLCHAIN {
 // Imports a source; see IMPORTER for its arguments and results.
 int tvkwalk(const TOOLCHAIN *toolchain, const char *source, const char *symbolfile);
 
-// Whether a source can be read, and is not the temporary file, which would be dumped into
-// itself.
+// Whether a source is a file that can be read, not a pipe, which would be waited for, and not
+// the temporary file, which would be dumped into itself.
 bool isimportable(const char *source);
 
 // Opens the listing that a dump program wrote into the temporary file of the current
