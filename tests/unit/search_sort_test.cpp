@@ -179,8 +179,7 @@ TEST(Natural, PlacesAgreeWithTheComparison) {
              "9223372036854775807",
              "9223372036854775808",
              "\x80",
-             "\xff"
-             "1",
+             "\xff\x31",
              "a\x7f",
              "a1\xe4",
              ":",
