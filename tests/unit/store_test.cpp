@@ -18,7 +18,7 @@ struct Store : testing::Test {
 
     ~Store() override {
         OPTunderscores = 0;
-        static auto &kept = *new std::vector<TVKINFO *>; // stores live until the process ends
+        static std::vector<TVKINFO *> kept; // stores live until the process ends
         kept.push_back(info);
     }
     _tagsymbol *add(const char *name, SYMTYPE type = TYPE_FUNCTION, int size = 0) {
@@ -106,6 +106,7 @@ TEST_F(Store, FindsWhatWasChainedByHand) {
 
 TEST_F(Store, KeepsManyNamesApartInChainOrder) {
     std::vector<_tagsymbol *> symbols;
+    symbols.reserve(5000);
     for (int i = 0; i < 5000; ++i)
         symbols.push_back(add(("name" + std::to_string(i)).c_str()));
     for (size_t i = 0; i < symbols.size(); ++i)
