@@ -105,6 +105,7 @@ void fuzzinput(const std::string &input) {
     writefile("more", rest[3]);
     std::vector<std::string> arguments = fuzzpieces("tolvik\n" + rest[0], '\n', 64);
     std::vector<char *> argv;
+    argv.reserve(arguments.size() + 1);
     for (std::string &argument : arguments)
         argv.push_back(argument.data());
     argv.push_back(nullptr);
