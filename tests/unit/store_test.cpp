@@ -19,7 +19,7 @@ struct Store : testing::Test {
     ~Store() override {
         OPTunderscores = 0;
         // Stores live until the process ends; a plain array leads to them even then.
-        static TVKINFO *kept[64];
+        [[maybe_unused]] static TVKINFO *volatile kept[64];
         static size_t count = 0;
         kept[count++ % 64] = info;
     }
