@@ -76,7 +76,7 @@ void read(benchmark::State &state, const string &text, PARSER parser) {
     FILE *file = tmpfile();
     fwrite(text.data(), 1, text.size(), file);
     openrecords(records.get(), "/dev/null");
-    for (auto run : state) {
+    for ([[maybe_unused]] auto run : state) {
         rewind(file);
         startlisting(input.get(), file);
         parser(input.get(), "none", records.get());

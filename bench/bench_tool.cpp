@@ -68,7 +68,7 @@ TVKINFO *store() {
 
 // Stores are never freed, so this runs a fixed number of times.
 void loadlines(benchmark::State &run) {
-    for (auto _ : run)
+    for ([[maybe_unused]] auto _ : run)
         benchmark::DoNotOptimize(tvkload(symbolfile()));
     run.SetItemsProcessed(run.iterations() * objects * (namesPerObject * 5 + 3));
 }
@@ -76,30 +76,30 @@ BENCHMARK(loadlines)->Iterations(10)->Unit(benchmark::kMillisecond);
 
 void hashname(benchmark::State &run) {
     const std::string text = name(12345);
-    for (auto _ : run)
+    for ([[maybe_unused]] auto _ : run)
         benchmark::DoNotOptimize(symhash(text.c_str()));
 }
 BENCHMARK(hashname);
 
 void findname(benchmark::State &run) {
-    std::vector<std::string> names;
-    for (int i = 0; i < 1024; ++i)
-        names.push_back(name(below(objects * namesPerObject)));
+    std::vector<std::string> names(1024);
+    for (std::string &wanted : names)
+        wanted = name(below(objects * namesPerObject));
     size_t i = 0;
-    for (auto _ : run)
+    for ([[maybe_unused]] auto _ : run)
         benchmark::DoNotOptimize(symfind(store()->symtable, names[i++ % names.size()].c_str()));
 }
 BENCHMARK(findname);
 
 void closure(benchmark::State &run) {
     _tagsymbol *symbol = symfind(store()->symtable, name(0).c_str());
-    for (auto _ : run)
+    for ([[maybe_unused]] auto _ : run)
         flfree(symneedfiles(symbol, nullptr, INT_MAX, 0));
 }
 BENCHMARK(closure)->Unit(benchmark::kMillisecond);
 
 void totals(benchmark::State &run) {
-    for (auto _ : run) {
+    for ([[maybe_unused]] auto _ : run) {
         GRAPH graph;
         if (!makegraph(&graph, store(), false))
             abort();
@@ -112,7 +112,7 @@ BENCHMARK(totals)->Unit(benchmark::kMillisecond);
 void report(benchmark::State &run, int verbose, const char *symbol) {
     char *symbols[] = {const_cast<char *>(symbol)};
     OPTverbose = verbose;
-    for (auto _ : run)
+    for ([[maybe_unused]] auto _ : run)
         tvkreport("/dev/null", store(), symbols, symbol != nullptr ? 1 : 0, nullptr, 0, 1, 1,
                   symbol != nullptr, INT_MAX);
 }
