@@ -133,7 +133,7 @@ std::string randomname() {
                                          "lib/"};
     std::string name;
     do
-        name += pieces[rand() % std::size(pieces)];
+        name += pieces[static_cast<size_t>(rand()) % std::size(pieces)];
     while (rand() % 4 != 0);
     return name;
 }
