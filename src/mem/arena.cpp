@@ -4,18 +4,32 @@
 
 #include <sys/mman.h>
 
-namespace {
-
 // Blocks, the newest first, each larger than the one before: a small file touches little
 // memory, a large one needs few blocks.
 struct ARENABLOCK {
     ARENABLOCK *previous;
+    size_t bytes;     // of the block
+    size_t nextBytes; // of the one behind it
 };
+
+namespace {
+
+constexpr size_t firstBlockBytes = 32 * 1024;
 constexpr size_t largestBlockBytes = 32 * 1024 * 1024;
-size_t nextBlockBytes = 32 * 1024;
-ARENABLOCK *newest = nullptr;
-char *next = nullptr;
-size_t left = 0;
+
+bool addblock(ARENA *arena, size_t size) {
+    const size_t needed = size + sizeof(ARENABLOCK);
+    const size_t usual = arena->newest != nullptr ? arena->newest->nextBytes : firstBlockBytes;
+    const size_t bytes = needed > usual ? needed : usual;
+    auto *block = static_cast<ARENABLOCK *>(
+        static_cast<void *>(gallocarray<char>(static_cast<int64_t>(bytes))));
+    if (block == nullptr)
+        return false;
+    adviseblock(block, bytes);
+    *block = {arena->newest, bytes, usual < largestBlockBytes ? usual * 2 : usual};
+    *arena = {block, reinterpret_cast<char *>(block + 1), bytes - sizeof(ARENABLOCK)};
+    return true;
+}
 
 } // namespace
 
@@ -36,25 +50,30 @@ void adviseblock(void *block, size_t size) {
 #endif
 }
 
-void *arenaalloc(size_t size) {
+void *arenaalloc(ARENA *arena, size_t size) {
     size = (size + 7) & ~static_cast<size_t>(7);
-    if (size > left) {
-        const size_t needed = size + sizeof(ARENABLOCK);
-        const size_t bytes = needed > nextBlockBytes ? needed : nextBlockBytes;
-        auto *block = static_cast<ARENABLOCK *>(
-            static_cast<void *>(gallocarray<char>(static_cast<int64_t>(bytes))));
-        if (block == nullptr)
-            return nullptr;
-        adviseblock(block, bytes);
-        if (nextBlockBytes < largestBlockBytes)
-            nextBlockBytes *= 2;
-        block->previous = newest;
-        newest = block;
-        next = reinterpret_cast<char *>(block + 1);
-        left = bytes - sizeof(ARENABLOCK);
-    }
-    char *memory = next;
-    next += size;
-    left -= size;
+    if (size > arena->left && !addblock(arena, size))
+        return nullptr;
+    char *memory = arena->next;
+    arena->next += size;
+    arena->left -= size;
     return memory;
+}
+
+bool arenaowns(const ARENA *arena, const void *memory) {
+    const auto address = reinterpret_cast<uintptr_t>(memory);
+    for (const ARENABLOCK *block = arena->newest; block != nullptr; block = block->previous) {
+        if (address - reinterpret_cast<uintptr_t>(block) < block->bytes)
+            return true;
+    }
+    return false;
+}
+
+void arenafree(ARENA *arena) {
+    while (arena->newest != nullptr) {
+        ARENABLOCK *block = arena->newest;
+        arena->newest = block->previous;
+        gfree(block);
+    }
+    *arena = {};
 }

@@ -1,13 +1,28 @@
-// Memory for records that live as long as the process: cut one behind the other from a few
-// large blocks of galloc, never given back.
+// Memory for records that are released all together: cut one behind the other from a few
+// large blocks of galloc.
 #pragma once
 
 #include "mem/galloc.h"
 
 #include <cstddef>
 
+struct ARENABLOCK;
+
+// An arena; an empty one is all zero.
+struct ARENA {
+    ARENABLOCK *newest;
+    char *next;  // the rest of the newest block
+    size_t left; // its bytes
+};
+
 // `size` bytes, not cleared, aligned to 8; null when memory runs out.
-void *arenaalloc(size_t size);
+void *arenaalloc(ARENA *arena, size_t size);
+
+// Whether the memory was handed out by the arena.
+bool arenaowns(const ARENA *arena, const void *memory);
+
+// Gives back all that the arena handed out; it is then empty.
+void arenafree(ARENA *arena);
 
 // Tells the system that a block of `size` bytes will be used all over, so that it maps it at
 // once, or in large pages, and not page by page.

@@ -6,6 +6,7 @@
 namespace {
 
 // Entries that were given back, and the rest of the block that new ones are taken from.
+ARENA arena = {};
 _tagfilelist *spare = nullptr;
 _tagfilelist *fresh = nullptr;
 int64_t freshCount = 0;
@@ -64,8 +65,8 @@ bool push(const _tagsymlist *refers, int level) {
 }
 
 bool newentries(int64_t count) {
-    auto *block =
-        static_cast<_tagfilelist *>(arenaalloc(static_cast<size_t>(count) * sizeof(_tagfilelist)));
+    auto *block = static_cast<_tagfilelist *>(
+        arenaalloc(&arena, static_cast<size_t>(count) * sizeof(_tagfilelist)));
     if (block == nullptr)
         return false;
     fresh = block;
@@ -164,6 +165,22 @@ void flfree(_tagfilelist *list) {
     ++spareCount;
     last->next = spare;
     spare = list;
+}
+
+void closurefree() {
+    while (spare != nullptr) {
+        _tagfilelist *entry = spare;
+        spare = entry->next;
+        if (!arenaowns(&arena, entry))
+            gfree(entry); // it was made by flnew
+    }
+    fresh = nullptr;
+    freshCount = spareCount = 0;
+    arenafree(&arena);
+    if (stack.frames != nullptr)
+        gfree(stack.frames);
+    stack = {nullptr, 0, 0};
+    failed = false;
 }
 
 bool closurefailed() {

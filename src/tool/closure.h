@@ -15,11 +15,14 @@ _tagfilelist *symneedfiles(_tagsymbol *symbol, _tagfilelist *list, int limit, in
 // Makes sure that a closure of `files` files needs no more memory; false when there is none.
 bool closurereserve(int64_t files);
 
-// Whether memory ran out in a closure since the process began.
+// Whether memory ran out in a closure since the process began, or since closurefree.
 bool closurefailed();
 
 // Gives a whole closure of symneedfiles back for later ones; null is ignored.
 void flfree(_tagfilelist *list);
+
+// Releases what closures keep for later ones. Every list of symneedfiles becomes invalid.
+void closurefree();
 
 // Sums saturate at the ends of 32 bits.
 int32_t saturated(int64_t sum);

@@ -40,6 +40,7 @@ struct LINES {
 // buffer of lines.
 struct LOAD {
     TVKINFO *info;
+    ARENA *arena; // of the store
     _tagfile *file;
     bool outOfMemory;
     int count;
@@ -123,7 +124,7 @@ void readnumber(LINE line, int32_t *value) {
 // A copy in the store's memory; null, and the load marked, when there is none.
 char *keep(LOAD *load, const char *text, const char *end) {
     const auto length = static_cast<size_t>(end - text);
-    auto *copy = static_cast<char *>(arenaalloc(length + 1));
+    auto *copy = static_cast<char *>(arenaalloc(load->arena, length + 1));
     if (copy == nullptr) {
         load->outOfMemory = true;
         return nullptr;
@@ -138,7 +139,7 @@ void readheader(LOAD *load, LINE line) {
     const char *nameEnd = findchar(line, ']');
     LINE library = {nameEnd, line.end};
     const char *libraryEnd = pass(&library, "][") ? findchar(library, ']') : library.text;
-    auto *file = static_cast<_tagfile *>(arenaalloc(sizeof(_tagfile)));
+    auto *file = static_cast<_tagfile *>(arenaalloc(load->arena, sizeof(_tagfile)));
     char *ownName = keep(load, line.text, nameEnd);
     char *ownLibrary = keep(load, library.text, libraryEnd);
     if (file == nullptr || load->outOfMemory) {
@@ -172,7 +173,7 @@ void enterall(LOAD *load) {
     if (load->count == 0)
         return;
     auto *nodes = static_cast<_tagsymlist *>(
-        arenaalloc(static_cast<size_t>(load->count) * sizeof(_tagsymlist)));
+        arenaalloc(load->arena, static_cast<size_t>(load->count) * sizeof(_tagsymlist)));
     if (nodes == nullptr || !symenterall(load->info->symtable, load->entries, load->count)) {
         load->outOfMemory = true;
         return;
@@ -278,16 +279,14 @@ void readlines(LOAD *load, LINES *lines) {
     }
 }
 
-// Closes the file and says what went wrong, if anything did; what was loaded is then out of
-// reach and stays until the process ends, as a store does.
+// Closes the file and says what went wrong, if anything did; what was loaded is then released.
 TVKINFO *endload(LINES *lines, const LOAD *load, const char *path) {
     gclose(lines->file);
     if (lines->buffer != nullptr)
         gfree(lines->buffer);
     if (!load->outOfMemory && !lines->failed)
         return load->info;
-    if (load->info != nullptr)
-        gfree(load->info);
+    tvkfree(load->info);
     toolsay(load->outOfMemory ? "tolvik: ERROR: out of memory reading '%s'\n"
                               : "tolvik: ERROR: could not read '%s'\n",
             path);
@@ -303,6 +302,7 @@ TVKINFO *tvkload(const char *path) {
         return nullptr;
     LOAD load;
     load.info = cinew();
+    load.arena = load.info != nullptr ? symarena(load.info->symtable) : nullptr;
     load.file = nullptr;
     load.count = 0;
     lines.buffer = galloclarge<char>(BUFFERSIZE + SPAREBYTES);

@@ -15,6 +15,6 @@
 
 #include "tool/store.h"
 
-// A new store with everything that the file describes, or null: without a message when the
-// file cannot be opened, with an error message when it cannot be read or memory runs out.
+// A new store, for tvkfree, with everything that the file describes, or null: without a message
+// when the file cannot be opened, with an error message when it cannot be read or memory runs out.
 TVKINFO *tvkload(const char *path);

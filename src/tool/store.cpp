@@ -24,6 +24,7 @@ struct SYMTABLE {
     _tagsymlist buckets[SYMBUCKETS];
     _tagsymbol *heads[SYMBUCKETS];
     SYMTABLE *previous; // made before this one
+    ARENA arena;        // of the records that do not come one by one
     INDEXSLOT *slots;
     uint64_t capacity;
     uint64_t used;
@@ -218,10 +219,10 @@ _tagsymbol *candidate(const SYMTABLE *table, uint64_t hash) {
     return table->slots[i].symbol;
 }
 
-_tagsymbol *newsymbol(const SYMENTRY &entry) {
+_tagsymbol *newsymbol(ARENA *arena, const SYMENTRY &entry) {
     const size_t length = static_cast<size_t>(entry.length);
     // The name stands right behind its record: whoever looks at one soon looks at the other.
-    auto *symbol = static_cast<_tagsymbol *>(arenaalloc(sizeof(_tagsymbol) + length + 1));
+    auto *symbol = static_cast<_tagsymbol *>(arenaalloc(arena, sizeof(_tagsymbol) + length + 1));
     if (symbol == nullptr)
         return nullptr;
     char *copy = reinterpret_cast<char *>(symbol + 1);
@@ -229,6 +230,42 @@ _tagsymbol *newsymbol(const SYMENTRY &entry) {
     copy[length] = 0;
     *symbol = {copy, entry.type, entry.scope, entry.size, entry.length, nullptr, nullptr, 0, 0};
     return symbol;
+}
+
+// Gives back a block unless the arena holds it, which is released as a whole.
+void release(const ARENA &arena, void *block) {
+    if (block != nullptr && !arenaowns(&arena, block))
+        gfree(block);
+}
+
+void releasenodes(const ARENA &arena, _tagsymlist *node) {
+    while (node != nullptr) {
+        _tagsymlist *next = node->next;
+        release(arena, node);
+        node = next;
+    }
+}
+
+void releasefiles(const ARENA &arena, _tagfile *file) {
+    while (file != nullptr) {
+        _tagfile *next = file->next;
+        releasenodes(arena, file->defines);
+        releasenodes(arena, file->refers);
+        release(arena, file->name);
+        release(arena, file->library);
+        release(arena, file->source);
+        release(arena, file);
+        file = next;
+    }
+}
+
+void releasesymbols(const ARENA &arena, _tagsymbol *symbol) {
+    while (symbol != nullptr) {
+        _tagsymbol *next = symbol->next;
+        release(arena, symbol->name);
+        release(arena, symbol);
+        symbol = next;
+    }
 }
 
 } // namespace
@@ -248,6 +285,21 @@ TVKINFO *cinew() {
     tables = table;
     *info = {table->buckets, nullptr};
     return info;
+}
+
+void tvkfree(TVKINFO *info) {
+    SYMTABLE *table = info != nullptr ? tableof(info->symtable) : nullptr;
+    if (table == nullptr)
+        return;
+    releasefiles(table->arena, info->files);
+    for (const _tagsymlist &bucket : table->buckets)
+        releasesymbols(table->arena, bucket.symbol);
+    SYMTABLE **link = &tables;
+    while (*link != table)
+        link = &(*link)->previous;
+    *link = table->previous;
+    arenafree(&table->arena);
+    discard(table->slots, table, info);
 }
 
 _tagfile *finew(const char *name, const char *library) {
@@ -314,12 +366,18 @@ void symprepare(const _tagsymlist *table, SYMENTRY *entry) {
     __builtin_prefetch(&index->slots[entry->hash & (index->capacity - 1)]);
 }
 
+ARENA *symarena(_tagsymlist *table) {
+    return &reinterpret_cast<SYMTABLE *>(table)->arena;
+}
+
 bool symenterall(_tagsymlist *table, SYMENTRY *entries, int count) {
     SYMTABLE *index = reinterpret_cast<SYMTABLE *>(table);
     for (int i = 0; i < count; ++i) {
         entries[i].symbol = candidate(index, entries[i].hash);
         __builtin_prefetch(entries[i].symbol);
-        __builtin_prefetch(reinterpret_cast<const char *>(entries[i].symbol) + 63);
+        // The record's end; the address is a number, for there may be no symbol to count from.
+        const auto end = reinterpret_cast<uintptr_t>(entries[i].symbol) + 63;
+        __builtin_prefetch(reinterpret_cast<const void *>(end));
     }
     for (int i = 0; i < count; ++i) {
         SYMENTRY &entry = entries[i];
@@ -330,7 +388,7 @@ bool symenterall(_tagsymlist *table, SYMENTRY *entries, int count) {
             merge(entry.symbol, entry.type, entry.scope, entry.size);
             continue;
         }
-        entry.symbol = newsymbol(entry);
+        entry.symbol = newsymbol(&index->arena, entry);
         if (entry.symbol == nullptr || !insert(table, index, entry.symbol, entry.hash))
             return false;
     }

@@ -8,8 +8,8 @@
 //   a name in one step whatever the chain's length.
 // - Lists are built at the front, so they hold their items in reverse order of insertion.
 //
-// Records are plain memory of galloc. The store is filled once and lives until the process
-// ends.
+// Records are plain memory of galloc. The store is filled once. A run keeps its store until it
+// ends; whoever uses several releases each with tvkfree.
 #pragma once
 
 #include <bit>
@@ -21,6 +21,7 @@ constexpr int SYMBUCKETS = 256;
 enum SYMTYPE : int32_t { TYPE_UNKNOWN = 0, TYPE_FUNCTION = 1, TYPE_DATA = 2 };
 enum SYMSCOPE : int32_t { SCOPE_UNKNOWN = 0, SCOPE_GLOBAL = 1, SCOPE_LOCAL = 2 };
 
+struct ARENA;
 struct _tagfile;
 
 struct _tagsymbol {
@@ -74,6 +75,11 @@ struct TVKINFO {
 
 // A new empty store; null when memory runs out.
 TVKINFO *cinew();
+
+// Releases a store of cinew or tvkload and everything that is in it then: the symbols of its
+// buckets, the files of its list, their nodes and texts. Null is ignored. Closures of its files
+// become invalid and may only be given to flfree.
+void tvkfree(TVKINFO *info);
 
 // A new file record with copies of both texts, the rest empty; the caller sets `next`. Null
 // when memory runs out.
@@ -132,7 +138,10 @@ struct SYMENTRY {
 // Strips and hashes the entry's name and begins to fetch its place in the index.
 void symprepare(const _tagsymlist *table, SYMENTRY *entry);
 
+// Where the table's store keeps records that are made by the thousands; released with it.
+ARENA *symarena(_tagsymlist *table);
+
 // What symnew and symadd do, for `count` prepared entries, in order: the waits for memory
-// overlap, and the records come from the arena. Each entry gets its symbol; false when
+// overlap, and the records come from the table's arena. Each entry gets its symbol; false when
 // memory runs out.
 bool symenterall(_tagsymlist *table, SYMENTRY *entries, int count);

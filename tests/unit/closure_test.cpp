@@ -69,6 +69,8 @@ TEST(Closure, ListsFilesDepthFirstWhereFirstReached) {
 }
 
 TEST(Closure, GoesOnWithListsOfAnyOrigin) {
+    closurefree();
+    const int held = galloccount;
     MAP map(4);
     map.refer(1, 2);
     map.refer(1, 0);
@@ -83,9 +85,10 @@ TEST(Closure, GoesOnWithListsOfAnyOrigin) {
     EXPECT_EQ(symneedfiles(&map.symbols[2], other, 9, 5), other);
     EXPECT_EQ(shown(other), "1@0[1] 0@1[0] 2@1[2] 3@5[3] ");
     EXPECT_EQ(symneedfiles(&unknown, byHand, 9, 0), byHand);
-    byHand->next = nullptr;
-    gfree(byHand);
+    flfree(byHand);
     flfree(other);
+    closurefree();
+    EXPECT_EQ(galloccount, held);
 }
 
 // The sums of all files at once are those of the closures, with groups of files that reach

@@ -3,7 +3,6 @@
 #include "tool/loader.h"
 
 #include <gtest/gtest.h>
-#include <vector>
 
 namespace {
 
@@ -28,11 +27,11 @@ string shown(const TVKINFO *info) {
 }
 
 string loaded(const string &bytes) {
-    static auto &kept = *new std::vector<TVKINFO *>; // stores live until the process ends
     TREE::makefile("symbols.tvk", bytes);
-    kept.push_back(tvkload("symbols.tvk"));
-    const TVKINFO *info = kept.back();
-    return info != nullptr ? shown(info) : "nothing";
+    TVKINFO *info = tvkload("symbols.tvk");
+    const string text = info != nullptr ? shown(info) : "nothing";
+    tvkfree(info);
+    return text;
 }
 
 TEST(Loader, ReadsRecords) {

@@ -29,13 +29,13 @@ struct OBJECT {
     string name, library, source;
     bool hasSource = false;
     int date = 0, size = 0;
-    std::deque<SYMBOL *> defines, refers; // newest first
+    std::vector<SYMBOL *> defines, refers; // newest first
 };
 struct STORE {
     std::deque<SYMBOL> symbols;
     std::deque<OBJECT> objects;
-    std::deque<SYMBOL *> buckets[256]; // newest first
-    std::vector<OBJECT *> files;       // newest first
+    std::vector<SYMBOL *> buckets[256]; // newest first
+    std::vector<OBJECT *> files;        // newest first
 };
 struct ENTRY {
     OBJECT *file;
@@ -97,7 +97,8 @@ inline SYMBOL *add(STORE &store, string name, int type, int scope, int size) {
         return found;
     }
     store.symbols.push_back({name, type, scope, size, nullptr});
-    store.buckets[hash(name)].push_front(&store.symbols.back());
+    auto &bucket = store.buckets[hash(name)];
+    bucket.insert(bucket.begin(), &store.symbols.back());
     return &store.symbols.back();
 }
 
@@ -136,7 +137,7 @@ inline void define(STORE &store, OBJECT *file, string rest) {
     }
     SYMBOL *symbol = add(store, name, type, scope, size);
     symbol->file = file;
-    file->defines.push_front(symbol);
+    file->defines.insert(file->defines.begin(), symbol);
 }
 
 constexpr const char *blanks = " \t\n\v\f\r";
@@ -167,7 +168,8 @@ inline void header(STORE &store, const string &line) {
 inline void load(STORE &store, const string &bytes) {
     for (size_t at = 0; at < bytes.size();) {
         const size_t feed = bytes.find('\n', at);
-        const size_t length = std::min({feed - at + 1, bytes.size() - at, size_t{255}});
+        const size_t end = feed == string::npos ? bytes.size() : feed + 1;
+        const size_t length = std::min(end - at, size_t{255});
         string line = bytes.substr(at, length).c_str(); // a zero byte ends it
         at += length;
         OBJECT *file = store.files.empty() ? nullptr : store.files.front();
@@ -182,8 +184,8 @@ inline void load(STORE &store, const string &bytes) {
         else if (take(&line, "define="))
             define(store, file, line);
         else if (take(&line, "refer="))
-            file->refers.push_front(
-                add(store, line.substr(0, line.find_first_of(blanks)), 0, 1, 0));
+            file->refers.insert(file->refers.begin(),
+                                add(store, line.substr(0, line.find_first_of(blanks)), 0, 1, 0));
     }
 }
 

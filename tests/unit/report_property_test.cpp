@@ -3,6 +3,8 @@
 #include "plain_store.h"
 #include "search_tree.h"
 
+#include "mem/galloc.h"
+#include "tool/closure.h"
 #include "tool/loader.h"
 #include "tool/report.h"
 
@@ -187,16 +189,17 @@ void setoptions() {
 }
 
 TEST(ReportProperty, SameAsDoneThePlainWay) {
-    static auto &stores = *new std::vector<TVKINFO *>; // stores live until the process ends
     const TREE tree;
+    closurefree();
+    const int held = galloccount;
     for (unsigned seed = 0; seed < 400 && !HasFailure(); ++seed) {
         generator.seed(seed);
         const TEXTS names = makenames();
         const string bytes = makefile(names);
         TREE::makefile("symbols.tvk", bytes);
         OPTunderscores = static_cast<int>(below(2));
-        stores.push_back(tvkload("symbols.tvk"));
-        ASSERT_NE(stores.back(), nullptr);
+        TVKINFO *info = tvkload("symbols.tvk");
+        ASSERT_NE(info, nullptr);
         plain::STORE expected;
         plain::load(expected, bytes);
         for (int i = 0; i < 8 && !HasFailure(); ++i) {
@@ -204,11 +207,14 @@ TEST(ReportProperty, SameAsDoneThePlainWay) {
             plain::REQUEST r = makerequest(names);
             string messages;
             string expectedMessages;
-            const string seen = reported(stores.back(), r, &messages);
+            const string seen = reported(info, r, &messages);
             ASSERT_EQ(seen, plain::report(expected, r, &expectedMessages))
                 << "seed " << seed << " request " << i << ": " << describe(r);
             EXPECT_EQ(messages, expectedMessages);
         }
+        tvkfree(info);
+        closurefree();
+        EXPECT_EQ(galloccount, held) << "seed " << seed;
     }
     OPTverbose = 2;
     OPThtml = 0;

@@ -7,7 +7,6 @@
 #include <climits>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <vector>
 
 namespace {
 
@@ -32,13 +31,12 @@ struct Report : testing::Test {
     TVKINFO *info = nullptr;
 
     Report() {
-        static auto &kept = *new std::vector<TVKINFO *>; // stores live until the process ends
         TREE::makefile("p.tvk", product);
         info = tvkload("p.tvk");
-        kept.push_back(info);
         postheader = "\n";
     }
     ~Report() override {
+        tvkfree(info);
         OPTverbose = 2;
         OPThtml = 0;
         OPTsourcelinkprefix[0] = 0;

@@ -1,3 +1,4 @@
+#include "mem/arena.h"
 #include "mem/galloc.h"
 #include "tool/closure.h"
 #include "tool/options.h"
@@ -13,15 +14,14 @@ namespace {
 using std::string;
 
 struct Store : testing::Test {
+    int blocks = galloccount;
     TVKINFO *info = cinew();
     _tagsymlist *table = info->symtable;
 
     ~Store() override {
         OPTunderscores = 0;
-        // Stores live until the process ends; a plain array leads to them even then.
-        [[maybe_unused]] static TVKINFO *volatile kept[64];
-        static size_t count = 0;
-        kept[count++ % 64] = info;
+        tvkfree(info);
+        EXPECT_EQ(galloccount, blocks);
     }
     _tagsymbol *add(const char *name, SYMTYPE type = TYPE_FUNCTION, int size = 0) {
         return symadd(table, symnew(name, type, SCOPE_GLOBAL, size));
@@ -104,6 +104,26 @@ TEST_F(Store, FindsWhatWasChainedByHand) {
     EXPECT_EQ(symfind(table, "alone"), nullptr);
     gfree(alone->name);
     gfree(alone);
+}
+
+// The loader's records come from an arena, all others are blocks of their own.
+TEST_F(Store, ReleasesRecordsOfAnyOrigin) {
+    TVKINFO *other = cinew();
+    _tagfile *file = info->files = finew("a.o", "core");
+    file->next = finew("b.o", "");
+    file->source = galloctext("a.c");
+    file->defines = slnew();
+    file->defines->symbol = add("a");
+    char line[] = "b,c.......";
+    SYMENTRY entry = {line, 1, 0, TYPE_UNKNOWN, SCOPE_GLOBAL, nullptr, 0};
+    symprepare(table, &entry);
+    ASSERT_TRUE(symenterall(table, &entry, 1));
+    file->refers = static_cast<_tagsymlist *>(arenaalloc(symarena(table), sizeof(_tagsymlist)));
+    *file->refers = {entry.symbol, slnew()};
+    file->refers->next->symbol = add("c");
+    tvkfree(nullptr);
+    tvkfree(other);
+    EXPECT_EQ(symfind(table, "b"), entry.symbol) << "only the other one was released";
 }
 
 TEST_F(Store, KeepsManyNamesApartInChainOrder) {
