@@ -113,11 +113,16 @@ double noiseof(double steps) {
     return std::min(0.5, 1e-9 + steps * 4 * std::numeric_limits<double>::epsilon());
 }
 
+// Where so many steps lead; none lead nowhere, even when they are infinite.
+double stepped(double start, double steps, double step) {
+    return steps == 0 ? start : start + steps * step;
+}
+
 // Where whole steps lead from one end toward the other, never beyond it.
 double gridpoint(double from, double to, double step) {
     const double steps = (to - from) / step;
     const double whole = std::floor(steps + noiseof(std::fabs(steps)));
-    return whole > steps ? to : from + whole * step;
+    return whole > steps ? to : stepped(from, whole, step);
 }
 
 // The number of values from start to end, both included.
@@ -169,7 +174,7 @@ double candidateof(const RANGER *ranger, double value, int mode) {
     const double k = mode == 0   ? std::round(steps)
                      : lowerStep ? std::floor(steps)
                                  : std::floor(steps + 0.999999999);
-    return std::clamp(ranger->start + k * ranger->step, ranger->low, ranger->high);
+    return std::clamp(stepped(ranger->start, k, ranger->step), ranger->low, ranger->high);
 }
 
 double distanceof(double candidate, double value, int mode) {
@@ -246,7 +251,8 @@ int RANGER_getrangelet(RANGER *ranger) {
 // Values are counted from the element's start, so that the noise of many steps does not add
 // up, and none lies beyond its end.
 int RANGER_next(RANGER *ranger, double *value) {
-    *value = ranger->current;
+    const double last = ranger->current;
+    *value = last;
     if (ranger->failed != 0)
         return 0;
     if (--ranger->remaining >= 0) {
@@ -262,6 +268,7 @@ int RANGER_next(RANGER *ranger, double *value) {
     ranger->remaining = 0;
     if (RANGER_getrangelet(ranger) == 0) {
         ranger->remaining = 0;
+        ranger->current = last;
         return 0;
     }
     --ranger->remaining;

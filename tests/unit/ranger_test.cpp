@@ -88,6 +88,12 @@ TEST_F(Ranger, StopsAtWhatItCannotRead) {
         EXPECT_EQ(count, 1) << text;
         EXPECT_EQ(RANGER_closest(ranger, 9, 0), 1) << text;
         EXPECT_EQ(ranger->failed, 1) << text;
+        ranger->failed = 0;
+        double value = 0;
+        while (RANGER_next(ranger, &value) != 0) {
+        }
+        EXPECT_EQ(RANGER_next(ranger, &value), 0) << text;
+        EXPECT_EQ(value, 1) << text << ": the last value is kept";
         RANGER_close(ranger);
         testing::internal::GetCapturedStdout();
     }
@@ -97,6 +103,7 @@ TEST_F(Ranger, EndsWhenAStepDoesNotMove) {
     EXPECT_EQ(valuesof("1e17..2e17,7"), (std::vector<double>{1e17, 7}));
     EXPECT_EQ(valuesof("1..2+=1e-300,7"), (std::vector<double>{1, 7}));
     EXPECT_EQ(valuesof("0..inf+=inf,7"), (std::vector<double>{0, 7}));
+    EXPECT_EQ(valuesof("..10+=inf,2+=inf"), (std::vector<double>{10, 2}));
     EXPECT_EQ(valuesof("-inf..inf"), std::vector<double>{-infinity});
     EXPECT_EQ(valuesof("inf..nan,nan..1").size(), 2U);
     EXPECT_EQ(valuesof("9007199254740990..9007199254740999").size(), 3U);
@@ -148,6 +155,7 @@ TEST_F(Ranger, FindsTheClosestValue) {
         {"1,3,7", 5, 7, 3, 7},
         {"4..6,5..9", 5, 5, 5, 5},
         {"", 5, 0, 0, 0},
+        {"2..5+=inf", 2.5, 2, 2, 0},
         {"1..3", std::nan(""), 0, 0, 0},
     };
     for (const auto &c : cases) {
