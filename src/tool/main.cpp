@@ -15,9 +15,11 @@
 #include "tool/report.h"
 #include "tool/usage.h"
 
+#include <cerrno>
 #include <climits>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -47,18 +49,30 @@ void holdstandardstreams() {
     }
 }
 
-// An importer creates the symbol file anew by appending to it.
-void removeoldfile(const char *symbolfile) {
+// What was lost on the way to standard output was most likely all that the run was for: the
+// help, the history.
+void checkstandardoutput() {
+    if (fflush(stdout) != 0 || ferror(stdout) != 0)
+        toolsay("tolvik: ERROR: could not write to standard output\n");
+}
+
+// An importer creates the symbol file anew by appending to it. False when the old one stays.
+bool removeoldfile(const char *symbolfile) {
     if (OPTappend != 0 || access(symbolfile, F_OK) != 0)
-        return;
+        return true;
     if (OPTverbose > 1)
         toolsay("tolvik: WARNING: removing existing file '%s'\n", symbolfile);
-    unlink(symbolfile);
+    if (unlink(symbolfile) == 0 || errno == ENOENT)
+        return true;
+    toolsay("tolvik: ERROR: could not remove '%s'\n", symbolfile);
+    return false;
 }
 
 // Names the symbol file of the batch and tells whether it is reported on. False when the
-// name is too long; the batch's sources are then skipped.
+// name is too long or the old file cannot be removed; the batch's sources are then skipped,
+// and it is not reported on.
 bool choosesymbolfile(char *symbolfile, int *report) {
+    char chosen[SYMBOLFILESIZE];
     const char *source = BRAXsargv[0];
     const char *destination = BRAXdargv[0];
     const bool loaded = issymbolfile(source);
@@ -74,13 +88,14 @@ bool choosesymbolfile(char *symbolfile, int *report) {
         toolsay("tolvik: ERROR: symbol file name too long for '%.40s...'\n", name);
         return false;
     }
-    copytext(symbolfile, name, length, SYMBOLFILESIZE);
-    copytext(symbolfile + length, added, SYMBOLFILESIZE - length);
-    *report = builtonly ? 0 : 1;
-    if (!loaded) {
+    copytext(chosen, name, length, SYMBOLFILESIZE);
+    copytext(chosen + length, added, SYMBOLFILESIZE - length);
+    if (!loaded)
         holdworkdir();
-        removeoldfile(symbolfile);
-    }
+    if (!loaded && !removeoldfile(chosen))
+        return false;
+    copytext(symbolfile, chosen, SYMBOLFILESIZE);
+    *report = builtonly ? 0 : 1;
     return true;
 }
 
@@ -154,6 +169,7 @@ int main(int argc, char *argv[]) {
     holdstandardstreams();
     // A file that grows past the limit then shows as a write error, which is told.
     signal(SIGXFSZ, SIG_IGN);
+    atexit(checkstandardoutput);
     BRAX_init(BRAX_reset, BRAX_usage, BRAX_opt, BRAX_history);
     while (more) {
         more = BRAX_parse(argc, argv, "tolvik", TextVersion);

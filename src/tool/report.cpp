@@ -27,10 +27,12 @@ bool endreport(FILE *out, const char *reportfile, bool whole) {
     if (written && whole)
         return true;
     const char *reason = written ? "out of memory writing" : "could not write";
-    if (out == stdout)
+    if (out == stdout) {
         toolsay("tolvik: ERROR: %s the report to standard output\n", reason);
-    else
+        clearerr(stdout); // it is told
+    } else {
         toolsay("tolvik: ERROR: %s the report '%s'\n", reason, reportfile);
+    }
     if (removable)
         unlink(reportfile);
     return false;
