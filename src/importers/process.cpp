@@ -18,18 +18,19 @@ namespace {
 
 constexpr int endingSignals[] = {SIGINT, SIGTERM, SIGHUP, SIGQUIT}; // SIGINT first
 constexpr int errorSignals[] = {SIGPIPE, SIGXFSZ};
+constexpr int terminalSignals[] = {SIGTTIN, SIGTTOU};
 
 struct sigaction endingBefore[std::size(endingSignals)];
 struct sigaction errorBefore[std::size(errorSignals)];
 volatile sig_atomic_t noted = 0;   // the signal that ends the run
-volatile sig_atomic_t running = 0; // process id of the program, while there is one
+volatile sig_atomic_t running = 0; // process group of the program, while there is one
 
-// The program must end too when the signal was sent to this process alone.
+// The program must end too, with all that it started: a shell's own programs, a script's.
 void notesignal(int signal) {
     const int before = errno;
     noted = signal;
     if (running > 0)
-        kill(running, signal);
+        kill(-running, signal);
     errno = before;
 }
 
@@ -37,33 +38,36 @@ bool isignored(const struct sigaction &action) {
     return (action.sa_flags & SA_SIGINFO) == 0 && action.sa_handler == SIG_IGN;
 }
 
-sigset_t setof(const int *signals, size_t count) {
-    sigset_t set;
-    sigemptyset(&set);
+void addsignals(sigset_t *set, const int *signals, size_t count) {
     for (size_t i = 0; i < count; ++i)
-        sigaddset(&set, signals[i]);
-    return set;
+        sigaddset(set, signals[i]);
 }
 
-// What the program gets: the signal mask from before, and its own way with the signals that
-// are errors to us.
-void setattributes(posix_spawnattr_t *attributes, const sigset_t *mask) {
+// What the program gets: the signal mask from before, its own way with the signals that are
+// errors to us, and a process group of its own, to which notesignal passes on also what the
+// terminal sends to ours. Out of the terminal's reach it may still write there, and a read
+// fails; neither stops it, for nobody would let it go on.
+void setattributes(posix_spawnattr_t *attributes, const sigset_t *before) {
     sigset_t defaults;
+    sigset_t mask = *before;
+    addsignals(&mask, terminalSignals, std::size(terminalSignals));
     sigemptyset(&defaults);
     for (size_t i = 0; i < std::size(errorSignals); ++i) {
         if (!isignored(errorBefore[i]))
             sigaddset(&defaults, errorSignals[i]);
     }
     posix_spawnattr_setsigdefault(attributes, &defaults);
-    posix_spawnattr_setsigmask(attributes, mask);
-    posix_spawnattr_setflags(attributes, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
+    posix_spawnattr_setsigmask(attributes, &mask);
+    posix_spawnattr_setpgroup(attributes, 0);
+    posix_spawnattr_setflags(attributes, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK |
+                                             POSIX_SPAWN_SETPGROUP);
 }
 
 // Starts a program, whose process id is then in `running`; false when it cannot be started.
 bool start(const char *program, char *const *words, const char *output) {
     posix_spawn_file_actions_t actions;
     posix_spawnattr_t attributes;
-    const sigset_t ending = setof(endingSignals, std::size(endingSignals));
+    sigset_t ending;
     sigset_t before;
     pid_t process = 0;
     if (posix_spawn_file_actions_init(&actions) != 0)
@@ -72,6 +76,8 @@ bool start(const char *program, char *const *words, const char *output) {
         posix_spawn_file_actions_destroy(&actions);
         return false;
     }
+    sigemptyset(&ending);
+    addsignals(&ending, endingSignals, std::size(endingSignals));
     // No signal comes between the start and our knowing about it.
     sigprocmask(SIG_BLOCK, &ending, &before);
     setattributes(&attributes, &before);
@@ -88,9 +94,9 @@ bool start(const char *program, char *const *words, const char *output) {
     return started;
 }
 
-// Waits for the program. It keeps its process id, to which a signal may be passed on, until
-// it is known to have ended.
-void finish() {
+// Waits for the program; false when it failed. It keeps its process id, to which a signal may
+// be passed on, until it is known to have ended.
+bool finish() {
     const pid_t process = running;
     siginfo_t info = {};
     int status = 0;
@@ -99,11 +105,12 @@ void finish() {
         continue;
     running = 0;
     if (waitpid(process, &status, 0) != process)
-        return;
+        return false;
     const bool bySignal = WIFSIGNALED(status) && WTERMSIG(status) == SIGINT;
     const bool byShell = WIFEXITED(status) && WEXITSTATUS(status) == 128 + SIGINT;
     if ((bySignal || byShell) && noted == 0 && !isignored(endingBefore[0]))
         noted = SIGINT;
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
 } // namespace
@@ -140,11 +147,11 @@ bool interrupted() {
     return noted != 0;
 }
 
-void runcommand(const char *command) {
+bool runcommand(const char *command) {
     PLAINCOMMAND plain;
     fflush(stdout);
     if (interrupted())
-        return;
+        return false;
     bool started =
         plaincommand(&plain, command) && start(plain.words[0], plain.words, plain.output);
     if (!started) {
@@ -153,6 +160,5 @@ void runcommand(const char *command) {
         char *words[] = {shell, option, const_cast<char *>(command), nullptr};
         started = start("/bin/sh", words, nullptr);
     }
-    if (started)
-        finish();
+    return started && finish();
 }

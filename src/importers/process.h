@@ -15,5 +15,6 @@ bool interrupted();
 // Runs a command of makecommand as `system` would, with standard output flushed before.
 // A command that is plain (see plaincommand) is run without a shell in between, which
 // doubles the speed of an import; the shell gets it only when that fails, so that the
-// messages are the shell's. Does nothing once interrupted().
-void runcommand(const char *command);
+// messages are the shell's. Does nothing once interrupted(). Whether the program ended with
+// status 0; of a pipe, this is the last program's.
+bool runcommand(const char *command);

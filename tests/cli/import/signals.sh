@@ -25,6 +25,22 @@ done
 export STUB_SAY_DUMP='case $last in b.o) kill -INT $$ ;; esac'
 ended 130 -tgc lib.a=all.tvk
 ended 130 -tgc B.o=all.tvk
+# A pipe and a script end with all that they started.
+export STUB_SAY_DUMP='echo $$ >"$STATE/pid"
+kill -TERM "$(cut -d " " -f 4 /proc/$PPID/stat)"
+sleep 60 & echo $! >>"$STATE/pid"; wait'
+rm all.tvk
+run -tsgi a.o=all.tvk
+expect_status 143
+expect_files B.o a.o lib.a
+while read -r pid; do
+    tries=100
+    while [ $tries != 0 ] && grep -q '^State:.[^Z]' "/proc/$pid/status" 2>/dev/null; do
+        sleep 0.05
+        tries=$((tries - 1))
+    done
+    [ $tries != 0 ] || fail "process $pid goes on"
+done <"$STATE/pid"
 unset STUB_SAY_DUMP
 run -tgc lib.a=all.tvk
 [ "$(grep -c ^size all.tvk)" = 2 ] || fail "the next run is not whole"
