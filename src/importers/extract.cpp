@@ -1,7 +1,8 @@
 // An extractor that runs inside the temporary directory looks for a relative library there,
 // by the name that its command line gives. So the library is shown under that very name while
 // it runs: as a link, or as a copy when the library may have a member of its own name, which
-// an extractor would write through a link.
+// an extractor would write through a link. When it wrote that member over the copy, which it may
+// not have read to its end, it runs once more on the library itself.
 #include "importers/extract.h"
 
 #include "brax/text.h"
@@ -36,6 +37,9 @@ bool mayhold(const char *path, std::string_view word) {
     return found || word.empty() || got < 0;
 }
 
+// The date of a copy, which it has as long as nobody writes it.
+constexpr timespec copyDates[2] = {{0, 0}, {0, 0}};
+
 bool copyfile(const char *to, const char *from) {
     char buffer[65536];
     const int input = open(from, O_RDONLY | O_CLOEXEC);
@@ -46,6 +50,7 @@ bool copyfile(const char *to, const char *from) {
         whole = write(output, buffer, static_cast<size_t>(got)) == got;
     if (input >= 0)
         close(input);
+    whole = whole && futimens(output, copyDates) == 0;
     return (output < 0 || close(output) == 0) && whole && got == 0;
 }
 
@@ -60,6 +65,12 @@ bool makeway(const char *shown, const char *library, char *target, size_t size) 
             return false;
     }
     return appendtext(target, library, size);
+}
+
+// Whether the shown name is neither the link nor the copy any more.
+bool iswrittenover(const char *shown) {
+    struct stat status = {};
+    return lstat(shown, &status) != 0 || (S_ISREG(status.st_mode) && status.st_mtime != 0);
 }
 
 // Shows the library under that relative name in the current, the temporary, directory.
@@ -89,9 +100,18 @@ void runextractor(const char *command) {
     runcommand(command);
 }
 
+void extractagain(const TOOLCHAIN *toolchain, const char *library) {
+    char command[COMMANDSIZE];
+    char way[BRAXFIELDSIZE + 8] = "../";
+    if (!interrupted() && appendtext(way, library, sizeof way) &&
+        makecommand(command, toolchain->extract, way, ""))
+        runextractor(command);
+}
+
 // Runs the extractor in the temporary directory, which is the current one. False when the
 // library cannot be shown there.
-bool extractinside(const char *command, const char *library, bool prefixed) {
+bool extractinside(const TOOLCHAIN *toolchain, const char *command, const char *library,
+                   bool prefixed) {
     char shown[BRAXFIELDSIZE + 2];
     if (*library == '/') {
         runextractor(command);
@@ -101,6 +121,8 @@ bool extractinside(const char *command, const char *library, bool prefixed) {
     const bool reached = showlibrary(shown, library);
     if (reached)
         runextractor(command);
+    if (reached && iswrittenover(shown))
+        extractagain(toolchain, library);
     hidelibrary(shown);
     return reached;
 }
@@ -121,7 +143,7 @@ bool extractlibrary(const TOOLCHAIN *toolchain, const char *library, const SGI_p
     if (chdir(TEMPDIRECTORY) != 0)
         return !toolchain->mustEnter;
     const bool prefixed = extract[strlen(extract) - 1] == '\\';
-    const bool extracted = extractinside(command, library, prefixed);
+    const bool extracted = extractinside(toolchain, command, library, prefixed);
     SGIreturn(home);
     return extracted;
 }

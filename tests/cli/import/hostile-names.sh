@@ -39,7 +39,7 @@ rm -rf ./* && mkdir "$STATE/bin" dir
 printf '#!/bin/sh\nexec cat "$2"\n' >"$STATE/bin/gc-objdump"
 chmod +x "$STATE/bin/gc-objdump"
 PATH=$STATE/bin:/usr/bin:/bin
-echo member >own.a
+head -c 1000000 /dev/zero >own.a
 printf '\n1\n\nSYMBOL TABLE:\n' >pad.o
 ar -rc dir/own.a own.a pad.o
 mv dir/own.a .
