@@ -2,6 +2,7 @@
 
 #include "brax/text.h"
 #include "importers/command.h"
+#include "importers/dumpfile.h"
 #include "importers/extract.h"
 #include "importers/lowered.h"
 #include "importers/members.h"
@@ -10,7 +11,6 @@
 #include "tool/options.h"
 #include "tool/paths.h"
 
-#include <cerrno>
 #include <cstring>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -24,6 +24,7 @@ struct IMPORT {
     char directory[BRAXFIELDSIZE]; // of a single object as its source names it
     SGI_place home;                // the working directory
     RECORDS records;
+    bool dumped; // whether the dump program of the current object did not fail
 };
 
 bool islibrary(const TOOLCHAIN *toolchain, const char *source) {
@@ -31,23 +32,42 @@ bool islibrary(const TOOLCHAIN *toolchain, const char *source) {
     return extension != nullptr && stricmp(extension, toolchain->libraryExtension) == 0;
 }
 
-// Runs the dump program on the object and opens its listing; null when there is none. *object
-// becomes the name that the object has afterwards.
-FILE *dump(const IMPORT *import, LOWERED *lowered, const char **object) {
+// Runs the dump program and opens its listing; null when there is none.
+FILE *rundump(IMPORT *import, const char *name) {
     char command[COMMANDSIZE];
-    fflush(stdout); // while nothing of ours stands in the user's directory
-    if (import->library)
-        lowermember(lowered, *object);
-    else
-        lowerobject(lowered, *object, import->directory, &import->home);
-    FILE *file = nullptr;
-    if (removedump() && makecommand(command, import->toolchain->dump, dumpname(lowered, *object),
-                                    import->toolchain->dumpEnd)) {
-        runcommand(command);
-        file = opendump();
-    }
-    *object = unlower(lowered, *object);
+    if (!makecommand(command, import->toolchain->dump, name, import->toolchain->dumpEnd))
+        return nullptr;
+    import->dumped = runcommand(command);
+    return opendump();
+}
+
+// The listing of a member, which may get another name, in *lowered.
+FILE *dumpmember(IMPORT *import, LOWERED *lowered, const char **member) {
+    lowermember(lowered, *member);
+    FILE *file = removedump() ? rundump(import, dumpname(lowered, *member)) : nullptr;
+    *member = unlower(lowered, *member);
     return file;
+}
+
+// The listing of an object in a user's directory.
+FILE *dumpobject(IMPORT *import, LOWERED *lowered, const char *object) {
+    FILE *file = nullptr;
+    fflush(stdout); // while nothing of ours stands in the user's directory
+    if (lowerobject(lowered, object, import->directory, &import->home)) {
+        file = rundump(import, dumpname(lowered, object));
+        unlower(lowered, object);
+    }
+    return file;
+}
+
+// Says what is wrong with the dump of an object.
+void judgedump(const IMPORT *import, FILE *file, const char *shown) {
+    if (!import->dumped)
+        toolsay("tolvik: ERROR: the dump of '%s' failed\n", shown);
+    if (file == nullptr)
+        toolsay("tolvik: ERROR: couldn't open temp file for reading\n");
+    else if (import->dumped)
+        warnempty(file, shown);
 }
 
 // Appends the record of an object in the current directory. False when the walk ends here.
@@ -60,12 +80,13 @@ bool importobject(IMPORT *import, const char *object) {
     recordobject(&import->records, shown);
     if (OPTverbose > 1)
         printf("tolvik: extracting symbols from %s\n", shown);
-    FILE *file = dump(import, &lowered, &object);
-    if (file == nullptr) {
-        if (!interrupted())
-            toolsay("tolvik: ERROR: couldn't open temp file for reading\n");
+    import->dumped = true;
+    FILE *file = import->library ? dumpmember(import, &lowered, &object)
+                                 : dumpobject(import, &lowered, object);
+    if (!interrupted())
+        judgedump(import, file, shown);
+    if (file == nullptr)
         return false;
-    }
     startlisting(&listing, file);
     import->toolchain->parse(&listing, object, &import->records);
     fclose(file);
@@ -78,16 +99,15 @@ bool importobject(IMPORT *import, const char *object) {
 // The objects that match the pattern in a directory, seen from home. 0 when memory runs out.
 int walkobjects(IMPORT *import, const char *directory, const char *pattern) {
     MEMBERS members = {};
-    if (chdir(directory) != 0) {
-        removedump();
+    if (chdir(directory) != 0)
         return 1;
-    }
     const bool listed = listmembers(&members, pattern);
     const char *object = nextmember(&members, nullptr);
     while (object != nullptr && !interrupted() && importobject(import, object))
         object = nextmember(&members, object);
     freemembers(&members);
-    removedump();
+    if (import->library)
+        removedump();
     SGIreturn(&import->home);
     if (!listed)
         toolsay("tolvik: ERROR: out of memory reading '%s'\n", import->source);
@@ -150,10 +170,8 @@ bool isimportable(const char *source) {
            stricmp(filepart(source), TEMPFILE) != 0;
 }
 
-FILE *opendump() {
-    return fopen(TEMPFILE, "re");
-}
-
-bool removedump() {
-    return unlink(TEMPFILE) == 0 || errno == ENOENT;
+void warnempty(FILE *listing, const char *shown) {
+    struct stat status = {};
+    if (fstat(fileno(listing), &status) == 0 && status.st_size == 0)
+        toolsay("tolvik: WARNING: the dump of '%s' is empty\n", shown);
 }

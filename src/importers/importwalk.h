@@ -27,10 +27,5 @@ int tvkwalk(const TOOLCHAIN *toolchain, const char *source, const char *symbolfi
 // the temporary file, which would be dumped into itself.
 bool isimportable(const char *source);
 
-// Opens the listing that a dump program wrote into the temporary file of the current
-// directory; null when there is none.
-FILE *opendump();
-
-// Makes sure that no listing of an earlier object is left in the temporary file. False when
-// that is not possible.
-bool removedump();
+// Says it when the program that dumped an object has printed nothing.
+void warnempty(FILE *listing, const char *shown);

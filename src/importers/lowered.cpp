@@ -1,10 +1,12 @@
 #include "importers/lowered.h"
 
 #include "brax/text.h"
+#include "importers/dumpfile.h"
 #include "importers/tempdir.h"
 
 #include <cstdio>
 #include <cstring>
+#include <string_view>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -29,6 +31,27 @@ bool setlowered(LOWERED *lowered, const char *object) {
     lowertext(lowered->name);
     lowered->way = LOWERSAME;
     return strcmp(lowered->name, object) == 0 || samefile(lowered->name, object);
+}
+
+// Whether the name is a link with that very text.
+bool islinkto(const char *name, const char *target) {
+    char text[BRAXFIELDSIZE + 8];
+    const ssize_t length = readlink(name, text, sizeof text);
+    return length > 0 && std::string_view(text, static_cast<size_t>(length)) == target;
+}
+
+// Lets the lowered name lead to the object beside it; false when another file has that name.
+// Our links name their targets as nobody else does, so that one that a killed run left is known
+// and goes with this run.
+bool linkbeside(LOWERED *lowered, const char *object) {
+    char target[BRAXFIELDSIZE + 8] = ".//./";
+    const bool leads = setlowered(lowered, object);
+    if (!appendtext(target, object, sizeof target))
+        return leads;
+    if (leads && !islinkto(lowered->name, target))
+        return true;
+    lowered->way = LOWERLINKED;
+    return leads || symlink(target, lowered->name) == 0;
 }
 
 // Lets two members change names, by way of a third name.
@@ -76,14 +99,15 @@ void lowermember(LOWERED *lowered, const char *object) {
         lowered->way = rename(object, lowered->name) == 0 ? LOWERRENAMED : LOWERNONE;
 }
 
-void lowerobject(LOWERED *lowered, const char *object, const char *directory,
+// Only who has the listing's name in a directory makes and removes links there.
+bool lowerobject(LOWERED *lowered, const char *object, const char *directory,
                  const SGI_place *home) {
-    if (setlowered(lowered, object))
-        return;
-    if (symlink(object, lowered->name) == 0)
-        lowered->way = LOWERLINKED;
-    else
-        lowered->way = linkprivately(lowered, object, directory, home) ? LOWERPRIVATE : LOWERNONE;
+    const bool claimed = claimdump();
+    if (claimed && linkbeside(lowered, object))
+        return true;
+    setlowered(lowered, object);
+    lowered->way = linkprivately(lowered, object, directory, home) ? LOWERPRIVATE : LOWERNONE;
+    return claimed || lowered->way == LOWERPRIVATE;
 }
 
 const char *dumpname(const LOWERED *lowered, const char *object) {
@@ -101,5 +125,6 @@ const char *unlower(LOWERED *lowered, const char *object) {
         SGIreturn(&lowered->directory);
         SGIforgetplace(&lowered->directory);
     }
+    letgodump(false);
     return object;
 }

@@ -25,15 +25,17 @@ struct LOWERED {
 // renamed.
 void lowermember(LOWERED *lowered, const char *object);
 
-// For an object in the current directory, which is the user's: nothing is touched there. When
-// the lower-case name is another file, the link goes into the temporary directory of `home`,
-// from where the object is `directory` (empty or with its last separator) and `object`.
-void lowerobject(LOWERED *lowered, const char *object, const char *directory,
+// For an object in the current directory, which is the user's: nothing of the user's is touched
+// there. The listing and a link are made beside the object, or, where either has no place, in the
+// temporary directory of `home`, from where the object is `directory` (empty or with its last
+// separator) and `object`. False, with nothing to put back, when neither is possible.
+bool lowerobject(LOWERED *lowered, const char *object, const char *directory,
                  const SGI_place *home);
 
 // The name to dump the object by.
 const char *dumpname(const LOWERED *lowered, const char *object);
 
-// Puts back what the two above did, except LOWERRENAMED. The object's directory is the
-// current one again. Returns the name that the object has now.
+// Puts back what the two above did, except LOWERRENAMED, and removes the listing beside a user's
+// object. The object's directory is the current one again. Returns the name that the object has
+// now.
 const char *unlower(LOWERED *lowered, const char *object);

@@ -7,11 +7,13 @@
 //     [5]   printf  0x00000000  0    GLOB  OBJECT  UNDEF
 //     index name    value       size binding type section
 #include "importers/command.h"
+#include "importers/dumpfile.h"
 #include "importers/importers.h"
 #include "importers/importwalk.h"
 #include "importers/parsers.h"
 #include "importers/process.h"
 #include "importers/tempdir.h"
+#include "tool/options.h"
 
 namespace {
 
@@ -79,7 +81,7 @@ int readlisting(FILE *file, const char *symbolfile) {
     sgiparse(&listing, &records);
     const bool whole = closerecords(&records, interrupted());
     fclose(file);
-    removedump();
+    letgodump(false);
     return whole ? 1 : 0;
 }
 
@@ -111,13 +113,16 @@ int sgitvk(const char *source, const char *symbolfile) {
     holdworkdir();
     beginimport();
     int result = 0;
-    if (removedump()) {
+    if (claimdump()) {
         runcommand(command);
         FILE *file = interrupted() ? nullptr : opendump();
+        if (file != nullptr)
+            warnempty(file, source);
         result = file != nullptr ? readlisting(file, symbolfile) : 0;
+        letgodump(file != nullptr); // without a symbol file the listing stays
+    } else {
+        toolsay("tolvik: ERROR: '%s' is in the way or cannot be made\n", TEMPFILE);
     }
-    if (interrupted())
-        removedump();
     endimport();
     return result;
 }

@@ -16,45 +16,92 @@ END
 expect_status 0
 expect_files a.o b.o lib.a
 
-# A temporary file that cannot be written ends the walk behind the header line.
-mkdir tvk0001.tmp
-run -tgc a.o=all.tvk
+# What has the temporary file's name is the user's, and stays; the listing goes elsewhere. With no
+# place at all the walk ends behind the header line.
+echo mine >tvk0001.tmp
+run -tgc -v1 a.o=all.tvk
+expect_err </dev/null
+expect_file all.tvk <<END
+[a.o]
+$record
+END
+: >tvk0000
+run -tgc -v1 a.o=all.tvk
 expect_err <<'END'
 tolvik: ERROR: couldn't open temp file for reading
 END
 expect_file all.tvk <<'END'
 [a.o]
 END
-rmdir tvk0001.tmp
+run -tsgi -v1 a.o=all.tvk
+expect_err <<'END'
+tolvik: ERROR: 'tvk0001.tmp' is in the way or cannot be made
+tolvik: ERROR reading symbols from 'a.o'
+END
+expect_file tvk0001.tmp <<'END'
+mine
+END
+rm tvk0000 tvk0001.tmp
+
+# What a killed run left is ours, known by the sticky bit and by the link's text.
+mkdir left
+cp a.o left/B.o
+ln -s .//./B.o left/b.o
+: >left/tvk0001.tmp
+chmod 1600 left/tvk0001.tmp
+run -tgc -v1 left/B.o=all.tvk
+expect_err </dev/null
+[ "$(ls left)" = B.o ] || fail "left: $(ls left)"
+[ "$(grep -c ^size all.tvk)" = 1 ] || fail "not read beside a killed run's files"
+rm -r all.tvk left
 
 # A program that is missing: the shell says so. One that writes its own file leaves none.
 (
     PATH=$STATE:/usr/bin:/bin
     run -tgc a.o=all.tvk
     expect_err <<'END'
-tolvik: WARNING: removing existing file 'all.tvk'
 sh: 1: gc-objdump: not found
+tolvik: ERROR: the dump of 'a.o' failed
 END
-    run -tpc a.o=all.tvk
-    expect_has err "tolvik: ERROR: couldn't open temp file for reading"
+    run -tpc -v1 a.o=all.tvk
+    expect_err <<'END'
+sh: 1: dumpbin: not found
+tolvik: ERROR: the dump of 'a.o' failed
+tolvik: ERROR: couldn't open temp file for reading
+END
     expect_file all.tvk <<'END'
 [a.o]
 END
     run -tsgi a.o=sgi.tvk
+    expect_err <<'END'
+sh: 1: elfdump: not found
+tolvik: WARNING: the dump of 'a.o' is empty
+END
     expect_files a.o all.tvk b.o lib.a sgi.tvk
 )
 
-# A dump that fails does not get the listing before it.
-STUB_SAY_DUMP='case $last in b.o) exit 1 ;; esac'
-export STUB_SAY_DUMP
-run -tgc lib.a=all.tvk
-expect_file all.tvk <<END
+# A dump that fails, is killed or prints nothing does not get the listing before it.
+said() { case $1 in 0) echo "WARNING: the dump of 'b.o' is empty" ;; *) echo "ERROR: the dump of 'b.o' failed" ;; esac }
+for end in 'exit 1' 'kill -9 $$' 'exit 0'; do
+    export STUB_SAY_DUMP="case \$last in b.o) $end ;; esac"
+    run -tgc -v1 lib.a=all.tvk
+    said "${end#exit }" | sed 's/^/tolvik: /' >"$STATE/said"
+    expect_err <"$STATE/said"
+    expect_file all.tvk <<END
 [a.o]
 $record
 [b.o]
 size=0
 
 END
+done
+unset STUB_SAY_DUMP
+
+# One line of 10 MB and bytes of every value are read past.
+export STUB_SAY_DUMP='case $last in b.o) head -c 10000000 /dev/zero | tr "\\0" x; exec head -c 100000 "$TOLVIK" ;; esac'
+run -tgc -v1 lib.a=all.tvk
+expect_err </dev/null
+[ "$(grep -c ^size= all.tvk)" = 2 ] || fail "a record is missing behind a strange listing"
 unset STUB_SAY_DUMP
 
 # A temporary directory that cannot be made.
@@ -71,6 +118,15 @@ run -tgc lib.a=all.tvk
 expect_has err "tolvik: ERROR reading symbols from 'lib.a'"
 [ -f elsewhere/keep ] || fail "cleanup followed a link"
 rm -r tvk0000 elsewhere
+
+# An old symbol file that cannot be removed is neither touched nor reported on.
+mkdir old.tvk
+run -tgc -v1 old.o=old.tvk ';' -v1 old.o
+expect_err <<'END'
+tolvik: ERROR: could not remove 'old.tvk'
+tolvik: ERROR: could not remove 'old.tvk'
+END
+rmdir old.tvk
 
 # A symbol file that cannot be opened, or not be written whole.
 run -tgc a.o=none/all.tvk

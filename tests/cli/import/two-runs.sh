@@ -53,6 +53,22 @@ DEFINED IN
 
 END
 
+# From two directories on one object: the second run leaves what the first one has there alone.
+mkdir one two obj
+cp a.o obj/A.o
+(
+    cd one
+    start -tgc ../obj/A.o=all.tvk
+    cd ../two
+    run -tgc -v1 ../obj/A.o=all.tvk
+    expect_err </dev/null
+    [ "$(ls ../obj)" = "$(printf 'A.o\na.o\ntvk0001.tmp')" ] || fail "during: $(ls ../obj)"
+    echo go >"$STATE/go"
+    wait
+)
+[ "$(ls obj)" = A.o ] || fail "afterwards: $(ls obj)"
+grep -q '^size=4' one/all.tvk && cmp one/all.tvk two/all.tvk || fail "not both whole"
+
 # A run that does neither leaves the directory of the running one alone.
 mkdir tvk0000
 (
