@@ -94,18 +94,23 @@ void hidelibrary(char *shown) {
     }
 }
 
-void runextractor(const char *command) {
+bool runextractor(const char *command) {
     if (OPTverbose > 3)
         printf("system(%s)\n", command);
-    runcommand(command);
+    return runcommand(command);
 }
 
-void extractagain(const TOOLCHAIN *toolchain, const char *library) {
+bool extractagain(const TOOLCHAIN *toolchain, const char *library) {
     char command[COMMANDSIZE];
     char way[BRAXFIELDSIZE + 8] = "../";
-    if (!interrupted() && appendtext(way, library, sizeof way) &&
-        makecommand(command, toolchain->extract, way, ""))
-        runextractor(command);
+    return !interrupted() && appendtext(way, library, sizeof way) &&
+           makecommand(command, toolchain->extract, way, "") && runextractor(command);
+}
+
+// What was extracted before a failure is imported all the same.
+void judgeextractor(bool succeeded, const char *library) {
+    if (!succeeded && !interrupted())
+        toolsay("tolvik: ERROR: extracting files from '%s' failed\n", library);
 }
 
 // Runs the extractor in the temporary directory, which is the current one. False when the
@@ -114,15 +119,16 @@ bool extractinside(const TOOLCHAIN *toolchain, const char *command, const char *
                    bool prefixed) {
     char shown[BRAXFIELDSIZE + 2];
     if (*library == '/') {
-        runextractor(command);
+        judgeextractor(runextractor(command), library);
         return true;
     }
     snprintf(shown, sizeof shown, "%s%s", prefixed ? ".." : "", library);
     const bool reached = showlibrary(shown, library);
-    if (reached)
-        runextractor(command);
-    if (reached && iswrittenover(shown))
-        extractagain(toolchain, library);
+    if (reached) {
+        const bool succeeded = runextractor(command);
+        judgeextractor(iswrittenover(shown) ? extractagain(toolchain, library) : succeeded,
+                       library);
+    }
     hidelibrary(shown);
     return reached;
 }
@@ -137,7 +143,7 @@ bool extractlibrary(const TOOLCHAIN *toolchain, const char *library, const SGI_p
     if (!makecommand(command, extract, library, "") || mkdir(TEMPDIRECTORY, 0744) != 0)
         return false;
     if (!toolchain->extractInside) {
-        runextractor(command);
+        judgeextractor(runextractor(command), library);
         return true;
     }
     if (chdir(TEMPDIRECTORY) != 0)

@@ -81,12 +81,14 @@ END
 )
 
 # A dump that fails, is killed or prints nothing does not get the listing before it.
-said() { case $1 in 0) echo "WARNING: the dump of 'b.o' is empty" ;; *) echo "ERROR: the dump of 'b.o' failed" ;; esac }
 for end in 'exit 1' 'kill -9 $$' 'exit 0'; do
     export STUB_SAY_DUMP="case \$last in b.o) $end ;; esac"
     run -tgc -v1 lib.a=all.tvk
-    said "${end#exit }" | sed 's/^/tolvik: /' >"$STATE/said"
-    expect_err <"$STATE/said"
+    case $end in
+    'exit 0') expect_has err "tolvik: WARNING: the dump of 'b.o' is empty" ;;
+    *) expect_has err "tolvik: ERROR: the dump of 'b.o' failed" ;;
+    esac
+    [ "$(wc -l <"$STATE/err")" = 1 ] || fail "$end: not one message"
     expect_file all.tvk <<END
 [a.o]
 $record
@@ -96,6 +98,13 @@ size=0
 END
 done
 unset STUB_SAY_DUMP
+
+# An extractor that is killed.
+STUB_SAY_EXTRACT='kill -9 $$' run -tgc -v1 lib.a=all.tvk
+expect_err <<'END'
+tolvik: ERROR: extracting files from 'lib.a' failed
+END
+expect_file all.tvk </dev/null
 
 # One line of 10 MB and bytes of every value are read past.
 export STUB_SAY_DUMP='case $last in b.o) head -c 10000000 /dev/zero | tr "\\0" x; exec head -c 100000 "$TOLVIK" ;; esac'
