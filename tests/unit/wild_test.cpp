@@ -203,7 +203,10 @@ TEST_F(Wild, FailsBeyondItsLimits) {
     EXPECT_EQ(matched(WILD_match, "a", "*", "x*[0" + index.substr(2)), "-x");
     EXPECT_EQ(matched(WILD_matchpath, "a/" + full, "*/*", "*/*"), "+a/" + full);
     EXPECT_EQ(matched(WILD_matchpath, "a/" + over, "*/a*", "x"), "-");
-    EXPECT_EQ(matched(WILD_matchpath, "a/b", "*/*", "*/" + over), "-");
+    for (const char *tail : {"x", "?[0]", "*[0]", "*[0][..]", "?[0][9]", "##########"})
+        EXPECT_EQ(matched(WILD_matchpath, "a/bcd", "*/?*", "*/" + over.substr(1) + tail), "-")
+            << tail;
+    EXPECT_EQ(matched(WILD_icmatchpath, "a/b", "*/*", "*/" + over), "-");
     EXPECT_EQ(matched(WILD_matchpath, "a/" + full, "*/*", "**[0]b"), "-");
 }
 
@@ -262,7 +265,9 @@ TEST_F(Wild, FailsWithoutMemoryForTheRules) {
             for (void *block : ballast)
                 gfree(block);
         }
-        _exit(matched(WILD_match, "1-2", "#-#", "##")[0] == '+' ? failures : 98);
+        const bool built = matched(WILD_match, "1-2", "#-#", "##")[0] == '+';
+        WILD_deletemathrules();
+        exit(built ? failures : 98);
     };
     EXPECT_EXIT(starve(), testing::ExitedWithCode(4), "");
     GTEST_FLAG_SET(death_test_style, "fast");
