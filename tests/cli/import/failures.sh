@@ -16,6 +16,18 @@ END
 expect_status 0
 expect_files a.o b.o lib.a
 
+# Sources that cannot be read; root reads every file.
+mkdir d.o
+mkfifo p.o
+bad='none.o d.o p.o'
+[ "$(id -u)" = 0 ] || bad="$bad u.o"
+: >u.o
+chmod 0 u.o
+run -tgc -v1 $bad
+printf "tolvik: ERROR reading symbols from '%s'\n" $bad >"$STATE/said"
+expect_err <"$STATE/said"
+rm -rf d.o p.o u.o
+
 # What has the temporary file's name is the user's, and stays; the listing goes elsewhere. With no
 # place at all the walk ends behind the header line.
 echo mine >tvk0001.tmp
@@ -52,7 +64,11 @@ chmod 1600 left/tvk0001.tmp
 run -tgc -v1 left/B.o=all.tvk
 expect_err </dev/null
 [ "$(ls left)" = B.o ] || fail "left: $(ls left)"
-[ "$(grep -c ^size all.tvk)" = 1 ] || fail "not read beside a killed run's files"
+chmod 555 left # where nothing can be made
+run -tgc -v1 -append left/B.o=all.tvk
+expect_err </dev/null
+chmod 755 left
+[ "$(grep -c ^size all.tvk)" = 2 ] || fail "not read beside a killed run's files"
 rm -r all.tvk left
 
 # A program that is missing: the shell says so. One that writes its own file leaves none.
