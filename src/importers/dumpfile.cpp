@@ -18,14 +18,9 @@ constexpr timespec untouched[2] = {{0, 0}, {0, 0}};
 
 int claimed = -1; // the file, locked
 
-// The file that has the name; made when there is none. -1 when that is not one of ours.
-int openown() {
-    struct stat status = {};
-    int file = open(TEMPFILE, O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, ownMode);
-    if (file >= 0 || errno != EEXIST || lstat(TEMPFILE, &status) != 0 || !S_ISREG(status.st_mode) ||
-        (status.st_mode & S_ISVTX) == 0 || status.st_nlink != 1 || status.st_uid != geteuid())
-        return file;
-    return open(TEMPFILE, O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+// -1, with errno EEXIST, when something has the name.
+int make() {
+    return open(TEMPFILE, O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, ownMode);
 }
 
 // Whether nobody else holds the file, which still has the name. Where a file system has no locks
@@ -39,13 +34,32 @@ bool hold(int file) {
            own.st_ino == named.st_ino;
 }
 
-} // namespace
-
-bool claimdump() {
-    const int file = openown();
+// Removes what a killed run left; false when that is not what has the name. The file is not used
+// again, for a program of that run may still be writing into it.
+bool removeleftover() {
+    struct stat status = {};
+    if (lstat(TEMPFILE, &status) != 0 || !S_ISREG(status.st_mode) ||
+        (status.st_mode & S_ISVTX) == 0 || status.st_nlink != 1 || status.st_uid != geteuid())
+        return false;
+    const int file = open(TEMPFILE, O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
     if (file < 0)
         return false;
-    if (!hold(file) || ftruncate(file, 0) != 0 || futimens(file, untouched) != 0) {
+    const bool removed = hold(file) && unlink(TEMPFILE) == 0;
+    close(file);
+    return removed;
+}
+
+} // namespace
+
+// Between the making and the locking another run may take the file for a leftover, and has it
+// then.
+bool claimdump() {
+    int file = make();
+    if (file < 0 && errno == EEXIST && removeleftover())
+        file = make();
+    if (file < 0)
+        return false;
+    if (!hold(file) || futimens(file, untouched) != 0) {
         close(file);
         return false;
     }

@@ -6,13 +6,13 @@
 #include <cstdio>
 
 // Makes the file in the current directory, which is a user's, and keeps other runs away from it
-// until letgodump. What a killed run left, which shows as ours by its sticky bit, is taken
-// over. False when something else has the name, another run is using it or no file can be
+// until letgodump. What a killed run left, which shows as ours by its sticky bit, is replaced.
+// False when something else has the name, another run is using it or no file can be
 // made; nothing is changed then.
 bool claimdump();
 
 // Removes the file, whatever the dump program made of it, unless it is to stay; the next run
-// will take it over. Does nothing without a claim.
+// will replace it. Does nothing without a claim.
 void letgodump(bool stay);
 
 // Makes sure that no listing of an earlier member is left in the current directory, which is the
