@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <gtest/gtest.h>
+#include <iterator>
 #include <random>
 #include <string>
 #include <unistd.h>
@@ -13,86 +14,42 @@ namespace {
 
 struct GENERATOR {
     std::mt19937 random;
-    std::string text;
 
-    unsigned pick(unsigned count) {
-        return static_cast<unsigned>(random()) % count;
+    unsigned pick(size_t count) {
+        return static_cast<unsigned>(random() % count);
     }
-    void put(const std::string &more) {
-        text += more;
-    }
-    void put(unsigned value) {
-        text += std::to_string(value);
-    }
-    void number() {
-        put(pick(1000));
-        if (pick(2) == 0) {
-            put(".");
-            put(pick(100000));
+    // Letters of a form: E an expression, O an operand, N a number, I an integer above 0.
+    std::string made(const char *form, int depth) {
+        std::string text;
+        for (; *form != 0; ++form) {
+            if (*form == 'E')
+                text += expression(depth - 1);
+            else if (*form == 'O')
+                text += operand(depth - 1);
+            else if (*form == 'N')
+                text += std::to_string(pick(1000)) + made(pick(2) == 0 ? ".I" : "", 0);
+            else if (*form == 'I')
+                text += std::to_string(pick(9999) + 1);
+            else
+                text += *form;
         }
+        return text;
     }
-    void call(int depth) {
-        const char *functions[] = {"int(", "sin(", "cos(", "sqrt(1+", "exp(-1*"};
-        const unsigned which = pick(5);
-        put(functions[which]);
-        const size_t start = text.size();
-        put("(");
-        expression(depth - 1);
-        put(")");
-        if (which >= 3)
-            text += text.substr(start).insert(0, 1, '*');
-        put(")");
-    }
-    void pair(int depth, const char *operation) {
-        put("(");
-        expression(depth - 1);
-        put(operation);
-        expression(depth - 1);
-        put(")");
-    }
-    void operand(int depth) {
-        const char *names[] = {"width", "height", "depth", "e"};
-        const char *comparisons[] = {" < ", "<=", ">", ">=", "==", " != ", "&&", "||"};
-        switch (depth <= 0 ? pick(3) : pick(9)) {
-        case 0:
-            return put(names[pick(4)]);
-        case 1:
-        case 2:
-            return number();
-        case 3:
-            return call(depth);
-        case 4:
-            return pair(depth, comparisons[pick(8)]);
-        case 5:
-            pair(depth, " ? ");
-            text.back() = ':';
-            put("e)");
-            return;
-        case 6:
-            put("(-");
-            operand(depth - 1);
-            return put(")");
-        case 7: // negative dividends differ
-            put("(");
-            put(pick(1000));
-            put("%");
-            put(pick(50) + 1);
-            return put(")");
-        default:
-            return pair(depth, "+");
-        }
+    std::string operand(int depth) {
+        const char *forms[] = {"width",     "height",   "depth",    "e",        "N",
+                               "N",         "N",        "int((E))", "sin((E))", "cos(E)",
+                               "sqrt(1+N)", "exp(0-N)", "(E < E)",  "(E<=E)",   "(E>E)",
+                               "(E>=E)",    "(E==E)",   "(E != E)", "(E&&E)",   "(E||E)",
+                               "(E ? E:e)", "(-O)",     "(I%I)",    "(E+E)"};
+        return made(forms[pick(depth <= 0 ? 7 : std::size(forms))], depth);
     }
     // Divisors are never 0: awk gives up where the evaluator keeps the dividend.
-    void expression(int depth) {
-        operand(depth);
-        for (unsigned more = pick(4); more > 0; --more) {
-            const char operation = "+-*/"[pick(4)];
-            text.append(pick(2), ' ').append(1, operation).append(pick(2), ' ');
-            if (operation == '/')
-                put(pick(99) + 1);
-            else
-                operand(depth - 1);
-        }
+    std::string expression(int depth) {
+        const char *more[] = {"+O", " + O", "-O", " -O", "*O", "* O", "/I", " / I"};
+        std::string text = operand(depth);
+        for (unsigned count = pick(4); count > 0; --count)
+            text += made(more[pick(std::size(more))], depth);
+        return text;
     }
 };
 
@@ -104,13 +61,11 @@ TEST(ExprAwk, GivesWhatAwkGives) {
     FILE *program = fdopen(descriptor, "w");
     fprintf(program, "function p(v) { printf \"%%.17g\\n\", v }\n"
                      "BEGIN { width = 40; height = 12.5; depth = 7; e = 2.25\n");
-    GENERATOR generator = {std::mt19937(12345), ""};
+    GENERATOR generator = {std::mt19937(12345)};
     std::vector<std::string> texts;
     texts.reserve(count);
     for (int i = 0; i < count; ++i) {
-        generator.text.clear();
-        generator.expression(3);
-        texts.push_back(generator.text);
+        texts.push_back(generator.expression(3));
         fprintf(program, "p(%s)\n", texts.back().c_str());
     }
     fprintf(program, "}\n");
