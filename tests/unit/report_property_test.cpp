@@ -34,7 +34,7 @@ const TEXTS libraries = {"",         "",      "core",
 const TEXTS sizes = {"0", "12", "4096", " 7",         "+3",          "-5",         "x",
                      "",  "1a", "- 1",  "2147483647", "99999999999", "-2147483648"};
 const TEXTS sources = {"",        "a.c",
-                       "src/a.c", "src\\in\\a.c,20020517",
+                       "src/a.c", "src\\in\\a.c,20021117",
                        " a b",    ",5",
                        "x,",      "c:d.c,-20021117",
                        "a,b,3",   "d/e@1/f.c,20021217",

@@ -29,8 +29,13 @@ $TOLVIK -v0 -sfunction1 chain.tvk=/dev/full 2>"$STATE/err"
 expect_err <<'EOT'
 tolvik: ERROR: could not write the report '/dev/full'
 EOT
-# A pipe cannot be positioned: the total follows the list.
+# A pipe cannot be positioned, by whatever name: the total follows the list.
 $TOLVIK -v0 -ffile3999.o -links chain.tvk=/dev/stdout | cat >"$STATE/out"
+expect_has out "Links 32 bytes total"
+mkfifo pipe
+cat pipe >"$STATE/out" &
+$TOLVIK -v0 -ffile3999.o -links chain.tvk=pipe
+wait
 expect_has out "Links 32 bytes total"
 # Help that is lost says so; its status is that of help.
 run_closed() {
