@@ -22,7 +22,8 @@ std::string matched(WILDMATCHFUN function, const std::string &string, const std:
     const int result =
         function(output.data(), string.c_str(), pattern.c_str(), destination.c_str());
     const bool touched = output[0] != '~';
-    return (result != 0 ? "+" : "-") + (touched ? std::string(output.data()) : "~");
+    std::string said = result != 0 ? "+" : "-";
+    return said += touched ? output.data() : "~";
 }
 
 // Every test finds and leaves the settings at their defaults.
