@@ -1,15 +1,14 @@
 // The file that receives the listing of one object: TEMPFILE in the directory where the dump
-// program runs. In the temporary directory it is ours whatever it is; in a user's directory
-// only when this run made it, or one that was killed.
+// program runs. The name is tolvik's own, and what has it is a listing of an earlier run, unless
+// another run holds it.
 #pragma once
 
 #include <cstdio>
 
-// Makes the file in the current directory, which is a user's, and keeps other runs away from it
-// until letgodump. What a killed run left, which shows as ours by its sticky bit, is replaced.
-// False when something else has the name, another run is using it or no file can be
-// made; nothing is changed then.
-bool claimdump();
+// Makes the file in the current directory, which is a user's, in place of what has its name, and
+// keeps other runs away from it until letgodump. False when a directory has the name, no file
+// can be made, or another run is using it; with `wait` that run's end is awaited, and said.
+bool claimdump(bool wait);
 
 // Removes the file, whatever the dump program made of it, unless it is to stay; the next run
 // will replace it. Does nothing without a claim.

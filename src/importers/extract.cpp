@@ -104,7 +104,7 @@ bool extractagain(const TOOLCHAIN *toolchain, const char *library) {
     char command[COMMANDSIZE];
     char way[BRAXFIELDSIZE + 8] = "../";
     return !interrupted() && appendtext(way, library, sizeof way) &&
-           makecommand(command, toolchain->extract, way, "") && runextractor(command);
+           makecommand(command, toolchain->extract, way, "") && runcommand(command);
 }
 
 // What was extracted before a failure is imported all the same.

@@ -62,12 +62,13 @@ FILE *dumpobject(IMPORT *import, LOWERED *lowered, const char *object) {
 
 // Says what is wrong with the dump of an object.
 void judgedump(const IMPORT *import, FILE *file, const char *shown) {
-    if (!import->dumped)
-        toolsay("tolvik: ERROR: the dump of '%s' failed\n", shown);
+    struct stat status = {};
     if (file == nullptr)
         toolsay("tolvik: ERROR: couldn't open temp file for reading\n");
-    else if (import->dumped)
-        warnempty(file, shown);
+    else if (!import->dumped)
+        toolsay("tolvik: ERROR: the dump of '%s' failed\n", shown);
+    else if (OPTverbose > 0 && fstat(fileno(file), &status) == 0 && status.st_size == 0)
+        toolsay("tolvik: WARNING: the dump of '%s' is empty\n", shown);
 }
 
 // Appends the record of an object in the current directory. False when the walk ends here.
@@ -168,10 +169,4 @@ bool isimportable(const char *source) {
     struct stat status = {};
     return access(source, R_OK) == 0 && stat(source, &status) == 0 && S_ISREG(status.st_mode) &&
            stricmp(filepart(source), TEMPFILE) != 0;
-}
-
-void warnempty(FILE *listing, const char *shown) {
-    struct stat status = {};
-    if (fstat(fileno(listing), &status) == 0 && status.st_size == 0)
-        toolsay("tolvik: WARNING: the dump of '%s' is empty\n", shown);
 }

@@ -26,6 +26,3 @@ int tvkwalk(const TOOLCHAIN *toolchain, const char *source, const char *symbolfi
 // Whether a source is a file that can be read, not a pipe, which would be waited for, and not
 // the temporary file, which would be dumped into itself.
 bool isimportable(const char *source);
-
-// Says it when the program that dumped an object has printed nothing.
-void warnempty(FILE *listing, const char *shown);

@@ -102,7 +102,7 @@ void lowermember(LOWERED *lowered, const char *object) {
 // Only who has the listing's name in a directory makes and removes links there.
 bool lowerobject(LOWERED *lowered, const char *object, const char *directory,
                  const SGI_place *home) {
-    const bool claimed = claimdump();
+    const bool claimed = claimdump(false);
     if (claimed && linkbeside(lowered, object))
         return true;
     setlowered(lowered, object);

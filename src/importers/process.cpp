@@ -22,6 +22,7 @@ constexpr int terminalSignals[] = {SIGTTIN, SIGTTOU};
 
 struct sigaction endingBefore[std::size(endingSignals)];
 struct sigaction errorBefore[std::size(errorSignals)];
+struct sigaction childBefore;
 volatile sig_atomic_t noted = 0;   // the signal that ends the run
 volatile sig_atomic_t running = 0; // process group of the program, while there is one
 
@@ -78,14 +79,15 @@ bool start(const char *program, char *const *words, const char *output) {
     }
     sigemptyset(&ending);
     addsignals(&ending, endingSignals, std::size(endingSignals));
-    // No signal comes between the start and our knowing about it.
+    // No signal comes between looking for one, the start and our knowing about it.
     sigprocmask(SIG_BLOCK, &ending, &before);
     setattributes(&attributes, &before);
     const bool redirected = output == nullptr || posix_spawn_file_actions_addopen(
                                                      &actions, STDOUT_FILENO, output,
                                                      O_WRONLY | O_CREAT | O_TRUNC, 0666) == 0;
     const bool started =
-        redirected && posix_spawnp(&process, program, &actions, &attributes, words, environ) == 0;
+        noted == 0 && redirected &&
+        posix_spawnp(&process, program, &actions, &attributes, words, environ) == 0;
     if (started)
         running = process;
     sigprocmask(SIG_SETMASK, &before, nullptr);
@@ -118,9 +120,12 @@ bool finish() {
 void beginimport() {
     struct sigaction note = {};
     struct sigaction ignore = {};
+    struct sigaction await = {};
     noted = 0;
     note.sa_handler = notesignal;
     ignore.sa_handler = SIG_IGN;
+    await.sa_handler = SIG_DFL; // whoever ignores it never learns how a program ended
+    sigaction(SIGCHLD, &await, &childBefore);
     for (size_t i = 0; i < std::size(endingSignals); ++i) {
         sigaction(endingSignals[i], nullptr, &endingBefore[i]);
         if (!isignored(endingBefore[i]))
@@ -137,6 +142,7 @@ void endimport() {
         sigaction(endingSignals[i], &endingBefore[i], nullptr);
     for (size_t i = 0; i < std::size(errorSignals); ++i)
         sigaction(errorSignals[i], &errorBefore[i], nullptr);
+    sigaction(SIGCHLD, &childBefore, nullptr);
     if (noted == 0)
         return;
     fflush(stdout);

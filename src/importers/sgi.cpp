@@ -113,14 +113,12 @@ int sgitvk(const char *source, const char *symbolfile) {
     holdworkdir();
     beginimport();
     int result = 0;
-    if (claimdump()) {
+    if (claimdump(true)) {
         runcommand(command);
         FILE *file = interrupted() ? nullptr : opendump();
-        if (file != nullptr)
-            warnempty(file, source);
         result = file != nullptr ? readlisting(file, symbolfile) : 0;
         letgodump(file != nullptr); // without a symbol file the listing stays
-    } else {
+    } else if (!interrupted()) {
         toolsay("tolvik: ERROR: '%s' is in the way or cannot be made\n", TEMPFILE);
     }
     endimport();

@@ -15,7 +15,7 @@ struct ARENA {
     size_t left; // its bytes
 };
 
-// `size` bytes, not cleared, aligned to 8; null when memory runs out.
+// `size` bytes, at least 1, not cleared, aligned to 8; null when memory runs out.
 void *arenaalloc(ARENA *arena, size_t size);
 
 // Whether the memory was handed out by the arena.

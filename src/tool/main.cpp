@@ -123,10 +123,14 @@ bool samefile(const char *a, const char *b) {
            first.st_dev == second.st_dev && first.st_ino == second.st_ino;
 }
 
-void importsource(const char *source, char *destination, const char *symbolfile) {
+// No report goes into a source or a symbol file.
+void judgedestination(const char *source, char *destination) {
     if (stricmp(source, destination) == 0 || issymbolfile(destination) ||
         samefile(source, destination))
         destination[0] = 0;
+}
+
+void importsource(const char *source, const char *symbolfile) {
     if (strchr(source, '.') == nullptr) {
         toolsay("tolvik: ERROR: no file extension for '%s'\n", source);
         return;
@@ -174,10 +178,12 @@ int main(int argc, char *argv[]) {
     while (more) {
         more = BRAX_parse(argc, argv, "tolvik", TextVersion);
         completeoptions();
-        if (BRAXargnum == 0 || !choosesymbolfile(symbolfile, &report))
-            continue;
-        for (int i = 0; i < BRAXargnum; ++i)
-            importsource(BRAXsargv[i], BRAXdargv[i], symbolfile);
+        const bool imports = BRAXargnum > 0 && choosesymbolfile(symbolfile, &report);
+        for (int i = 0; i < BRAXargnum; ++i) {
+            judgedestination(BRAXsargv[i], BRAXdargv[i]);
+            if (imports)
+                importsource(BRAXsargv[i], symbolfile);
+        }
     }
     if (report != 0) {
         awaitimports();

@@ -8,7 +8,8 @@
 //   a name in one step whatever the chain's length.
 // - Lists are built at the front, so they hold their items in reverse order of insertion.
 //
-// Records are plain memory of galloc. The store is filled once. A run keeps its store until it
+// Records are plain memory of galloc, or of the store's arena when they were loaded: only tvkfree
+// releases them. The store is filled once. A run keeps its store until it
 // ends; whoever uses several releases each with tvkfree.
 #pragma once
 
@@ -134,6 +135,8 @@ struct SYMENTRY {
     _tagsymbol *symbol; // the result
     uint64_t hash;      // private
 };
+
+// These three take a table of cinew only.
 
 // Strips and hashes the entry's name and begins to fetch its place in the index.
 void symprepare(const _tagsymlist *table, SYMENTRY *entry);
