@@ -165,6 +165,16 @@ int tvkwalk(const TOOLCHAIN *toolchain, const char *source, const char *symbolfi
     return result;
 }
 
+bool istemporary(const char *path) {
+    const size_t length = strlen(TEMPDIRECTORY);
+    for (const char *p = strstr(path, TEMPDIRECTORY); p != nullptr;
+         p = strstr(p + 1, TEMPDIRECTORY)) {
+        if (p[length] == '/' && (p == path || p[-1] == '/'))
+            return true;
+    }
+    return isdumplink(path);
+}
+
 bool isimportable(const char *source) {
     struct stat status = {};
     return access(source, R_OK) == 0 && stat(source, &status) == 0 && S_ISREG(status.st_mode) &&

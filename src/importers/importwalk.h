@@ -23,6 +23,10 @@ struct TOOLCHAIN {
 // Imports a source; see IMPORTER for its arguments and results.
 int tvkwalk(const TOOLCHAIN *toolchain, const char *source, const char *symbolfile);
 
+// Whether the path is temporary: in a directory TEMPDIRECTORY, or a link beside an object that is
+// being dumped. A search meets such names beside another run.
+bool istemporary(const char *path);
+
 // Whether a source is a file that can be read, not a pipe, which would be waited for, and not
 // the temporary file, which would be dumped into itself.
 bool isimportable(const char *source);

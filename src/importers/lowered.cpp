@@ -33,6 +33,10 @@ bool setlowered(LOWERED *lowered, const char *object) {
     return strcmp(lowered->name, object) == 0 || samefile(lowered->name, object);
 }
 
+// Our links name their targets as nobody else does, so that one that a killed run left is known
+// and goes with this run.
+constexpr std::string_view linkStart = ".//./";
+
 // Whether the name is a link with that very text.
 bool islinkto(const char *name, const char *target) {
     char text[BRAXFIELDSIZE + 8];
@@ -41,11 +45,10 @@ bool islinkto(const char *name, const char *target) {
 }
 
 // Lets the lowered name lead to the object beside it; false when another file has that name.
-// Our links name their targets as nobody else does, so that one that a killed run left is known
-// and goes with this run.
 bool linkbeside(LOWERED *lowered, const char *object) {
-    char target[BRAXFIELDSIZE + 8] = ".//./";
+    char target[BRAXFIELDSIZE + 8] = "";
     const bool leads = setlowered(lowered, object);
+    copytext(target, linkStart.data(), sizeof target);
     if (!appendtext(target, object, sizeof target))
         return leads;
     if (leads && !islinkto(lowered->name, target))
@@ -89,6 +92,12 @@ bool linkprivately(LOWERED *lowered, const char *object, const char *directory,
 }
 
 } // namespace
+
+bool isdumplink(const char *path) {
+    char text[8];
+    const ssize_t length = readlink(path, text, sizeof text);
+    return length > 0 && std::string_view(text, static_cast<size_t>(length)).starts_with(linkStart);
+}
 
 void lowermember(LOWERED *lowered, const char *object) {
     if (setlowered(lowered, object))

@@ -21,6 +21,9 @@ struct LOWERED {
     SGI_place directory; // LOWERPRIVATE: the object's
 };
 
+// Whether the path is a link as lowerobject makes it beside an object.
+bool isdumplink(const char *path);
+
 // For an object in the current directory, which is the temporary directory: its files may be
 // renamed.
 void lowermember(LOWERED *lowered, const char *object);

@@ -46,6 +46,14 @@ void waitlock(LOCK kind) {
     held = kind;
 }
 
+void fallback(LOCK kind) {
+    if (held <= kind)
+        return;
+    if (lockDescriptor >= 0)
+        flock(lockDescriptor, kind == LOCKNONE ? LOCK_UN : LOCK_SH);
+    held = kind;
+}
+
 DIR *listdirectory(int parent, const char *name) {
     const int descriptor = openat(parent, name, listFlags);
     if (descriptor < 0)
@@ -122,25 +130,32 @@ void holdworkdir() {
     if (held == LOCKALONE)
         return;
     waitlock(LOCKALONE);
-    atexit(cleanup); // a later batch may end the process with a usage page
+    static const int registered = atexit(cleanup);
+    static_cast<void>(registered); // a later batch may end the process with a usage page
 }
 
 void awaitimports() {
     waitlock(LOCKSHARED);
 }
 
+void letgoworkdir() {
+    fallback(LOCKNONE);
+}
+
 // A tree of any depth goes without recursion: directories are moved up to the top as they
 // are met, each once, and pass by pass the top gets empty.
 void cleanup() {
     struct stat status = {};
+    const LOCK before = held;
     if (lstat(TEMPDIRECTORY, &status) != 0 || !S_ISDIR(status.st_mode) || !trylock(LOCKALONE))
         return;
     const int top = open(TEMPDIRECTORY, listFlags);
-    if (top < 0)
-        return;
-    unsigned serial = 0;
-    while (emptypass(top, &serial) > 0)
-        continue;
-    close(top);
-    rmdir(TEMPDIRECTORY);
+    if (top >= 0) {
+        unsigned serial = 0;
+        while (emptypass(top, &serial) > 0)
+            continue;
+        close(top);
+        rmdir(TEMPDIRECTORY);
+    }
+    fallback(before);
 }

@@ -1,9 +1,9 @@
 // The importers' temporary names in the working directory, and the lock that keeps two runs
 // in one directory from disturbing each other through them.
 //
-// A run holds the lock from before it changes a symbol file until its process ends. The lock
-// is on the directory itself, so no file is added for it; it is advisory, and where a file
-// system has none the run goes on without.
+// A run holds the lock from before it changes a symbol file until it has read it for the report.
+// The lock is on the directory itself, so no file is added for it; it is advisory, and where a
+// file system has none the run goes on without.
 #pragma once
 
 constexpr char TEMPDIRECTORY[] = "tvk0000"; // receives the members of a library
@@ -16,6 +16,9 @@ void holdworkdir();
 
 // The same for a run that only reads symbol files: others that only read may go on beside it.
 void awaitimports();
+
+// Lets other runs go on, at the latest done by the end of the process.
+void letgoworkdir();
 
 // Removes the temporary directory with all that is in it, also what an extractor put into
 // directories there. Does nothing when there is none, when another run is using it, or when

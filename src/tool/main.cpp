@@ -7,6 +7,7 @@
 #include "brax/parse.h"
 #include "brax/text.h"
 #include "importers/importers.h"
+#include "importers/importwalk.h"
 #include "importers/tempdir.h"
 #include "search/argv.h"
 #include "tool/callbacks.h"
@@ -135,7 +136,7 @@ void importsource(const char *source, const char *symbolfile) {
         toolsay("tolvik: ERROR: no file extension for '%s'\n", source);
         return;
     }
-    if (issymbolfile(source))
+    if (issymbolfile(source) || istemporary(source))
         return;
     if (importerof(OPTobjtype)(source, symbolfile) == 0)
         toolsay("tolvik: ERROR reading symbols from '%s'\n", source);
@@ -154,12 +155,24 @@ void completeoptions() {
     postheader = OPThtml != 0 ? "</H4><PRE>" : "\n";
 }
 
+// Where the report goes; never over symbols, which the file may not be known to hold when its
+// path has more dots.
+const char *reportname() {
+    const char *name = BRAXargnum > 0 ? BRAXdargv[0] : "";
+    const char *extension = strrchr(name, '.');
+    if (extension == nullptr || stricmp(extension, symbolextension) != 0 || access(name, F_OK) != 0)
+        return name;
+    toolsay("tolvik: ERROR: no report into the symbol file '%s'\n", name);
+    return "";
+}
+
 // Loads a symbol file and reports on it as the options say; 0 when there is no report.
 int tolvik(const char *symbolfile, const char *reportfile) {
     // The store lives until the process ends, and so does the way to it: leak checkers count
     // what nothing leads to. Nobody reads it, so that without "volatile" it would not be kept.
     static TVKINFO *volatile store = nullptr;
     store = tvkload(symbolfile);
+    letgoworkdir();
     return tvkreport(reportfile, store, OPTsymbols, OPTnsymbols, OPTfiles, OPTnfiles, OPTdefine,
                      OPTrefer, OPTlinks, OPTrecurselevel);
 }
@@ -174,6 +187,7 @@ int main(int argc, char *argv[]) {
     // A file that grows past the limit then shows as a write error, which is told.
     signal(SIGXFSZ, SIG_IGN);
     atexit(checkstandardoutput);
+    cleanup(); // what a killed run left is no source of this one
     BRAX_init(BRAX_reset, BRAX_usage, BRAX_opt, BRAX_history);
     while (more) {
         more = BRAX_parse(argc, argv, "tolvik", TextVersion);
@@ -184,10 +198,11 @@ int main(int argc, char *argv[]) {
             if (imports)
                 importsource(BRAXsargv[i], symbolfile);
         }
+        cleanup();
     }
     if (report != 0) {
         awaitimports();
-        tolvik(symbolfile, BRAXargnum > 0 ? BRAXdargv[0] : "");
+        tolvik(symbolfile, reportname());
     }
     cleanup();
     return 0;

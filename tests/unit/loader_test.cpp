@@ -29,7 +29,7 @@ string shown(const TVKINFO *info) {
 string loaded(const string &bytes) {
     TREE::makefile("symbols.tvk", bytes);
     TVKINFO *info = tvkload("symbols.tvk");
-    const string text = info != nullptr ? shown(info) : "nothing";
+    string text = info != nullptr ? shown(info) : "nothing";
     tvkfree(info);
     return text;
 }

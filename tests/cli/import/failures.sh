@@ -123,6 +123,23 @@ tolvik: ERROR: extracting files from 'lib.a' failed
 END
 expect_file all.tvk </dev/null
 
+# What lies in tvk0000 is no source: of the batch before, of a killed run.
+mkdir tvk0000
+cp a.o tvk0000/old.o
+run -tgc -v1 lib.a=all.tvk ';' -v1 -r '*.o=y.tvk'
+expect_err </dev/null
+sort y.tvk | grep '^\[' >"$STATE/seen"
+printf '[a.o]\n[b.o]\n' | cmp - "$STATE/seen"
+
+# No report into symbols, however the path hides them.
+cp y.tvk kept.tvk
+run -tgc -v1 -append a.o=./y.tvk
+expect_err <<'END'
+tolvik: ERROR: no report into the symbol file './y.tvk'
+END
+cmp y.tvk kept.tvk
+rm -f *y.tvk kept.tvk a.tvk
+
 # One line of 10 MB and bytes of every value are read past.
 export STUB_SAY_DUMP='case $last in b.o) head -c 10000000 /dev/zero | tr "\\0" x; exec head -c 100000 "$TOLVIK" ;; esac'
 run -tgc -v1 lib.a=all.tvk
