@@ -141,7 +141,7 @@ cmp y.tvk kept.tvk
 rm -f *y.tvk kept.tvk a.tvk
 
 # One line of 10 MB and bytes of every value are read past.
-export STUB_SAY_DUMP='case $last in b.o) head -c 10000000 /dev/zero | tr "\\0" x; exec head -c 100000 "$TOLVIK" ;; esac'
+export STUB_SAY_DUMP='case $last in b.o) head -c 10000000 /dev/zero | tr "\\0" x; exec head -c 100000 /bin/sh ;; esac'
 run -tgc -v1 lib.a=all.tvk
 expect_err </dev/null
 [ "$(grep -c ^size= all.tvk)" = 2 ] || fail "a record is missing behind a strange listing"
