@@ -3,7 +3,7 @@
 #include "brax/text.h"
 #include "mem/arena.h"
 #include "mem/galloc.h"
-#include "tool/options.h"
+#include "tool/records.h"
 
 #include <cstring>
 
@@ -192,24 +192,6 @@ bool insert(_tagsymlist *buckets, SYMTABLE *table, _tagsymbol *symbol, uint64_t 
     return true;
 }
 
-void strip(const char **name, size_t *length) {
-    if (OPTunderscores != 0)
-        return;
-    for (; *length > 0 && **name == '_'; ++*name)
-        --*length;
-    while (*length > 0 && (*name)[*length - 1] == '_')
-        --*length;
-}
-
-// Gives back those of the blocks that were obtained.
-void discard(void *a, void *b, void *c = nullptr) {
-    void *const blocks[] = {a, b, c};
-    for (void *block : blocks) {
-        if (block != nullptr)
-            gfree(block);
-    }
-}
-
 // The symbol that the entry's slot leads to by its hash; the name may still differ.
 _tagsymbol *candidate(const SYMTABLE *table, uint64_t hash) {
     const uint64_t mask = table->capacity - 1;
@@ -232,42 +214,6 @@ _tagsymbol *newsymbol(ARENA *arena, const SYMENTRY &entry) {
     return symbol;
 }
 
-// Gives back a block unless the arena holds it, which is released as a whole.
-void release(const ARENA &arena, void *block) {
-    if (block != nullptr && !arenaowns(&arena, block))
-        gfree(block);
-}
-
-void releasenodes(const ARENA &arena, _tagsymlist *node) {
-    while (node != nullptr) {
-        _tagsymlist *next = node->next;
-        release(arena, node);
-        node = next;
-    }
-}
-
-void releasefiles(const ARENA &arena, _tagfile *file) {
-    while (file != nullptr) {
-        _tagfile *next = file->next;
-        releasenodes(arena, file->defines);
-        releasenodes(arena, file->refers);
-        release(arena, file->name);
-        release(arena, file->library);
-        release(arena, file->source);
-        release(arena, file);
-        file = next;
-    }
-}
-
-void releasesymbols(const ARENA &arena, _tagsymbol *symbol) {
-    while (symbol != nullptr) {
-        _tagsymbol *next = symbol->next;
-        release(arena, symbol->name);
-        release(arena, symbol);
-        symbol = next;
-    }
-}
-
 } // namespace
 
 TVKINFO *cinew() {
@@ -275,7 +221,7 @@ TVKINFO *cinew() {
     auto *table = gallocarray<SYMTABLE>(1);
     INDEXSLOT *slots = newslots(firstCapacity);
     if (info == nullptr || table == nullptr || slots == nullptr) {
-        discard(info, table, slots);
+        discardblocks(info, table, slots);
         return nullptr;
     }
     *table = {};
@@ -291,58 +237,15 @@ void tvkfree(TVKINFO *info) {
     SYMTABLE *table = info != nullptr ? tableof(info->symtable) : nullptr;
     if (table == nullptr)
         return;
-    releasefiles(table->arena, info->files);
+    releasefiles(&table->arena, info->files);
     for (const _tagsymlist &bucket : table->buckets)
-        releasesymbols(table->arena, bucket.symbol);
+        releasesymbols(&table->arena, bucket.symbol);
     SYMTABLE **link = &tables;
     while (*link != table)
         link = &(*link)->previous;
     *link = table->previous;
     arenafree(&table->arena);
-    discard(table->slots, table, info);
-}
-
-_tagfile *finew(const char *name, const char *library) {
-    auto *file = gallocarray<_tagfile>(1);
-    char *ownName = galloctext(name);
-    char *ownLibrary = galloctext(library);
-    if (file == nullptr || ownName == nullptr || ownLibrary == nullptr) {
-        discard(file, ownName, ownLibrary);
-        return nullptr;
-    }
-    *file = {};
-    file->name = ownName;
-    file->library = ownLibrary;
-    return file;
-}
-
-_tagsymbol *symnew(const char *name, SYMTYPE type, SYMSCOPE scope, int32_t size) {
-    auto *symbol = gallocarray<_tagsymbol>(1);
-    size_t length = strlen(name);
-    char *copy = gallocarray<char>(static_cast<int64_t>(length) + 1);
-    if (symbol == nullptr || copy == nullptr) {
-        discard(symbol, copy);
-        return nullptr;
-    }
-    strip(&name, &length);
-    memcpy(copy, name, length);
-    copy[length] = 0;
-    *symbol = {copy, type, scope, size, static_cast<int32_t>(length), nullptr, nullptr, 0, 0};
-    return symbol;
-}
-
-_tagsymlist *slnew() {
-    auto *node = gallocarray<_tagsymlist>(1);
-    if (node != nullptr)
-        *node = {};
-    return node;
-}
-
-_tagfilelist *flnew() {
-    auto *entry = gallocarray<_tagfilelist>(1);
-    if (entry != nullptr)
-        *entry = {};
-    return entry;
+    discardblocks(table->slots, table, info);
 }
 
 _tagsymbol *symadd(_tagsymlist *table, _tagsymbol *symbol) {
@@ -353,14 +256,14 @@ _tagsymbol *symadd(_tagsymlist *table, _tagsymbol *symbol) {
         return symbol;
     if (found != nullptr)
         merge(found, symbol->type, symbol->scope, symbol->size);
-    discard(symbol->name, symbol);
+    discardblocks(symbol->name, symbol);
     return found;
 }
 
 void symprepare(const _tagsymlist *table, SYMENTRY *entry) {
     const SYMTABLE *index = reinterpret_cast<const SYMTABLE *>(table);
     size_t length = static_cast<size_t>(entry->length);
-    strip(&entry->name, &length);
+    symstrip(&entry->name, &length);
     entry->length = static_cast<int32_t>(length);
     entry->hash = fasthash(entry->name, length);
     __builtin_prefetch(&index->slots[entry->hash & (index->capacity - 1)]);
@@ -421,41 +324,4 @@ _tagsymbol *symfindnth(const _tagsymlist *table, const char *name, int n) {
 
 int symhash(const char *name) {
     return hashof(name, strlen(name));
-}
-
-const char *symname(const _tagsymbol *symbol) {
-    return symbol->name;
-}
-
-const char *symfile(const _tagsymbol *symbol) {
-    return symbol != nullptr && symbol->file != nullptr ? symbol->file->name : "unknown";
-}
-
-const char *symtype(const _tagsymbol *symbol) {
-    switch (static_cast<int32_t>(symbol->type)) {
-    case TYPE_FUNCTION:
-        return "()";
-    case TYPE_UNKNOWN:
-    case TYPE_DATA:
-        return "";
-    default:
-        return "????";
-    }
-}
-
-const char *symscope(const _tagsymbol *symbol) {
-    switch (static_cast<int32_t>(symbol->scope)) {
-    case SCOPE_UNKNOWN:
-        return "unknown";
-    case SCOPE_GLOBAL:
-        return "global";
-    case SCOPE_LOCAL:
-        return "local";
-    default:
-        return "????";
-    }
-}
-
-int symsize(const _tagsymbol *symbol) {
-    return symbol->size;
 }

@@ -1,0 +1,133 @@
+#include "tool/records.h"
+
+#include "mem/galloc.h"
+
+#include <cstring>
+
+namespace {
+
+// Gives back a block unless the arena holds it, which is released as a whole.
+void release(const ARENA *arena, void *block) {
+    if (block != nullptr && !arenaowns(arena, block))
+        gfree(block);
+}
+
+void releasenodes(const ARENA *arena, _tagsymlist *node) {
+    while (node != nullptr) {
+        _tagsymlist *next = node->next;
+        release(arena, node);
+        node = next;
+    }
+}
+
+} // namespace
+
+void discardblocks(void *a, void *b, void *c) {
+    void *const blocks[] = {a, b, c};
+    for (void *block : blocks) {
+        if (block != nullptr)
+            gfree(block);
+    }
+}
+
+_tagfile *finew(const char *name, const char *library) {
+    auto *file = gallocarray<_tagfile>(1);
+    char *ownName = galloctext(name);
+    char *ownLibrary = galloctext(library);
+    if (file == nullptr || ownName == nullptr || ownLibrary == nullptr) {
+        discardblocks(file, ownName, ownLibrary);
+        return nullptr;
+    }
+    *file = {};
+    file->name = ownName;
+    file->library = ownLibrary;
+    return file;
+}
+
+_tagsymbol *symnew(const char *name, SYMTYPE type, SYMSCOPE scope, int32_t size) {
+    auto *symbol = gallocarray<_tagsymbol>(1);
+    size_t length = strlen(name);
+    char *copy = gallocarray<char>(static_cast<int64_t>(length) + 1);
+    if (symbol == nullptr || copy == nullptr) {
+        discardblocks(symbol, copy);
+        return nullptr;
+    }
+    symstrip(&name, &length);
+    memcpy(copy, name, length);
+    copy[length] = 0;
+    *symbol = {copy, type, scope, size, static_cast<int32_t>(length), nullptr, nullptr, 0, 0};
+    return symbol;
+}
+
+_tagsymlist *slnew() {
+    auto *node = gallocarray<_tagsymlist>(1);
+    if (node != nullptr)
+        *node = {};
+    return node;
+}
+
+_tagfilelist *flnew() {
+    auto *entry = gallocarray<_tagfilelist>(1);
+    if (entry != nullptr)
+        *entry = {};
+    return entry;
+}
+
+void releasefiles(const ARENA *arena, _tagfile *file) {
+    while (file != nullptr) {
+        _tagfile *next = file->next;
+        releasenodes(arena, file->defines);
+        releasenodes(arena, file->refers);
+        release(arena, file->name);
+        release(arena, file->library);
+        release(arena, file->source);
+        release(arena, file);
+        file = next;
+    }
+}
+
+void releasesymbols(const ARENA *arena, _tagsymbol *symbol) {
+    while (symbol != nullptr) {
+        _tagsymbol *next = symbol->next;
+        release(arena, symbol->name);
+        release(arena, symbol);
+        symbol = next;
+    }
+}
+
+const char *symname(const _tagsymbol *symbol) {
+    return symbol->name;
+}
+
+const char *symfile(const _tagsymbol *symbol) {
+    return symbol != nullptr && symbol->file != nullptr ? symbol->file->name : "unknown";
+}
+
+const char *symtype(const _tagsymbol *symbol) {
+    switch (static_cast<int32_t>(symbol->type)) {
+    case TYPE_FUNCTION:
+        return "()";
+    case TYPE_UNKNOWN:
+    case TYPE_DATA:
+        return "";
+    default:
+        return "????";
+    }
+}
+
+const char *symscope(const _tagsymbol *symbol) {
+    switch (static_cast<int32_t>(symbol->scope)) {
+    case SCOPE_UNKNOWN:
+        return "unknown";
+    case SCOPE_GLOBAL:
+        return "global";
+    case SCOPE_LOCAL:
+        return "local";
+    default:
+        return "????";
+    }
+}
+
+int symsize(const _tagsymbol *symbol) {
+    return symbol->size;
+}
