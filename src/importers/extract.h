@@ -4,9 +4,8 @@
 #include "importers/importwalk.h"
 #include "search/directory.h"
 
-// Makes the temporary directory in the current one, `home`, and runs the toolchain's
-// extractor on the library, whose failure is said and changes nothing; when it wrote a member over
-// the library's name there, it runs once more by way of the parent directory. `home` is the current
-// directory again. False when the directory could not be made or the library not be reached
-// from inside it; nothing was extracted then.
+// Makes the temporary directory in the current directory, which is `home`, and runs the
+// toolchain's extractor on the library, whose status is not examined. `home` is the current
+// directory again. False when the temporary directory could not be made, or entered where the
+// toolchain requires it.
 bool extractlibrary(const TOOLCHAIN *toolchain, const char *library, const SGI_place *home);

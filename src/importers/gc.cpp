@@ -13,6 +13,8 @@
 #include "importers/importwalk.h"
 #include "importers/parsers.h"
 
+#include <cstring>
+
 namespace {
 
 constexpr size_t shortestLine = 24;
@@ -22,22 +24,23 @@ std::string_view withoutsignature(std::string_view name) {
     return name.substr(0, name.find("__F", 1));
 }
 
-void recordsymbol(std::string_view text, RECORDS *records) {
+// Writes what a symbol line says and returns its size.
+int32_t recordsymbol(std::string_view text, FILE *records) {
     std::string_view fields = fromcolumn(text, 17);
     std::string_view section;
     std::string_view name;
     int32_t size = 0;
     if (!takeword(&fields, &section) || !takehexadecimal(&fields, &size) ||
         !takeword(&fields, &name))
-        return;
+        return 0;
     name = withoutsignature(name);
     if (standsat(text, 14, "df"))
-        recordsource(records, name);
+        recordsource(records, name, nullptr);
     else if (text[9] == 'g' && text[15] == 'F')
         recorddefine(records, name, "FUNCTION", "GLOBAL", size);
     else if (section == "*UND*")
         recordrefer(records, name);
-    addsize(records, size);
+    return size;
 }
 
 constexpr TOOLCHAIN gctoolchain = {
@@ -49,18 +52,22 @@ constexpr TOOLCHAIN gctoolchain = {
     .mustEnter = false,
     .dump = "gc-objdump -t ",
     .dumpEnd = " >tvk0001.tmp",
+    .source = nullptr,
     .parse = gcparse,
 };
 
 } // namespace
 
-void gcparse(LISTING *listing, const char *, RECORDS *records) {
+// A last line without a line end is not used.
+int64_t gcparse(FILE *listing, FILE *records) {
     LINE line;
+    int64_t size = 0;
     skiplines(listing, 4);
-    while (nextline(listing, &line) && line.ended) {
-        if (fulllength(&line) >= shortestLine)
-            recordsymbol(line.text, records);
+    while (nextline(listing, line) && feof(listing) == 0) {
+        if (strlen(line) >= shortestLine)
+            size += recordsymbol(line, records);
     }
+    return size;
 }
 
 int gctvk(const char *source, const char *symbolfile) {

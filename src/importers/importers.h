@@ -1,18 +1,14 @@
-// The importers: each runs its toolchain's programs on an object file or a library and
-// appends what their listings tell to a symbol file, one record per object.
+// The importers: each runs its toolchain's programs on an object file or a library and appends
+// one record per object to a symbol file. Read importwalk.cpp first: it has the steps in order.
 //
-// They work in the process's working directory, with fixed temporary names (tempdir.h), and
-// change it while they run; it is the same afterwards.
+// They work in the process's working directory, with fixed temporary names (tempdir.h). They
+// change the working directory while they run and return to it.
 #pragma once
 
-// Takes the source's name and the symbol file's. 1: the source was handled, possibly
-// without any record when a program failed; a symbol file that did not exist was made. 0: it
-// could not be read, the symbol file could not be opened or written whole, the temporary
-// directory could not be made or memory ran out; records that were not written whole are
-// taken back. The caller reports a 0.
-//
-// SIGINT, SIGTERM, SIGHUP or SIGQUIT during a call, or a program that ended by SIGINT, ends
-// the process as by that signal once nothing but whole records is left.
+// Takes the names of the source and of the symbol file. Returns 1 when the source was handled,
+// also when a program failed and records are missing. Returns 0 when the source could not be
+// read, the symbol file could not be opened or written, or the temporary directory could not be
+// made; the caller reports this. Callers check importsignal() after each call.
 using IMPORTER = int (*)(const char *source, const char *symbolfile);
 
 int sgitvk(const char *source, const char *symbolfile); // SGI and Nintendo 64

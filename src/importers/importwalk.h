@@ -1,32 +1,30 @@
-// What the importers of the toolchains with libraries share: which objects a source stands
-// for, running the dump program on each, and the frame of its record. A toolchain adds its
-// commands and how its listing is read.
+// The walk that the importers share, except SGI's: the objects of a source, the dump of each, and
+// the frame of its record. A toolchain adds its commands and how its listing is read.
 #pragma once
 
 #include "importers/listing.h"
 #include "importers/symbolfile.h"
 
 struct TOOLCHAIN {
-    const char *libraryExtension; // from the first '.' of a name, case ignored
-    const char *memberPattern;    // the extracted members that are objects
-    const char *extract;          // the extractor's command up to the library's name, and
+    const char *libraryExtension; // text from the first '.' of a name, case ignored
+    const char *memberPattern;    // selects the extracted members that are objects
+    const char *extract;          // extractor's command up to the library's name
     const char *extractRelative;  // the same for a plain or relative name
-    bool extractInside;           // the extractor runs inside the temporary directory
-    bool mustEnter;               // failing to enter that directory is a failed import
-    const char *dump;             // the dump program's command up to the object's name, and
-    const char *dumpEnd;          // from there on
-    // Adds the object's lines and sizes to its record. `object` is its name in the current
-    // directory.
-    void (*parse)(LISTING *listing, const char *object, RECORDS *records);
+    bool extractInside;           // run the extractor inside the temporary directory
+    bool mustEnter;               // fail the import when that directory cannot be entered
+    const char *dump;             // dump program's command up to the object's name
+    const char *dumpEnd;          // and after it
+    // Writes the source line before the listing is opened; null when the listing has it. `object`
+    // is in the current directory.
+    void (*source)(const char *object, FILE *records);
+    // Writes the lines of one object's listing, which is at its beginning. Returns its size.
+    int64_t (*parse)(FILE *listing, FILE *records);
 };
 
-// Imports a source; see IMPORTER for its arguments and results.
+// Imports a source; see IMPORTER for arguments and result.
 int tvkwalk(const TOOLCHAIN *toolchain, const char *source, const char *symbolfile);
 
-// Whether the path is temporary: in a directory TEMPDIRECTORY, or a link beside an object that is
-// being dumped. A search meets such names beside another run.
-bool istemporary(const char *path);
-
-// Whether a source is a file that can be read, not a pipe, which would be waited for, and not
-// the temporary file, which would be dumped into itself.
-bool isimportable(const char *source);
+// Removes the listing of an earlier dump from the current directory and runs the dump command. A
+// failure is reported when OPTverbose is above 2. False when the old listing is in the way or a
+// signal ended the command; the listing is not to be opened then.
+bool rundump(const char *command, const char *object);

@@ -1,7 +1,4 @@
 // Reads the listings of dump programs line by line, and the fields of a line.
-//
-// A line of any length is one line; only its first LINELIMIT characters are kept. A zero
-// byte ends the text of its line.
 #pragma once
 
 #include <cstddef>
@@ -9,45 +6,17 @@
 #include <cstdio>
 #include <string_view>
 
-constexpr size_t LINELIMIT = 65536;
+// A line of a listing, terminated; its line feed stays.
+using LINE = char[256];
 
-// A listing being read. The file stays the caller's.
-struct LISTING {
-    FILE *file;
-    const char *next; // the bytes from here to `end` are not yet handed out
-    const char *end;
-    char buffer[2 * LINELIMIT];
-};
-
-// One line, which lives until the next one is read.
-struct LINE {
-    std::string_view text; // without its line feed
-    bool ended;            // by a line feed
-};
-
-// Starts at the file's current position.
-void startlisting(LISTING *listing, FILE *file);
-
-// Takes the next line; false at the end of the file and once the import is interrupted().
-bool nextline(LISTING *listing, LINE *line);
-
-// Drops up to `count` lines; false when the file ends before.
-bool skiplines(LISTING *listing, int count);
-
-// The length as the listing's columns count it, line feed included.
-inline size_t fulllength(const LINE *line) {
-    return line->text.size() + (line->ended ? 1 : 0);
+// Reads the next line, at most 255 characters; the rest of a longer line is the next line. A zero
+// byte ends the text of its line. False at the end of the file.
+inline bool nextline(FILE *listing, LINE &line) {
+    return fgets(line, sizeof line, listing) != nullptr;
 }
 
-// Whether the text goes up to the line feed, with no zero byte between.
-inline bool reachesend(const LINE *line) {
-    return line->ended && line->text.data()[line->text.size()] == '\n';
-}
-
-// Whether the line begins with its line feed.
-inline bool isemptyline(const LINE *line) {
-    return line->text.empty() && reachesend(line);
-}
+// Drops up to `count` lines.
+void skiplines(FILE *listing, int count);
 
 // White space: blank, tab, line feed, carriage return, form feed, vertical tab.
 constexpr bool iswhite(char c) {
@@ -56,7 +25,7 @@ constexpr bool iswhite(char c) {
 
 bool ishexdigit(char c);
 
-// The text from a column on (counted from 0); empty when it ends before.
+// The text from a column on, counted from 0; empty when it ends before.
 inline std::string_view fromcolumn(std::string_view text, size_t column) {
     return text.substr(column < text.size() ? column : text.size());
 }
@@ -66,9 +35,11 @@ inline bool standsat(std::string_view text, size_t column, std::string_view word
     return fromcolumn(text, column).substr(0, word.size()) == word;
 }
 
-// These three take a field from the front of *text, white space before it skipped, and move
-// *text behind it; false, with *text wherever it got to, when there is none. Numbers may have
-// a sign, hexadecimal ones a "0x"; they saturate.
+void skipwhite(std::string_view *text);
+
+// These take a field from the front of *text, after white space, and move *text to its end. False
+// when there is none; *text has then moved anywhere. A number may have a sign, a hexadecimal one
+// "0x"; it saturates at 32 bits.
 bool takeword(std::string_view *text, std::string_view *word);
 bool takedecimal(std::string_view *text, int32_t *number);
 bool takehexadecimal(std::string_view *text, int32_t *number);

@@ -1,6 +1,5 @@
 #include "importers/members.h"
 
-#include "mem/galloc.h"
 #include "search/directory.h"
 #include "wild/wild.h"
 
@@ -8,62 +7,26 @@
 
 namespace {
 
-constexpr char wildcards[] = "*?#";
-
-bool addmember(MEMBERS *members, const char *name) {
-    const size_t size = strlen(name) + 1;
-    if (size > members->room - members->used) {
-        const size_t room = 2 * members->room + size + 4096;
-        auto *larger = gallocarray<char>(static_cast<int64_t>(room));
-        if (larger == nullptr)
-            return false;
-        if (members->names != nullptr) {
-            memcpy(larger, members->names, members->used);
-            gfree(members->names);
-        }
-        members->names = larger;
-        members->room = room;
-    }
-    memcpy(members->names + members->used, name, size);
-    members->used += size;
-    return true;
-}
-
-bool ismember(const char *name, const char *pattern) {
-    char output[2048] = ""; // stays empty: nothing is made from the match
-    return strcmp(name, pattern) == 0 || WILD_match(output, name, pattern, "") != 0;
-}
-
-bool addmatching(MEMBERS *members, const char *pattern) {
-    const SGI_handle handle = SGIfindopen();
-    if (handle == 0)
-        return true;
-    SGI_finddata data = {};
-    bool added = true;
-    while (added && SGIfindquick(handle, &data) != 0)
-        added = !ismember(data.name, pattern) || addmember(members, data.name);
-    SGIfindclose(handle);
-    return added;
+bool addmember(GROWTEXT *members, const char *name) {
+    return growappend(members, name, static_cast<int64_t>(strlen(name)) + 1);
 }
 
 } // namespace
 
-bool listmembers(MEMBERS *members, const char *pattern) {
-    *members = {};
-    const bool listed = strpbrk(pattern, wildcards) != nullptr ? addmatching(members, pattern)
-                                                               : addmember(members, pattern);
-    if (!listed)
-        freemembers(members);
-    return listed;
-}
-
-void freemembers(MEMBERS *members) {
-    if (members->names != nullptr)
-        gfree(members->names);
-    *members = {};
-}
-
-const char *nextmember(const MEMBERS *members, const char *name) {
-    const char *next = name == nullptr ? members->names : name + strlen(name) + 1;
-    return next != members->names + members->used ? next : nullptr;
+// A name without wildcards needs no search: the source was found to be readable.
+bool listmembers(GROWTEXT *members, const char *pattern) {
+    char output[sizeof SGI_finddata::name];
+    // All matches find the same number of blocks held, so that they fail all or none.
+    bool added = growroom(members, sizeof output);
+    if (strpbrk(pattern, "*?#") == nullptr)
+        return added && (*pattern == 0 || addmember(members, pattern));
+    const SGI_handle handle = added ? SGIfindopen() : 0;
+    if (handle == 0)
+        return added;
+    SGI_finddata data = {};
+    while (added && SGIfindquick(handle, &data) != 0)
+        added =
+            WILD_match(output, data.name, pattern, pattern) == 0 || addmember(members, data.name);
+    SGIfindclose(handle);
+    return added;
 }

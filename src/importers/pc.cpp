@@ -11,22 +11,20 @@
 //       Summary
 //
 //               1A .text
-#include "brax/options.h"
 #include "brax/text.h"
 #include "importers/importers.h"
 #include "importers/importwalk.h"
 #include "importers/parsers.h"
 #include "search/directory.h"
 
+#include <cstring>
+
 namespace {
 
+constexpr size_t pathColumn = 4;
 constexpr size_t kindColumn = 13;
 constexpr size_t scopeColumn = 33;
 constexpr size_t nameColumn = 49;
-
-bool isheading(std::string_view text) {
-    return standsat(text, 0, "COFF SYMBOL TABLE");
-}
 
 bool iscode(std::string_view section) {
     constexpr std::string_view counted[] = {"text", "data", "sdata", "idata", "bss"};
@@ -37,10 +35,10 @@ bool iscode(std::string_view section) {
     return false;
 }
 
-// Takes a word off the front in any case, with the separator behind it.
-void passfolder(std::string_view *path, std::string_view word) {
-    if (path->size() >= word.size() && strnicmp(path->data(), word.data(), word.size()) == 0)
-        path->remove_prefix(path->size() > word.size() ? word.size() + 1 : word.size());
+// Removes a leading directory of this name, case ignored, and its separator.
+void passfolder(std::string_view *path, std::string_view name) {
+    if (path->size() >= name.size() && strnicmp(path->data(), name.data(), name.size()) == 0)
+        *path = fromcolumn(*path, name.size() + 1);
 }
 
 // The path without its drive, leading separator and the folders of the common libraries.
@@ -54,44 +52,37 @@ std::string_view shortpath(std::string_view path) {
     return path;
 }
 
-// The path stands in the second line behind the heading.
-void readsource(LISTING *listing, RECORDS *records) {
-    LINE line;
-    char path[BRAXFIELDSIZE];
-    if (!skiplines(listing, 1) || !nextline(listing, &line))
-        return;
-    const std::string_view text = fromcolumn(line.text, 4);
-    copytext(path, text.data(), text.substr(0, text.find('\r')).size(), sizeof path);
-    const std::string_view source = shortpath(path);
-    if (!source.empty())
-        recordsource(records, source, BRAX_filedate(path));
-}
-
-void readsummary(LISTING *listing, RECORDS *records) {
+// The path is in the second line after the heading.
+void recordpath(FILE *listing, FILE *records) {
     LINE line;
     skiplines(listing, 1);
-    while (nextline(listing, &line)) {
-        int32_t size = 0;
+    if (!nextline(listing, line) || strlen(line) < pathColumn)
+        return;
+    char *path = line + pathColumn;
+    path[strcspn(path, "\r\n")] = 0;
+    const int32_t date = BRAX_filedate(path);
+    recordsource(records, shortpath(path), &date);
+}
+
+// The size of the sections in the summary, which is the rest of the listing.
+int64_t summarysize(FILE *listing) {
+    LINE line;
+    int64_t total = 0;
+    skiplines(listing, 1);
+    while (nextline(listing, line)) {
+        std::string_view text = line;
         std::string_view section;
-        if (!takehexadecimal(&line.text, &size) || !takeword(&line.text, &section))
+        int32_t size = 0;
+        if (!takehexadecimal(&text, &size))
             continue;
-        if (section[0] == '.' && iscode(section.substr(1)))
-            addsize(records, size);
+        skipwhite(&text);
+        if (!standsat(text, 0, "."))
+            continue;
+        text.remove_prefix(1);
+        if (takeword(&text, &section) && iscode(section))
+            total += size;
     }
-}
-
-void recorddefined(std::string_view text, RECORDS *records) {
-    std::string_view fields = fromcolumn(text, nameColumn);
-    std::string_view name;
-    if (takeword(&fields, &name))
-        recorddefine(records, name.substr(0, name.find('@')), "FUNCTION", "GLOBAL", 0);
-}
-
-void recordreferred(std::string_view text, RECORDS *records) {
-    std::string_view fields = fromcolumn(text, nameColumn);
-    std::string_view name;
-    if (takeword(&fields, &name) && name.find('@') == std::string_view::npos)
-        recordrefer(records, name);
+    return total;
 }
 
 constexpr TOOLCHAIN pctoolchain = {
@@ -103,24 +94,34 @@ constexpr TOOLCHAIN pctoolchain = {
     .mustEnter = false,
     .dump = "dumpbin /symbols /out:tvk0001.tmp ",
     .dumpEnd = "",
+    .source = nullptr,
     .parse = pcparse,
 };
 
 } // namespace
 
-void pcparse(LISTING *listing, const char *, RECORDS *records) {
+int64_t pcparse(FILE *listing, FILE *records) {
     LINE line;
-    while (nextline(listing, &line)) {
-        const size_t length = standsat(line.text, scopeColumn, "External") ? fulllength(&line) : 0;
-        if (isheading(line.text))
-            readsource(listing, records);
-        else if (length > nameColumn && standsat(line.text, kindColumn, "SECT"))
-            recorddefined(line.text, records);
-        else if (length > scopeColumn + 8 && standsat(line.text, kindColumn, "UNDEF"))
-            recordreferred(line.text, records);
-        else if (standsat(line.text, 2, "Summary"))
-            readsummary(listing, records);
+    int64_t size = 0;
+    while (nextline(listing, line)) {
+        const std::string_view text = line;
+        const bool external = standsat(text, scopeColumn, "External");
+        std::string_view fields = fromcolumn(text, nameColumn);
+        std::string_view name;
+        if (standsat(text, 0, "COFF SYMBOL TABLE")) {
+            recordpath(listing, records);
+        } else if (external && text.size() > nameColumn && standsat(text, kindColumn, "SECT")) {
+            if (takeword(&fields, &name))
+                recorddefine(records, name.substr(0, name.find('@')), "FUNCTION", "GLOBAL", 0);
+        } else if (external && text.size() > scopeColumn + 8 &&
+                   standsat(text, kindColumn, "UNDEF")) {
+            if (takeword(&fields, &name) && name.find('@') == std::string_view::npos)
+                recordrefer(records, name);
+        } else if (standsat(text, 2, "Summary")) {
+            size += summarysize(listing);
+        }
     }
+    return size;
 }
 
 int pctvk(const char *source, const char *symbolfile) {

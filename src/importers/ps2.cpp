@@ -24,94 +24,47 @@ namespace {
 
 constexpr size_t bindingColumn = 17;
 constexpr size_t sectionColumn = 25;
-constexpr size_t sizeWidth = 16;    // digits behind the tab
-constexpr size_t usedDigits = 8;    // the last ones of them
-constexpr size_t titleColumn = 21;  // section name in front of its contents
+constexpr size_t sizeWidth = 16;    // digits after the tab
+constexpr size_t usedDigits = 8;    // the last of them
+constexpr size_t titleColumn = 21;  // section's name, in the line before its contents
 constexpr size_t textColumn = 43;   // bytes as text
 constexpr size_t textWidth = 16;    // in one row
 constexpr int sectionBytes = 16384; // of the contents that are searched
 constexpr int sourceBytes = 256;
 
-struct PS2SYMBOL {
-    std::string_view name;
-    const char *type; // null for one that is only referred to
-    int32_t size;
-};
-
-// The size of a defined symbol, whose digits stand behind the tab.
-bool readsize(std::string_view digits, int32_t *size) {
-    std::string_view used = fromcolumn(digits.substr(0, sizeWidth), sizeWidth - usedDigits);
-    return !used.empty() && ishexdigit(used[0]) && takehexadecimal(&used, size);
-}
-
-// `text` is a line without its line feed.
-bool readsymbol(std::string_view text, PS2SYMBOL *symbol) {
-    const size_t tab = text.find('\t');
-    if (text.size() <= bindingColumn || tab == std::string_view::npos)
-        return false;
-    const char binding = text[bindingColumn];
-    symbol->name = fromcolumn(text, tab + 1 + sizeWidth + 1);
-    if (symbol->name.empty())
-        return false;
-    if (binding == ' ') {
-        symbol->type = nullptr;
-        symbol->size = 0;
-        return true;
-    }
-    if (binding != 'g')
-        return false;
-    const std::string_view rest = fromcolumn(text, sectionColumn);
-    symbol->type = rest.substr(0, rest.find('\t')) == ".text" ? "FUNCTION" : "DATA";
-    return readsize(fromcolumn(text, tab + 1), &symbol->size);
-}
-
-void readsymbols(LISTING *listing, RECORDS *records) {
+// Writes the symbol table, which an empty line ends, and returns the size of its symbols.
+int64_t recordsymbols(FILE *listing, FILE *records) {
     LINE line;
-    PS2SYMBOL symbol = {};
-    while (nextline(listing, &line) && !isemptyline(&line)) {
-        if (!readsymbol(line.text, &symbol))
+    LINE name;
+    char type[32];
+    char scope[32];
+    int64_t total = 0;
+    int size = 0;
+    while (nextline(listing, line) && line[0] != '\n') {
+        if (ps2_parse_line(line, name, type, scope, &size) == 0)
             continue;
-        if (symbol.type == nullptr) {
-            recordrefer(records, symbol.name);
-            continue;
-        }
-        recorddefine(records, symbol.name, symbol.type, "GLOBAL", symbol.size);
-        addsize(records, symbol.size);
+        if (strcmp(type, "unknown") == 0)
+            recordrefer(records, name);
+        else
+            recorddefine(records, name, type, scope, size);
+        total += size;
     }
+    return total;
 }
 
-// Moves to the line behind the section's title.
-bool findsection(LISTING *listing, std::string_view section) {
+// Moves past the section's title.
+bool findsection(FILE *listing, std::string_view section) {
     LINE line;
-    while (nextline(listing, &line)) {
-        if (standsat(line.text, titleColumn, section))
+    while (nextline(listing, line)) {
+        if (standsat(line, titleColumn, section))
             return true;
     }
     return false;
 }
 
-// Collects as ps2fgetsection does, with the listing at the file's beginning.
-bool getsection(LISTING *listing, char *buffer, int size, std::string_view section) {
-    LINE line;
-    size_t used = 0;
-    if (!findsection(listing, section))
-        return false;
-    for (int64_t room = textWidth; room < size; room += textWidth) {
-        if (!nextline(listing, &line) || isemptyline(&line))
-            break;
-        const std::string_view text = fromcolumn(line.text, textColumn).substr(0, textWidth);
-        memcpy(buffer + used, text.data(), text.size());
-        used += text.size();
-    }
-    buffer[used] = 0;
-    return true;
-}
-
-bool sourcefrom(LISTING *listing, const char *section, char *source) {
+bool findsource(FILE *listing, const char *section, char *source) {
     char text[sectionBytes];
-    rewind(listing->file);
-    startlisting(listing, listing->file);
-    return getsection(listing, text, sizeof text, section) &&
+    return ps2fgetsection(text, sizeof text, listing, section) != nullptr &&
            ps2fgetsourcename(source, sourceBytes, text) != nullptr;
 }
 
@@ -124,30 +77,55 @@ constexpr TOOLCHAIN ps2toolchain = {
     .mustEnter = true,
     .dump = "ee-objdump --syms --full-contents ",
     .dumpEnd = ">tvk0001.tmp",
+    .source = nullptr,
     .parse = ps2parse,
 };
 
 } // namespace
 
 int ps2_parse_line(const char *line, char *name, char *type, char *scope, int *size) {
-    PS2SYMBOL symbol = {};
-    if (!readsymbol({line, strcspn(line, "\n")}, &symbol))
+    const std::string_view text(line, strcspn(line, "\n"));
+    const size_t tab = text.find('\t');
+    if (text.size() <= bindingColumn || tab == std::string_view::npos)
         return 0;
-    copytext(name, symbol.name.data(), symbol.name.size(), NAMELIMIT + 1);
-    copytext(type, symbol.type != nullptr ? symbol.type : "unknown", 32);
+    const char binding = text[bindingColumn];
+    const std::string_view found = fromcolumn(text, tab + 1 + sizeWidth + 1);
+    if ((binding != 'g' && binding != ' ') || found.empty())
+        return 0;
+    *size = 0;
+    copytext(type, "unknown", 32);
+    if (binding == 'g') {
+        std::string_view section = fromcolumn(text, sectionColumn);
+        section = section.substr(0, section.find('\t'));
+        std::string_view digits = text.substr(tab + 1 + sizeWidth - usedDigits, usedDigits);
+        if (!ishexdigit(digits[0]) || !takehexadecimal(&digits, size))
+            return 0;
+        copytext(type, section == ".text" ? "FUNCTION" : "DATA", 32);
+    }
+    copytext(name, found.data(), found.size(), sizeof(LINE));
     copytext(scope, "GLOBAL", 32);
-    *size = symbol.size;
     return 1;
 }
 
 char *ps2fgetsection(char *buffer, int size, FILE *file, const char *section) {
-    LISTING listing;
+    LINE line;
+    size_t used = 0;
     if (size < 1)
         return nullptr;
     buffer[0] = 0;
     rewind(file);
-    startlisting(&listing, file);
-    return getsection(&listing, buffer, size, section) ? buffer : nullptr;
+    if (!findsection(file, section))
+        return nullptr;
+    for (int64_t room = textWidth; room < size; room += textWidth) {
+        if (!nextline(file, line) || line[0] == '\n')
+            break;
+        line[strcspn(line, "\n")] = 0;
+        const std::string_view text = fromcolumn(line, textColumn).substr(0, textWidth);
+        memcpy(buffer + used, text.data(), text.size());
+        used += text.size();
+    }
+    buffer[used] = 0;
+    return buffer;
 }
 
 char *ps2fgetsourcename(char *name, int size, const char *text) {
@@ -165,12 +143,13 @@ char *ps2fgetsourcename(char *name, int size, const char *text) {
     return name;
 }
 
-void ps2parse(LISTING *listing, const char *, RECORDS *records) {
+int64_t ps2parse(FILE *listing, FILE *records) {
     char source[sourceBytes];
     skiplines(listing, 4);
-    readsymbols(listing, records);
-    if (sourcefrom(listing, "rodata", source) || sourcefrom(listing, "mdebug", source))
-        recordsource(records, source);
+    const int64_t size = recordsymbols(listing, records);
+    if (findsource(listing, "rodata", source) || findsource(listing, "mdebug", source))
+        recordsource(records, source, nullptr);
+    return size;
 }
 
 int ps2tvk(const char *source, const char *symbolfile) {

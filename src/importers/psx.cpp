@@ -4,7 +4,7 @@
 //             XDEF    _main
 //             XREF    printf
 //
-// The source file's name stands in the object itself, behind a folder called LIB:
+// The source file's name is in the object itself, after a folder called LIB:
 //
 //     C:\LIB\SRC\MAIN.C:
 #include "brax/text.h"
@@ -17,68 +17,50 @@
 
 namespace {
 
-// The name is looked for in the beginning of the object; the last byte read is not looked at.
-constexpr size_t headBytes = 256;
+constexpr size_t headBytes = 256; // of the object, searched for the name except the last one
 
-// The text from the word on; empty when the word is not in it.
+// The text from the word on; empty when it does not hold the word.
 std::string_view fromword(std::string_view text, std::string_view word) {
     const size_t position = text.find(word);
     return position != std::string_view::npos ? text.substr(position) : std::string_view();
 }
 
-// The word behind the first one.
+// Takes the second word.
 bool secondword(std::string_view text, std::string_view *word) {
     if (!takeword(&text, word))
         return false;
     return takeword(&text, word);
 }
 
-size_t readhead(const char *object, char *head) {
-    FILE *file = fopen(object, "re");
-    if (file == nullptr)
-        return 0;
-    const size_t got = fread(head, 1, headBytes, file);
-    fclose(file);
-    return got < headBytes ? got : headBytes - 1;
+// Reads and terminates the head; returns its length.
+size_t readhead(const char *object, char (&head)[headBytes]) {
+    size_t length = 0;
+    if (FILE *file = fopen(object, "re")) {
+        length = fread(head, 1, headBytes - 1, file);
+        fclose(file);
+    }
+    head[length] = 0;
+    return length;
 }
 
 bool endsname(char c) {
     return charvalue(c) < ' ' || c == ':';
 }
 
-void readsource(const char *object, RECORDS *records) {
-    constexpr char folder[] = "\\LIB\\";
-    char head[headBytes];
-    const size_t length = readhead(object, head);
-    head[length < headBytes ? length : headBytes - 1] = 0;
-    const char *found = TVKmemstr(head, folder, static_cast<int>(length));
-    if (found == nullptr)
-        return;
-    char *source = head + (found - head) + strlen(folder);
-    char *end = source;
-    while (!endsname(*end))
-        ++end;
-    *end = 0;
-    lowertext(source);
-    if (*source != 0)
-        recordsource(records, source, BRAX_filedate(source));
-}
-
-void readline(std::string_view text, RECORDS *records) {
+// Writes what a line says and returns the size of its block.
+int32_t recordline(std::string_view text, FILE *records) {
     std::string_view word;
+    int32_t size = 0;
     if (text.find("; block addr=") != std::string_view::npos) {
-        std::string_view size = fromword(text, "size=");
-        int32_t bytes = 0;
-        if (!size.empty()) {
-            size.remove_prefix(strlen("size="));
-            if (takehexadecimal(&size, &bytes))
-                addsize(records, bytes);
-        }
+        std::string_view digits = fromcolumn(fromword(text, "size="), strlen("size="));
+        if (!takehexadecimal(&digits, &size))
+            size = 0;
     }
     if (secondword(fromword(text, "XREF"), &word))
         recordrefer(records, word);
     if (secondword(fromword(text, "XDEF"), &word))
         recorddefine(records, word, "UNKNOWN", "GLOBAL", 0);
+    return size;
 }
 
 constexpr TOOLCHAIN psxtoolchain = {
@@ -90,6 +72,7 @@ constexpr TOOLCHAIN psxtoolchain = {
     .mustEnter = true,
     .dump = "reverse /nop /macro ",
     .dumpEnd = ">tvk0001.tmp",
+    .source = psxsource,
     .parse = psxparse,
 };
 
@@ -102,11 +85,31 @@ const char *TVKmemstr(const void *block, const char *needle, int length) {
     return size > 0 && position != std::string_view::npos ? bytes.data() + position : nullptr;
 }
 
-void psxparse(LISTING *listing, const char *object, RECORDS *records) {
+void psxsource(const char *object, FILE *records) {
+    constexpr char folder[] = "\\LIB\\";
+    char head[headBytes];
+    const size_t length = readhead(object, head);
+    const char *found = TVKmemstr(head, folder, static_cast<int>(length));
+    if (found == nullptr)
+        return;
+    char *source = head + (found - head) + strlen(folder);
+    char *end = source;
+    while (!endsname(*end))
+        ++end;
+    *end = 0;
+    lowertext(source);
+    if (*source == 0)
+        return;
+    const int32_t date = BRAX_filedate(source);
+    recordsource(records, source, &date);
+}
+
+int64_t psxparse(FILE *listing, FILE *records) {
     LINE line;
-    readsource(object, records);
-    while (nextline(listing, &line))
-        readline(line.text, records);
+    int64_t size = 0;
+    while (nextline(listing, line))
+        size += recordline(line, records);
+    return size;
 }
 
 int psxtvk(const char *source, const char *symbolfile) {

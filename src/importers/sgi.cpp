@@ -7,13 +7,13 @@
 //     [5]   printf  0x00000000  0    GLOB  OBJECT  UNDEF
 //     index name    value       size binding type section
 #include "importers/command.h"
-#include "importers/dumpfile.h"
 #include "importers/importers.h"
 #include "importers/importwalk.h"
 #include "importers/parsers.h"
-#include "importers/process.h"
 #include "importers/tempdir.h"
-#include "tool/options.h"
+
+#include <cstring>
+#include <unistd.h>
 
 namespace {
 
@@ -33,7 +33,8 @@ std::string_view typeword(std::string_view type) {
     return type == "OBJECT" ? "DATA" : type;
 }
 
-void readsymbol(std::string_view text, RECORDS *records) {
+// Writes what a symbol line says and returns the size of a section.
+int32_t recordsymbol(std::string_view text, FILE *records) {
     std::string_view name;
     std::string_view value;
     std::string_view binding;
@@ -43,84 +44,55 @@ void readsymbol(std::string_view text, RECORDS *records) {
     if (!takeindex(&text) || !takeword(&text, &name) || !takeword(&text, &value) ||
         !takedecimal(&text, &size) || !takeword(&text, &binding) || !takeword(&text, &type) ||
         !takeword(&text, &section))
-        return;
+        return 0;
     if (type == "SECTION")
-        addsize(records, size);
-    else if (section == "UNDEF")
+        return size;
+    if (section == "UNDEF")
         recordrefer(records, name);
     else
         recorddefine(records, name, typeword(type), binding, size);
+    return 0;
 }
 
-// Takes lines until one that begins an object; false at the end.
-bool findobject(LISTING *listing, LINE *line) {
-    while (nextline(listing, line)) {
-        if (!line->text.empty() && !iswhite(line->text[0]))
-            return true;
+int readlisting(FILE *listing, const char *symbolfile) {
+    FILE *records = openrecords(symbolfile);
+    int result = 0;
+    if (records != nullptr) {
+        sgiparse(listing, records);
+        result = closerecords(records, symbolfile);
+        unlink(TEMPFILE); // without a symbol file the listing stays
     }
-    return false;
-}
-
-// The name goes up to the first ':'; without one the line end belongs to it.
-void readheader(const LINE *line, RECORDS *records) {
-    const size_t colon = line->text.find(':');
-    if (colon == std::string_view::npos && reachesend(line))
-        recordbrokenobject(records, line->text);
-    else
-        recordobject(records, line->text.substr(0, colon));
-}
-
-int readlisting(FILE *file, const char *symbolfile) {
-    LISTING listing;
-    RECORDS records;
-    if (!openrecords(&records, symbolfile)) {
-        fclose(file);
-        return 0;
-    }
-    startlisting(&listing, file);
-    sgiparse(&listing, &records);
-    const bool whole = closerecords(&records, interrupted());
-    fclose(file);
-    letgodump(false);
-    return whole ? 1 : 0;
+    fclose(listing);
+    return result;
 }
 
 } // namespace
 
-// The line that ends the symbols of an object is passed over, whatever it is.
-void sgiparse(LISTING *listing, RECORDS *records) {
+// The line that ends an object's symbols is passed over, whatever it is.
+void sgiparse(FILE *listing, FILE *records) {
     LINE line;
-    while (!records->failed && findobject(listing, &line)) {
-        readheader(&line, records);
-        bool more = nextline(listing, &line);
-        while (more && !standsat(line.text, 0, "["))
-            more = nextline(listing, &line);
-        while (more && standsat(line.text, 0, "[")) {
-            readsymbol(line.text, records);
-            more = nextline(listing, &line);
+    while (nextline(listing, line)) {
+        if (iswhite(line[0]))
+            continue;
+        // Without a ':' the line feed belongs to the name.
+        recordobject(records, std::string_view(line).substr(0, strcspn(line, ":")));
+        bool more = nextline(listing, line);
+        while (more && line[0] != '[')
+            more = nextline(listing, line);
+        int64_t size = 0;
+        while (more && line[0] == '[') {
+            size += recordsymbol(line, records);
+            more = nextline(listing, line);
         }
-        if (interrupted())
-            return;
-        recordsize(records);
+        recordsize(records, size);
     }
 }
 
 int sgitvk(const char *source, const char *symbolfile) {
     char command[COMMANDSIZE];
-    if (!isimportable(source) ||
+    if (access(source, R_OK) != 0 ||
         !makecommand(command, "elfdump -t ", source, " | grep -v NOTYPE > tvk0001.tmp"))
         return 0;
-    holdworkdir();
-    beginimport();
-    int result = 0;
-    if (claimdump(true)) {
-        runcommand(command);
-        FILE *file = interrupted() ? nullptr : opendump();
-        result = file != nullptr ? readlisting(file, symbolfile) : 0;
-        letgodump(file != nullptr); // without a symbol file the listing stays
-    } else if (!interrupted()) {
-        toolsay("tolvik: ERROR: '%s' is in the way or cannot be made\n", TEMPFILE);
-    }
-    endimport();
-    return result;
+    FILE *listing = rundump(command, source) ? fopen(TEMPFILE, "re") : nullptr;
+    return listing != nullptr ? readlisting(listing, symbolfile) : 0;
 }

@@ -6,12 +6,12 @@
 // file is loaded and reported on.
 #include "brax/parse.h"
 #include "brax/text.h"
+#include "importers/command.h"
 #include "importers/importers.h"
-#include "importers/importwalk.h"
 #include "importers/tempdir.h"
 #include "search/argv.h"
+#include "tool/analysis.h"
 #include "tool/callbacks.h"
-#include "tool/loader.h"
 #include "tool/options.h"
 #include "tool/report.h"
 #include "tool/usage.h"
@@ -20,7 +20,6 @@
 #include <climits>
 #include <csignal>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -41,20 +40,13 @@ bool issymbolfile(const char *name) {
     return stricmp(extensionof(name), symbolextension) == 0;
 }
 
-// What is opened later must not land on a standard stream that the caller closed; writing
-// to one then still fails.
+// Opens the standard streams that the caller closed, so that no file of the user's takes their
+// place. Writing to them still fails.
 void holdstandardstreams() {
     for (int descriptor = 0; descriptor <= 2; ++descriptor) {
         if (fcntl(descriptor, F_GETFD) < 0)
             open("/dev/null", O_RDONLY);
     }
-}
-
-// What was lost on the way to standard output was most likely all that the run was for: the
-// help, the history.
-void checkstandardoutput() {
-    if (fflush(stdout) != 0 || ferror(stdout) != 0)
-        toolsay("tolvik: ERROR: could not write to standard output\n");
 }
 
 // An importer creates the symbol file anew by appending to it. False when the old one stays.
@@ -69,9 +61,8 @@ bool removeoldfile(const char *symbolfile) {
     return false;
 }
 
-// Names the symbol file of the batch and tells whether it is reported on. False when the
-// name is too long or the old file cannot be removed; the batch's sources are then skipped,
-// and it is not reported on.
+// Names the symbol file of the batch and sets whether it is reported on. False when the name is too
+// long or the old file cannot be removed; the batch's sources are then skipped.
 bool choosesymbolfile(char *symbolfile, int *report) {
     char chosen[SYMBOLFILESIZE];
     const char *source = BRAXsargv[0];
@@ -81,6 +72,7 @@ bool choosesymbolfile(char *symbolfile, int *report) {
     const char *name = builtonly ? destination : source;
     size_t length = strlen(name);
     const char *added = "";
+    *report = 0;
     if (!loaded && !builtonly) {
         length -= strlen(extensionof(name));
         added = symbolextension;
@@ -92,7 +84,7 @@ bool choosesymbolfile(char *symbolfile, int *report) {
     copytext(chosen, name, length, SYMBOLFILESIZE);
     copytext(chosen + length, added, SYMBOLFILESIZE - length);
     if (!loaded)
-        holdworkdir();
+        lockworkdir(true);
     if (!loaded && !removeoldfile(chosen))
         return false;
     copytext(symbolfile, chosen, SYMBOLFILESIZE);
@@ -116,30 +108,38 @@ IMPORTER importerof(int type) {
     }
 }
 
-// Whether both names lead to one file, however they are spelt.
-bool samefile(const char *a, const char *b) {
-    struct stat first = {};
-    struct stat second = {};
-    return *b != 0 && stat(a, &first) == 0 && stat(b, &second) == 0 &&
-           first.st_dev == second.st_dev && first.st_ino == second.st_ino;
-}
-
-// No report goes into a source or a symbol file.
-void judgedestination(const char *source, char *destination) {
-    if (stricmp(source, destination) == 0 || issymbolfile(destination) ||
-        samefile(source, destination))
-        destination[0] = 0;
-}
-
 void importsource(const char *source, const char *symbolfile) {
     if (strchr(source, '.') == nullptr) {
         toolsay("tolvik: ERROR: no file extension for '%s'\n", source);
         return;
     }
-    if (issymbolfile(source) || istemporary(source))
+    if (issymbolfile(source))
         return;
+    lockworkdir(true);
     if (importerof(OPTobjtype)(source, symbolfile) == 0)
         toolsay("tolvik: ERROR reading symbols from '%s'\n", source);
+}
+
+// Ends the run by the signal that a command died of. What the batch added to the symbol file, which
+// had `length` bytes before it (none for -1), is taken back.
+void endbysignal(const char *symbolfile, int64_t length) {
+    cleanup();
+    if (length < 0)
+        unlink(symbolfile);
+    else if (truncate(symbolfile, length) != 0)
+        toolsay("tolvik: ERROR: could not write '%s'\n", symbolfile);
+    signal(importsignal(), SIG_DFL);
+    raise(importsignal());
+}
+
+void importbatch(const char *symbolfile) {
+    struct stat status = {};
+    const int64_t length = stat(symbolfile, &status) == 0 ? status.st_size : -1;
+    for (int i = 0; i < BRAXargnum; ++i) {
+        importsource(BRAXsargv[i], symbolfile);
+        if (importsignal() != 0)
+            endbysignal(symbolfile, length);
+    }
 }
 
 // Fills in what the command line left open.
@@ -155,26 +155,33 @@ void completeoptions() {
     postheader = OPThtml != 0 ? "</H4><PRE>" : "\n";
 }
 
-// Where the report goes; never over symbols, which the file may not be known to hold when its
-// path has more dots.
-const char *reportname() {
-    const char *name = BRAXargnum > 0 ? BRAXdargv[0] : "";
-    const char *extension = strrchr(name, '.');
-    if (extension == nullptr || stricmp(extension, symbolextension) != 0 || access(name, F_OK) != 0)
-        return name;
-    toolsay("tolvik: ERROR: no report into the symbol file '%s'\n", name);
-    return "";
+bool samefile(const struct stat *file, const char *name) {
+    struct stat status = {};
+    return stat(name, &status) == 0 && status.st_dev == file->st_dev &&
+           status.st_ino == file->st_ino;
 }
 
-// Loads a symbol file and reports on it as the options say; 0 when there is no report.
-int tolvik(const char *symbolfile, const char *reportfile) {
-    // The store lives until the process ends, and so does the way to it: leak checkers count
-    // what nothing leads to. Nobody reads it, so that without "volatile" it would not be kept.
-    static TVKINFO *volatile store = nullptr;
-    store = tvkload(symbolfile);
-    letgoworkdir();
-    return tvkreport(reportfile, store, OPTsymbols, OPTnsymbols, OPTfiles, OPTnfiles, OPTdefine,
-                     OPTrefer, OPTlinks, OPTrecurselevel);
+// Whether the existing file must not be overwritten: the last batch or the report reads it, or its
+// last extension is ".tvk".
+bool isread(const struct stat *file, const char *name, const char *symbolfile) {
+    const char *extension = strrchr(name, '.');
+    bool found = samefile(file, symbolfile) ||
+                 (extension != nullptr && stricmp(extension, symbolextension) == 0);
+    for (int i = 0; i < BRAXargnum && !found; ++i)
+        found = samefile(file, BRAXsargv[i]);
+    return found;
+}
+
+// Returns the name of the report file; empty for standard output.
+const char *reportname(const char *symbolfile) {
+    struct stat status = {};
+    const char *name = BRAXargnum > 0 ? BRAXdargv[0] : "";
+    if (*name == 0 || stricmp(BRAXsargv[0], name) == 0 || issymbolfile(name))
+        return "";
+    if (stat(name, &status) != 0 || !isread(&status, name, symbolfile))
+        return name;
+    toolsay("tolvik: ERROR: no report over '%s', which holds objects or symbols\n", name);
+    return "";
 }
 
 } // namespace
@@ -183,27 +190,22 @@ int main(int argc, char *argv[]) {
     char symbolfile[SYMBOLFILESIZE] = "";
     int report = 0;
     bool more = true;
+    bool worked = false; // help and history leave a temporary directory alone
     holdstandardstreams();
-    // A file that grows past the limit then shows as a write error, which is told.
+    // A write that fails is reported; it does not end the run.
     signal(SIGXFSZ, SIG_IGN);
-    atexit(checkstandardoutput);
-    cleanup(); // what a killed run left is no source of this one
+    signal(SIGPIPE, SIG_IGN);
     BRAX_init(BRAX_reset, BRAX_usage, BRAX_opt, BRAX_history);
     while (more) {
         more = BRAX_parse(argc, argv, "tolvik", TextVersion);
         completeoptions();
-        const bool imports = BRAXargnum > 0 && choosesymbolfile(symbolfile, &report);
-        for (int i = 0; i < BRAXargnum; ++i) {
-            judgedestination(BRAXsargv[i], BRAXdargv[i]);
-            if (imports)
-                importsource(BRAXsargv[i], symbolfile);
-        }
+        worked |= BRAXargnum > 0;
+        if (BRAXargnum > 0 && choosesymbolfile(symbolfile, &report))
+            importbatch(symbolfile);
+    }
+    if (report != 0)
+        tolvik(symbolfile, reportname(symbolfile));
+    if (worked && lockworkdir(false)) // not under a run that imports
         cleanup();
-    }
-    if (report != 0) {
-        awaitimports();
-        tolvik(symbolfile, reportname());
-    }
-    cleanup();
     return 0;
 }

@@ -128,7 +128,7 @@ END
 expect_hasnt out 'system'
 expect_err </dev/null
 expect_file game.tvk <<'END'
-[lib.a[Pad.o)]
+[lib.a[Pad.o]]
 define=main,FUNCTION,GLOB,36
 refer=put
 size=0

@@ -1,78 +1,25 @@
-# Two runs in one directory do not disturb each other, and each does its whole work.
+# Two imports in one directory wait for each other; a report waits for neither.
 PATH=$TOLVIK_SOURCE/tests/cli/bin:$PATH
 printf '\n1\n\nSYMBOL TABLE:\n00000000 g     F .text\t00000004 f\n' >a.o
 tar cf lib.a a.o
 mkfifo "$STATE/go"
-
-# start ARGS...: a run whose dump program waits until something is written into $STATE/go.
-start() {
-    STUB_SAY_DUMP='echo started >"$STATE/started"; read -r word <"$STATE/go"' \
-        $TOLVIK "$@" >"$STATE/first" 2>&1 &
-    while [ ! -e "$STATE/started" ]; do sleep 0.01; done
-    rm "$STATE/started"
-}
-
-# second ARGS...: a run beside it, which says that it waits before the first one goes on.
-second() {
-    rm -f "$STATE/err"
-    (
-        while ! grep -q 'waiting for another run' "$STATE/err" 2>/dev/null; do sleep 0.01; done
-        [ -d tvk0000 ] || echo "no tvk0000" >"$STATE/lost"
-        echo go >"$STATE/go"
-    ) &
-    run "$@"
-    wait
-    expect_has err 'tolvik: waiting for another run in this directory'
-    [ ! -e "$STATE/lost" ] || fail "the other run's tvk0000 was removed"
-}
-
-# Both build the same symbol file; then one only reports on it.
-record='define=f,FUNCTION,GLOBAL,4
-size=4
-'
-start -tgc lib.a=all.tvk
-second -tgc -append lib.a=all.tvk
-expect_file all.tvk <<END
-[a.o]
-$record
-[a.o]
-$record
-END
-start -tgc lib.a=all.tvk
-second -sf -def all.tvk
-expect_out <<'END'
-
-tolvik v1.54 (Quillmarsh) 020718 Jul 25 2002 by Velo Marn, QVO
-
-
-SYMBOL
-    f()
-
-DEFINED IN
-    a.o
-
-END
-
-# From two directories on one object: the second run leaves what the first one has there alone.
-mkdir one two obj
-cp a.o obj/A.o
+STUB_SAY_DUMP='read -r word <"$STATE/go"' $TOLVIK -tgc lib.a=all.tvk >/dev/null 2>&1 &
 (
-    cd one
-    start -tgc ../obj/A.o=all.tvk
-    cd ../two
-    run -tgc -v1 ../obj/A.o=all.tvk
-    expect_err </dev/null
-    [ "$(ls ../obj)" = "$(printf 'A.o\na.o\ntvk0001.tmp')" ] || fail "during: $(ls ../obj)"
-    echo go >"$STATE/go"
-    wait
-)
-[ "$(ls obj)" = A.o ] || fail "afterwards: $(ls obj)"
-grep -q '^size=4' one/all.tvk && cmp one/all.tvk two/all.tvk || fail "not both whole"
-
-# A run that does neither leaves the directory of the running one alone.
-mkdir tvk0000
-(
-    flock 9
-    run -history
-    [ -d tvk0000 ] || fail "tvk0000 was removed under the lock"
-) 9<.
+    tries=200
+    while [ $tries != 0 ] && ! grep -q waiting "$STATE/second"; do
+        sleep 0.05
+        tries=$((tries - 1))
+    done
+    [ -d tvk0000 ] || echo "no tvk0000" >"$STATE/lost"
+    printf '[b.o]\ndefine=g,FUNCTION,GLOBAL,4\nsize=4\n' >b.tvk
+    timeout 10 $TOLVIK -v1 -sg b.tvk >"$STATE/third" 2>&1 || true
+    timeout 10 sh -c 'echo go >"$STATE/go"'
+) 2>/dev/null &
+while ! [ -d tvk0000 ]; do sleep 0.01; done
+timeout 20 $TOLVIK -v1 -tgc -append lib.a=all.tvk >/dev/null 2>"$STATE/second" || fail "the second run ended"
+wait
+[ "$(cat "$STATE/second")" = 'tolvik: waiting for another run in this directory' ] ||
+    fail "no message: $(cat "$STATE/second")"
+[ ! -e "$STATE/lost" ] || fail "the other run's tvk0000 was removed"
+grep -q '^g ' "$STATE/third" || fail "no report beside the import"
+[ "$(grep -c '^size=4$' all.tvk)" = 2 ] || fail "not both records"
