@@ -10,10 +10,9 @@
 #include "importers/importwalk.h"
 #include "importers/tempdir.h"
 #include "search/argv.h"
+#include "tool/analysis.h"
 #include "tool/callbacks.h"
-#include "tool/loader.h"
 #include "tool/options.h"
-#include "tool/report.h"
 #include "tool/usage.h"
 
 #include <cerrno>
@@ -166,17 +165,6 @@ const char *reportname() {
     return "";
 }
 
-// Loads a symbol file and reports on it as the options say; 0 when there is no report.
-int tolvik(const char *symbolfile, const char *reportfile) {
-    // The store lives until the process ends, and so does the way to it: leak checkers count
-    // what nothing leads to. Nobody reads it, so that without "volatile" it would not be kept.
-    static TVKINFO *volatile store = nullptr;
-    store = tvkload(symbolfile);
-    letgoworkdir();
-    return tvkreport(reportfile, store, OPTsymbols, OPTnsymbols, OPTfiles, OPTnfiles, OPTdefine,
-                     OPTrefer, OPTlinks, OPTrecurselevel);
-}
-
 } // namespace
 
 int main(int argc, char *argv[]) {
@@ -200,10 +188,8 @@ int main(int argc, char *argv[]) {
         }
         cleanup();
     }
-    if (report != 0) {
-        awaitimports();
+    if (report != 0)
         tolvik(symbolfile, reportname());
-    }
     cleanup();
     return 0;
 }
