@@ -104,11 +104,11 @@ BENCHMARK(closure)->Unit(benchmark::kMillisecond);
 
 void totals(benchmark::State &run) {
     for ([[maybe_unused]] auto _ : run) {
-        GRAPH graph;
-        if (!makegraph(&graph, store(), false))
+        LINKS links;
+        if (!closurebegin(&links, store()))
             abort();
-        gfree(linktotals(&graph, INT_MAX));
-        freegraph(&graph);
+        gfree(linktotals(&links, INT_MAX));
+        closureend(&links);
     }
 }
 BENCHMARK(totals)->Unit(benchmark::kMillisecond);

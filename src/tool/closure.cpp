@@ -5,16 +5,14 @@
 
 namespace {
 
-// Entries that were given back, and the rest of the block that new ones are taken from.
-ARENA arena = {};
-_tagfilelist *spare = nullptr;
-_tagfilelist *fresh = nullptr;
-int64_t freshCount = 0;
-int64_t spareCount = 0;
-
-int64_t lastStamp = 0;  // marks are never used twice
-int64_t stampInUse = 0; // mark of the list whose files carry their marks now
+ARENA arena = {};              // of all entries
+_tagfilelist *spare = nullptr; // entries of flfree
 bool failed = false;
+
+// Stamps are never used twice. The first is a value that a caller's record is unlikely to hold.
+int64_t lastStamp = 0x3A7C15E59B1D42;
+int64_t stampInUse = lastStamp; // of the list whose files have it
+int64_t linksInUse = lastStamp; // of the files with links
 
 // A file that is being followed: the references still to be looked at, and the one whose
 // symbol is being fetched meanwhile.
@@ -55,102 +53,146 @@ void lookahead(FRAME *frame, int count) {
     }
 }
 
-bool push(const _tagsymlist *refers, int level) {
+bool push(const _tagfile *file, int level) {
     if (stack.count == stack.room && !growstack(stack.room == 0 ? 256 : stack.room * 2))
         return false;
+    const _tagsymlist *refers = islinked(file) ? file->links : file->refers;
     FRAME *frame = &stack.frames[stack.count++];
     *frame = {refers, refers, level};
     lookahead(frame, 8);
     return true;
 }
 
-bool newentries(int64_t count) {
-    auto *block = static_cast<_tagfilelist *>(
-        arenaalloc(&arena, static_cast<size_t>(count) * sizeof(_tagfilelist)));
-    if (block == nullptr)
-        return false;
-    fresh = block;
-    freshCount = count;
-    return true;
-}
-
 _tagfilelist *newentry() {
-    if (spare != nullptr) {
-        _tagfilelist *entry = spare;
+    _tagfilelist *entry = spare;
+    if (entry != nullptr)
         spare = entry->next;
-        --spareCount;
-        return entry;
-    }
-    constexpr int64_t blockEntries = 512;
-    if (freshCount == 0 && !newentries(blockEntries)) {
-        failed = true;
-        return nullptr;
-    }
-    --freshCount;
-    return fresh++;
+    else
+        entry = static_cast<_tagfilelist *>(arenaalloc(&arena, sizeof *entry));
+    failed = failed || entry == nullptr;
+    return entry;
 }
 
-// Makes every file of the list carry the list's mark, and finds its last entry. A list that
-// was worked on last has both already; this is for one that was built by hand or put aside
-// while another grew.
+// Gives every file of the list the list's stamp, and finds its last entry. The list of the last
+// call has both already; lists that a caller made or put aside have not.
 void marklist(_tagfilelist *list) {
-    if (list->stamp != 0 && list->stamp == stampInUse && list->last->next == nullptr)
+    if (list->stamp == stampInUse && list->last->next == nullptr)
         return;
     stampInUse = ++lastStamp;
     list->stamp = stampInUse;
     for (_tagfilelist *entry = list; entry != nullptr; entry = entry->next) {
-        entry->file->stamp = stampInUse;
+        if (entry->file != nullptr)
+            entry->file->stamp = stampInUse;
         list->last = entry;
     }
 }
 
-// Lists the symbol's file when it has one that is not listed yet. True when its references
-// are to be followed.
-bool append(_tagfilelist **list, _tagsymbol *symbol, int limit, int level) {
-    _tagfile *file = symbol->file;
-    if (file == nullptr || (*list != nullptr && file->stamp == (*list)->stamp))
-        return false;
+// Whether the symbol's file exists and is in no list with that stamp.
+bool isneeded(const _tagsymbol *symbol, int64_t stamp) {
+    return symbol->file != nullptr && symbol->file->stamp != stamp;
+}
+
+bool append(_tagfilelist **list, _tagsymbol *symbol, int level) {
     _tagfilelist *entry = newentry();
     if (entry == nullptr)
         return false;
-    *entry = {file, level, symbol, nullptr, nullptr, 0};
+    *entry = {symbol->file, level, symbol, nullptr, nullptr, 0};
     if (*list == nullptr) {
         *list = entry;
-        stampInUse = ++lastStamp;
         entry->stamp = stampInUse;
     } else {
         (*list)->last->next = entry;
     }
     (*list)->last = entry;
-    file->stamp = (*list)->stamp;
-    return level < limit;
+    symbol->file->stamp = stampInUse;
+    return true;
+}
+
+// Takes the frame's next reference to a file that is not listed yet; null when there is none.
+const _tagsymlist *takeneeded(FRAME *frame) {
+    const _tagsymlist *node = frame->refers;
+    for (; node != nullptr && !isneeded(node->symbol, stampInUse); node = node->next)
+        lookahead(frame, 1);
+    frame->refers = node != nullptr ? node->next : nullptr;
+    return node;
+}
+
+// Numbers the files; nodes are counted in *nodes.
+bool numberfiles(LINKS *links, const TVKINFO *info, int64_t *nodes) {
+    int64_t count = 0;
+    for (const _tagfile *file = info->files; file != nullptr; file = file->next, ++count) {
+        for (const _tagsymlist *node = file->refers; node != nullptr; node = node->next)
+            ++*nodes;
+    }
+    links->files = galloclarge<_tagfile *>(count);
+    if (links->files == nullptr)
+        return false;
+    linksInUse = ++lastStamp;
+    for (_tagfile *file = info->files; file != nullptr; file = file->next) {
+        file->linkstamp = linksInUse;
+        file->links = nullptr;
+        file->number = links->count;
+        links->files[links->count++] = file;
+    }
+    return true;
+}
+
+// Makes the file's list of links from the nodes at `next`, and returns the first one left.
+_tagsymlist *makelinks(LINKS *links, _tagfile *file, _tagsymlist *next) {
+    const int64_t stamp = ++lastStamp;
+    _tagsymlist **end = &file->links;
+    FRAME frame = {file->refers, file->refers, 0};
+    lookahead(&frame, 8);
+    for (const _tagsymlist *node = file->refers; node != nullptr; node = node->next) {
+        lookahead(&frame, 1);
+        if (!isneeded(node->symbol, stamp))
+            continue;
+        node->symbol->file->stamp = stamp;
+        links->foreign = links->foreign || !islinked(node->symbol->file);
+        *next = {node->symbol, nullptr};
+        *end = next;
+        end = &next++->next;
+    }
+    return next;
+}
+
+// Obtains the memory of a closure of `files` files.
+bool reserve(int64_t files) {
+    if (stack.room < files && !growstack(files))
+        return false;
+    _tagfilelist *list = nullptr;
+    for (; files > 0; --files) {
+        _tagfilelist *entry = newentry();
+        if (entry == nullptr)
+            break;
+        entry->next = list;
+        list = entry;
+    }
+    flfree(list);
+    return files == 0;
 }
 
 } // namespace
 
-bool closurereserve(int64_t files) {
-    if (stack.room < files && !growstack(files))
-        return false;
-    return spareCount + freshCount >= files || newentries(files);
-}
-
 _tagfilelist *symneedfiles(_tagsymbol *symbol, _tagfilelist *list, int limit, int level) {
-    if (list != nullptr)
+    if (list != nullptr) {
         marklist(list);
+    } else {
+        stampInUse = ++lastStamp;
+        failed = false;
+    }
     stack.count = 0;
-    if (append(&list, symbol, limit, level))
-        push(symbol->file->refers, level);
+    if (!isneeded(symbol, stampInUse) || !append(&list, symbol, level) ||
+        (level < limit && !push(symbol->file, level)))
+        return list;
     while (stack.count > 0) {
         FRAME *top = &stack.frames[stack.count - 1];
-        const _tagsymlist *node = top->refers;
-        if (node == nullptr) {
-            --stack.count;
-            continue;
-        }
         const int below = top->level + 1;
-        top->refers = node->next;
-        lookahead(top, 1);
-        if (append(&list, node->symbol, limit, below) && !push(node->symbol->file->refers, below))
+        const _tagsymlist *node = takeneeded(top);
+        if (node == nullptr)
+            --stack.count;
+        else if (!append(&list, node->symbol, below) ||
+                 (below < limit && !push(node->symbol->file, below)))
             break;
     }
     return list;
@@ -160,31 +202,45 @@ void flfree(_tagfilelist *list) {
     if (list == nullptr)
         return;
     _tagfilelist *last = list;
-    for (; last->next != nullptr; last = last->next)
-        ++spareCount;
-    ++spareCount;
+    while (last->next != nullptr)
+        last = last->next;
     last->next = spare;
     spare = list;
 }
 
-void closurefree() {
-    while (spare != nullptr) {
-        _tagfilelist *entry = spare;
-        spare = entry->next;
-        if (!arenaowns(&arena, entry))
-            gfree(entry); // it was made by flnew
-    }
-    fresh = nullptr;
-    freshCount = spareCount = 0;
-    arenafree(&arena);
-    if (stack.frames != nullptr)
-        gfree(stack.frames);
-    stack = {nullptr, 0, 0};
+bool closurefailed() {
+    const bool result = failed;
     failed = false;
+    return result;
 }
 
-bool closurefailed() {
-    return failed;
+bool closurebegin(LINKS *links, const TVKINFO *info) {
+    int64_t nodes = 0;
+    *links = {};
+    if (!numberfiles(links, info, &nodes))
+        return false;
+    links->nodes = galloclarge<_tagsymlist>(nodes);
+    if (links->nodes == nullptr)
+        return false;
+    stampInUse = ++lastStamp; // the files lose their list's stamp
+    _tagsymlist *next = links->nodes;
+    for (int32_t i = 0; i < links->count; ++i)
+        next = makelinks(links, links->files[i], next);
+    return reserve(links->count);
+}
+
+void closureend(LINKS *links) {
+    linksInUse = ++lastStamp;
+    failed = false;
+    if (links->files != nullptr)
+        gfree(links->files);
+    if (links->nodes != nullptr)
+        gfree(links->nodes);
+    *links = {};
+}
+
+bool islinked(const _tagfile *file) {
+    return file->linkstamp == linksInUse;
 }
 
 int32_t saturated(int64_t sum) {

@@ -12,17 +12,28 @@
 // but not followed. When memory runs out the list is incomplete and closurefailed() true.
 _tagfilelist *symneedfiles(_tagsymbol *symbol, _tagfilelist *list, int limit, int level);
 
-// Makes sure that a closure of `files` files needs no more memory; false when there is none.
-bool closurereserve(int64_t files);
-
-// Whether memory ran out in a closure since the process began, or since closurefree.
-bool closurefailed();
-
-// Gives a whole closure of symneedfiles back for later ones; null is ignored.
+// Releases a whole closure for later ones; null is ignored.
 void flfree(_tagfilelist *list);
 
-// Releases what closures keep for later ones. Every list of symneedfiles becomes invalid.
-void closurefree();
+// Whether memory ran out in the closure that was begun last; false when asked again.
+bool closurefailed();
+
+// The object files of a store and, in the files, private lists of their references: what makes
+// many closures fast. Of references to the same file the first is kept.
+struct LINKS {
+    int32_t count; // of files
+    _tagfile **files;
+    _tagsymlist *nodes; // of all lists
+    bool foreign;       // some reference leads to a file that is not in the store's list
+};
+
+// Fills in the links of the store and obtains the memory of a closure of all its files. The store
+// must not change before closureend. False when memory runs out; closureend is then due too.
+bool closurebegin(LINKS *links, const TVKINFO *info);
+void closureend(LINKS *links);
+
+// Whether the file's `number` and `links` are those of the last closurebegin.
+bool islinked(const _tagfile *file);
 
 // Sums saturate at the ends of 32 bits.
 int32_t saturated(int64_t sum);

@@ -64,8 +64,11 @@ struct _tagfile {
     _tagsymlist *refers;
     _tagfile *next; // in the store's list
 
-    int64_t stamp;  // private to the closure: the list that holds this file
-    int32_t number; // private to a report: its place in the store's list, from 0
+    // Private to closures:
+    int64_t stamp;      // of the list that holds this file
+    int64_t linkstamp;  // shows that the next two are valid
+    _tagsymlist *links; // references to other files, each file once
+    int32_t number;     // place in the store's list, from 0
 };
 
 // One file of a closure (see closure.h), in the order in which the files were reached.

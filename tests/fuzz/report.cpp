@@ -179,9 +179,9 @@ void checkclosure(_tagsymbol *symbol, int limit, const int64_t *totals) {
 }
 
 void checkclosures(const TVKINFO *info, int limit) {
-    GRAPH graph;
-    fuzzrequire(makegraph(&graph, info, false), "no graph");
-    int64_t *totals = linktotals(&graph, limit);
+    LINKS links;
+    fuzzrequire(closurebegin(&links, info), "no links");
+    int64_t *totals = linktotals(&links, limit);
     for (const _tagfile *file = info->files; file != nullptr; file = file->next) {
         for (const _tagsymlist *list : {file->defines, file->refers}) {
             if (list != nullptr)
@@ -189,7 +189,7 @@ void checkclosures(const TVKINFO *info, int limit) {
         }
     }
     gfree(totals);
-    freegraph(&graph);
+    closureend(&links);
 }
 
 // Adds the newest symbols of the newest file to the named ones.
@@ -222,6 +222,5 @@ void fuzzinput(const string &input) {
     comparereports(info, store, r);
     checkclosures(info, r.limit);
     tvkfree(info);
-    closurefree();
     fuzzrequire(galloccount == held, "a report kept memory");
 }

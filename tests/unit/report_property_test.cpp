@@ -178,7 +178,6 @@ void setoptions() {
 
 TEST(ReportProperty, SameAsDoneThePlainWay) {
     const TREE tree;
-    closurefree();
     const int held = galloccount;
     for (unsigned seed = 0; seed < 400 && !HasFailure(); ++seed) {
         generator.seed(seed);
@@ -201,7 +200,6 @@ TEST(ReportProperty, SameAsDoneThePlainWay) {
             EXPECT_EQ(messages, expectedMessages);
         }
         tvkfree(info);
-        closurefree();
         EXPECT_EQ(galloccount, held) << "seed " << seed;
     }
     OPTverbose = 2;
