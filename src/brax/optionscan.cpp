@@ -149,7 +149,7 @@ void scanoption(SCAN *scan) {
     }
     if (OPTkeepopts != 0)
         keepoption(scan);
-    const char *end = BRAX_topichelp(scan->p);
+    const char *end = BRAX_topichelp(scan->p, true);
     if (end == nullptr && !BRAX_isreserved(scan->p) && BRAX_optfunc != nullptr)
         end = BRAX_optfunc(scan->p);
     if (end != nullptr) {
