@@ -30,6 +30,7 @@ struct SEARCH {
     const char *root;
     int depth;
     int found;
+    bool exact; // hookisexact
     NAMEINDEX index;
 
     // The directory that is being searched.
@@ -58,19 +59,17 @@ bool lookedfor(const FileInfo *entry) {
     return !literal(entry) || OPTkeepunfound == 0 || OPTrecurse == 1;
 }
 
-NAMEUSE use(const FileInfo *entry, bool exact) {
+// The key is the last component of the pattern that the entry is compared with.
+NAMEUSE use(const void *context, const FileInfo *entry, const char **key) {
+    const auto *search = static_cast<const SEARCH *>(context);
     if (!lookedfor(entry))
         return NAMEUSE::none;
-    const bool keyed = literal(entry) || (exact && !holdswildcard(lastcomponent(entry->source)));
-    return keyed ? NAMEUSE::keyed : NAMEUSE::wild;
-}
-
-NAMEUSE useexact(const FileInfo *entry) {
-    return use(entry, true);
-}
-
-NAMEUSE useinexact(const FileInfo *entry) {
-    return use(entry, false);
+    *key = lastcomponent(entry->source);
+    if (literal(entry))
+        return NAMEUSE::keyed;
+    if (entry->type == BRAXNAMEABSOLUTE)
+        *key = lastcomponent(behindshared(entry->source, search->root));
+    return search->exact && !holdswildcard(*key) ? NAMEUSE::keyed : NAMEUSE::wild;
 }
 
 void release(char *&text) {
@@ -226,10 +225,7 @@ bool searchlisting(SEARCH *search, WALK *walk) {
 
 // The path behind what it shares with the root, less one separator.
 const char *relativedirectory(const char *path, const char *root) {
-    while (*path != 0 && *path == *root) {
-        ++path;
-        ++root;
-    }
+    path = behindshared(path, root);
     return path + (isslash(*path) ? 1 : 0);
 }
 
@@ -259,7 +255,8 @@ bool preparesearch(SEARCH *search) {
         search->moved[i] = {nullptr, nullptr};
         search->list->files[i]->found = FOUNDNOT;
     }
-    return nameindexbuild(&search->index, search->list, hookisexact() ? useexact : useinexact);
+    search->exact = hookisexact();
+    return nameindexbuild(&search->index, search->list, use, search);
 }
 
 void endsearch(SEARCH *search) {
