@@ -127,8 +127,7 @@ const char *optrecurse(const char *text) {
         OPTrecurse = 1;
         return end;
     }
-    if (OPTenvpath != nullptr)
-        gfree(OPTenvpath);
+    grelease(OPTenvpath);
     OPTenvpath = galloctext(list);
     if (OPTenvpath == nullptr)
         BRAXhelpgiven = 1; // nothing would be found, for want of memory alone

@@ -85,10 +85,8 @@ bool endcall() {
         more = false;
         BRAX_restore();
     }
-    if (OPTrecurse == 2 && OPTenvpath != nullptr) {
-        gfree(OPTenvpath);
-        OPTenvpath = nullptr;
-    }
+    if (OPTrecurse == 2)
+        grelease(OPTenvpath);
     return more;
 }
 

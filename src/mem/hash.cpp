@@ -173,15 +173,9 @@ void addtoindex(HASHINDEX *index, const HASHRECORD *record) {
     *findslot(index, key, hash) = {record->key, hash, record->value};
 }
 
-void dropindex(HASHTABLE *table) {
-    if (table->index != nullptr)
-        gfree(table->index);
-    table->index = nullptr;
-}
-
 // Replaces the index by one with four slots for every key there is; true when that worked.
 bool rebuildindex(HASHTABLE *table) {
-    dropindex(table);
+    grelease(table->index);
     const uint64_t capacity = std::bit_ceil(static_cast<uint64_t>(table->count) * 4);
     const auto bytes = static_cast<int64_t>(sizeof(HASHINDEX) + capacity * sizeof(INDEXSLOT));
     void *block = gallocarray<char>(bytes);
@@ -260,7 +254,7 @@ int32_t HASH_check(const HASHTABLE *table, const char *key, int64_t length) {
 void HASH_purge(HASHTABLE *table) {
     if (table == nullptr)
         return;
-    dropindex(table);
+    grelease(table->index);
     HUNK_purge(&table->pool);
     gfree(table);
 }

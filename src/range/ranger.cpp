@@ -201,8 +201,7 @@ RANGER *RANGER_open(EXPR *evaluator, const char *text, double defaultMin, double
 }
 
 void RANGER_close(RANGER *ranger) {
-    if (ranger != nullptr)
-        gfree(ranger);
+    grelease(ranger);
 }
 
 int RANGER_getfield(RANGER *ranger, double *value) {

@@ -3,6 +3,7 @@
 #include "brax/options.h"
 #include "brax/text.h"
 #include "mem/galloc.h"
+#include "search/record.h"
 #include "wild/wild.h"
 
 #include <climits>
@@ -146,15 +147,6 @@ int32_t decimaldate(int32_t seconds) {
     return (1900 + date.tm_year) * 10000 + date.tm_mon * 100 + date.tm_mday;
 }
 
-bool holdswildcards(const char *name) {
-    for (; *name != 0; ++name) {
-        const int value = charvalue(*name);
-        if (value == WILDcharstar || value == WILDcharquestion || value == WILDcharnumber)
-            return true;
-    }
-    return false;
-}
-
 // Whether the name, which also serves as the destination, matches the entry.
 bool matchesname(const char *entry, const char *name) {
     char scratch[BRAXFIELDSIZE];
@@ -192,7 +184,7 @@ int32_t BRAX_filedate(const char *path) {
     if (name[0] == 0)
         copytext(name, ".", sizeof name);
     copytext(data.name, name, sizeof data.name);
-    const bool found = (!holdswildcards(name) && SGIfindfill(&data)) || findlisted(name, &data);
+    const bool found = (!holdswildcard(name) && SGIfindfill(&data)) || findlisted(name, &data);
     const int32_t date = found ? decimaldate(data.time) : 0;
     if (OPTverbose >= 5)
         BRAX_say("%s %d\n", path, date);
@@ -219,7 +211,6 @@ bool SGIreturn(const SGI_place *place) {
 void SGIforgetplace(SGI_place *place) {
     if (place->descriptor >= 0)
         close(place->descriptor);
-    if (place->path != nullptr)
-        gfree(place->path);
+    grelease(place->path);
     *place = {-1, nullptr};
 }

@@ -72,12 +72,6 @@ NAMEUSE use(const void *context, const FileInfo *entry, const char **key) {
     return search->exact && !holdswildcard(*key) ? NAMEUSE::keyed : NAMEUSE::wild;
 }
 
-void release(char *&text) {
-    if (text != nullptr)
-        gfree(text);
-    text = nullptr;
-}
-
 void touch(SEARCH *search, int32_t i) {
     search->touched[search->touchedCount++] = i;
 }
@@ -85,8 +79,8 @@ void touch(SEARCH *search, int32_t i) {
 void forgetdirectory(SEARCH *search) {
     for (int32_t k = 0; k < search->touchedCount; ++k) {
         const int32_t i = search->touched[k];
-        release(search->moved[i].pattern);
-        release(search->moved[i].dest);
+        grelease(search->moved[i].pattern);
+        grelease(search->moved[i].dest);
         search->list->files[i]->found = FOUNDNOT;
     }
     search->touchedCount = 0;
@@ -129,8 +123,8 @@ bool moveentry(SEARCH *search, int32_t i) {
                          ? BRAX_makerelativeAbs(entry->source, search->root)
                          : BRAX_makerelative(entry->source, search->relative);
     if (moved->dest == nullptr || moved->pattern == nullptr) {
-        release(moved->dest);
-        release(moved->pattern);
+        grelease(moved->dest);
+        grelease(moved->pattern);
         return false;
     }
     touch(search, i);
@@ -200,7 +194,7 @@ bool comparename(SEARCH *search, SGI_finddata *data) {
             comparewild(search, i, data);
         complete = !search->list->files[i]->incomplete;
     }
-    release(search->relativeName);
+    grelease(search->relativeName);
     return complete;
 }
 
@@ -262,10 +256,8 @@ bool preparesearch(SEARCH *search) {
 void endsearch(SEARCH *search) {
     forgetdirectory(search);
     nameindexfree(&search->index);
-    if (search->moved != nullptr)
-        gfree(search->moved);
-    if (search->touched != nullptr)
-        gfree(search->touched);
+    grelease(search->moved);
+    grelease(search->touched);
     growfree(&search->source);
     growfree(&search->dest);
     growfree(&search->scratch);
@@ -341,6 +333,5 @@ void BRAX_findbatch(SearchList *list) {
     // for the system or lead through directories that are closed to the user.
     char *here = currentdirectory();
     searchhere(here != nullptr ? here : "", here != nullptr ? here : "", list, 0);
-    if (here != nullptr)
-        gfree(here);
+    grelease(here);
 }

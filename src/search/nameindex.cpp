@@ -20,12 +20,6 @@ void addkeyed(NAMEINDEX *index, int32_t entry, const char *name) {
     ++index->keyed;
 }
 
-template <typename T> void release(T *&block) {
-    if (block != nullptr)
-        gfree(block);
-    block = nullptr;
-}
-
 } // namespace
 
 bool nameindexbuild(NAMEINDEX *index, const SearchList *list, NAMEUSEFUN use, const void *context) {
@@ -69,7 +63,7 @@ int32_t nameindexnext(NAMECURSOR *cursor) {
 }
 
 void nameindexfree(NAMEINDEX *index) {
-    release(index->wilds);
-    release(index->heads);
-    release(index->next);
+    grelease(index->wilds);
+    grelease(index->heads);
+    grelease(index->next);
 }

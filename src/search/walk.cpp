@@ -32,19 +32,8 @@ WALKLEVEL *top(WALK *walk) {
 }
 
 bool pushlevel(WALK *walk, const WALKLEVEL &level) {
-    if (walk->count == walk->room) {
-        constexpr int64_t leastRoom = 32;
-        const int64_t newRoom = walk->room > 0 ? walk->room * 2 : leastRoom;
-        auto *larger = gallocarray<WALKLEVEL>(newRoom);
-        if (larger == nullptr)
-            return false;
-        if (walk->levels != nullptr) {
-            memcpy(larger, walk->levels, static_cast<size_t>(walk->count) * sizeof(WALKLEVEL));
-            gfree(walk->levels);
-        }
-        walk->levels = larger;
-        walk->room = newRoom;
-    }
+    if (!growarray(walk->levels, walk->count, walk->room))
+        return false;
     walk->levels[walk->count++] = level;
     return true;
 }
@@ -206,8 +195,7 @@ bool WALK_run(const char *base, WALKVISIT visit, void *context) {
     SGIforgetplace(&walk.start);
     growfree(&walk.path);
     growfree(&walk.pending);
-    if (walk.levels != nullptr)
-        gfree(walk.levels);
+    grelease(walk.levels);
     return whole;
 }
 

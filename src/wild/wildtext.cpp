@@ -169,8 +169,7 @@ char **reallocateBuffer(char **list, const char *text, int32_t count) {
     char *copy = galloctext(text);
     char **larger = copy != nullptr ? gallocarray<char *>(count) : nullptr;
     if (larger == nullptr) {
-        if (copy != nullptr)
-            gfree(copy);
+        grelease(copy);
         return nullptr;
     }
     if (list != nullptr) {
