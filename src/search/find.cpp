@@ -280,18 +280,6 @@ int searchhere(const char *path, const char *root, SearchList *list, int depth) 
     return search.found;
 }
 
-// The current directory's name, however long; null when the system does not tell it.
-char *currentdirectory() {
-    constexpr int mostBytes = 1 << 24;
-    for (int bytes = BRAXFIELDSIZE; bytes <= mostBytes; bytes *= 2) {
-        char *path = gallocarray<char>(bytes);
-        if (path == nullptr || getcwd(path, static_cast<size_t>(bytes)) != nullptr)
-            return path;
-        gfree(path);
-    }
-    return nullptr;
-}
-
 void searchlistedpaths(SearchList *list, char *paths) {
     for (char *element = paths; element != nullptr;) {
         char *end = strchr(element, ';');
@@ -329,9 +317,9 @@ void BRAX_findbatch(SearchList *list) {
             searchlistedpaths(list, OPTenvpath);
         return;
     }
-    // The process is there already: no need to find the way by a name, which may be too long
-    // for the system or lead through directories that are closed to the user.
-    char *here = currentdirectory();
-    searchhere(here != nullptr ? here : "", here != nullptr ? here : "", list, 0);
-    grelease(here);
+    // The process is there already, so that an unknown name of the directory does no harm.
+    char here[65536];
+    if (getcwd(here, sizeof here) == nullptr)
+        here[0] = 0;
+    searchhere(here, here, list, 0);
 }

@@ -38,12 +38,6 @@ bool pushlevel(WALK *walk, const WALKLEVEL &level) {
     return true;
 }
 
-#ifdef O_PATH
-constexpr int ancestorFlags = O_PATH | O_DIRECTORY | O_CLOEXEC;
-#else
-constexpr int ancestorFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
-#endif
-
 // Whether the directory lies above the start, or is it.
 bool abovestart(const WALK *walk, const WALKLEVEL &level) {
     int at = dup(walk->start.descriptor);
@@ -62,7 +56,7 @@ bool abovestart(const WALK *walk, const WALKLEVEL &level) {
         if (!first && same(now, seen))
             break; // the root is its own parent
         seen = now;
-        const int above = openat(at, "..", ancestorFlags);
+        const int above = openat(at, "..", SGIPLACEFLAGS);
         close(at);
         at = above;
     }
