@@ -2,7 +2,6 @@
 #include "brax/builtin.h"
 #include "brax/fields.h"
 #include "brax/help.h"
-#include "brax/response.h"
 #include "brax/run.h"
 #include "brax/text.h"
 
@@ -63,7 +62,7 @@ size_t lengthofmark(const char *argument) {
 }
 
 bool append(TEXTEND *text, const char *part, size_t length) {
-    return BRAX_append(text, part, length, "OPTION TEXT");
+    return BRAX_append(text, part, length, "OPTION TEXT", part);
 }
 
 // Appends the argument, with quotes around each name that holds bytes above 127.
@@ -109,7 +108,7 @@ void expandresponse(TEXTEND *text, int start) {
     const bool ends = cutbatchend(specification);
     text->length = start;
     text->text[start] = 0;
-    if (refused || !BRAX_appendresponse(specification, text->text, &text->length))
+    if (refused || !BRAX_appendresponse(specification, text))
         BRAXhelpgiven = 1;
     if (ends)
         append(text, " ; ", 3);
@@ -149,9 +148,10 @@ const char *BRAX_optsvariable() {
     return optsvariable;
 }
 
-bool BRAX_append(TEXTEND *end, const char *text, size_t length, const char *what) {
+bool BRAX_append(TEXTEND *end, const char *text, size_t length, const char *what,
+                 const char *input) {
     if (length >= static_cast<size_t>(BRAXLISTSIZE - end->length)) {
-        BRAX_refuse(what, text);
+        BRAX_refuse(what, input);
         return false;
     }
     memcpy(end->text + end->length, text, length);

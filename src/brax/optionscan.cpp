@@ -26,7 +26,7 @@ void addname(SCAN *scan, const char *before, const char *name, const char *after
     const int start = scan->names.length;
     const char *parts[] = {before, name, after, " "};
     for (const char *part : parts) {
-        if (!BRAX_append(&scan->names, part, strlen(part), "NAME LIST")) {
+        if (!BRAX_append(&scan->names, part, strlen(part), "NAME LIST", part)) {
             scan->names.length = start;
             scan->names.text[start] = 0;
             return;

@@ -22,9 +22,13 @@ struct TEXTEND {
     int length;
 };
 
-// Appends `length` characters; refuses a text beyond its half of the block with one
-// message ("<what> TOO LONG") and returns false, nothing appended.
-bool BRAX_append(TEXTEND *end, const char *text, size_t length, const char *what);
+// Appends `length` characters. Refuses a text beyond its half of the block: "<what> TOO LONG
+// <start of input...>"; returns false then, with nothing appended.
+bool BRAX_append(TEXTEND *end, const char *text, size_t length, const char *what,
+                 const char *input);
+
+// BRAX_responsefile for a text whose length is known.
+bool BRAX_appendresponse(const char *specification, TEXTEND *output);
 
 // Name of the environment variable with the program's default options.
 const char *BRAX_optsvariable();
