@@ -3,6 +3,7 @@
 #include "brax/fields.h"
 #include "brax/help.h"
 #include "brax/options.h"
+#include "brax/run.h"
 #include "brax/text.h"
 #include "mem/galloc.h"
 
@@ -32,25 +33,26 @@ bool asksforvalue(const char *text) {
 
 const char *optbanneroff(const char *value) {
     int off = OPTbanner == 0 ? 1 : 0;
-    value = BRAX_getopt(&off, value, "disable logo", 0, 1);
+    value = BRAX_getbuiltin(&off, value, "disable logo", 1, 1);
     OPTbanner = off == 0 ? 1 : 0;
     return value;
 }
 
 const char *optsort(const char *value) {
-    value = BRAX_getopt(&OPTsorttype, value, "sort names", 0, 7);
+    value = BRAX_getbuiltin(&OPTsorttype, value, "sort names", 7, 1);
     OPTsortbydirs = 1;
     if ((OPTsorttype == 4 && OPTmakesizelist == 0) || (OPTsorttype == 3 && OPTmakedatelist == 0))
         OPTsorttype = 0;
     return value;
 }
 
-void showhistory() {
+// Prints the banner and the lines, which an empty text or null ends.
+void showversion(const char *const *line) {
     if (BRAXhelpgiven != 0)
         return;
     if (BRAX_usagefunc != nullptr)
         BRAX_usagefunc(prgnamebuf, nullptr, nullptr, 0);
-    for (const char *const *line = OPThistory; line != nullptr && **line != 0; ++line)
+    for (; line != nullptr && *line != nullptr && **line != 0; ++line)
         BRAX_say("%s\n", *line);
     BRAXhelpgiven = 1;
 }
@@ -73,12 +75,12 @@ const char *optwebhelp(const char *text) {
 }
 
 const char *optverbosity(const char *value, const char *label) {
-    return BRAX_getopt2(&OPTverbose, value, label, 0, 6, 3);
+    return BRAX_getbuiltin(&OPTverbose, value, label, 6, 3);
 }
 
 const char *opthelp(const char *text) {
     if (beginswith(text, "history")) {
-        showhistory();
+        showversion(OPThistory);
         return text + 7;
     }
     if (beginswith(text, "help"))
@@ -87,13 +89,26 @@ const char *opthelp(const char *text) {
     return optverbosity(text + 1, "help");
 }
 
-void showtopic(const char *topic) {
+// The words that start with a second '-'; null for any other.
+const char *optlong(const char *text) {
+    if (beginswith(text, "help") && isblankchar(text[4])) {
+        autohelp = 2;
+        return optverbosity(text + 4, "help");
+    }
+    if (!beginswith(text, "version") || !isblankchar(text[7]))
+        return nullptr;
+    showversion(nullptr);
+    return text + 7;
+}
+
+// The scan hands out the address kept since the start of the run.
+void showtopic(const char *topic, bool scanning) {
     char address[BRAXFIELDSIZE];
-    BRAX_usagefunc(prgnamebuf, topic, BRAX_geturl(address, prgnamebuf), 4);
+    BRAX_usagefunc(prgnamebuf, topic, scanning ? helpaddress : BRAX_geturl(address, prgnamebuf), 4);
     BRAXhelpgiven = 1;
 }
 
-const char *optquestion(const char *text) {
+const char *optquestion(const char *text, bool scanning) {
     char topic[BRAXFIELDSIZE];
     const char *end = BRAX_getfield(topic, text, false, false);
     if (BRAX_isnumber(topic)) {
@@ -101,7 +116,7 @@ const char *optquestion(const char *text) {
         return optverbosity(text, "help");
     }
     if (BRAX_usagefunc != nullptr && BRAXhelpgiven == 0)
-        showtopic(topic);
+        showtopic(topic, scanning);
     return end;
 }
 
@@ -112,8 +127,7 @@ const char *optrecurse(const char *text) {
         OPTrecurse = 1;
         return end;
     }
-    if (OPTenvpath != nullptr)
-        gfree(OPTenvpath);
+    grelease(OPTenvpath);
     OPTenvpath = galloctext(list);
     if (OPTenvpath == nullptr)
         BRAXhelpgiven = 1; // nothing would be found, for want of memory alone
@@ -193,7 +207,7 @@ void unknownoption(int place, const char *text) {
 
 // One option word, with its effect; null when it is unknown.
 const char *recognise(const char *text) {
-    if (const char *end = BRAX_topichelp(text); end != nullptr)
+    if (const char *end = BRAX_topichelp(text, false); end != nullptr)
         return end;
     if (!BRAX_isreserved(text) && BRAX_optfunc != nullptr) {
         if (const char *end = BRAX_optfunc(text); end != nullptr)
@@ -217,13 +231,13 @@ void BRAX_setdestinationrule(const char *text) {
 const char *BRAX_builtin(const char *text, bool scanning) {
     switch (lowerchar(*text)) {
     case 'b':
-        return BRAX_getopt(&OPTbanner, text + 1, "banner", 0, 1);
+        return BRAX_getbuiltin(&OPTbanner, text + 1, "banner", 1, 1);
     case 'h':
         return opthelp(text);
     case '?':
-        return optquestion(text + 1);
+        return optquestion(text + 1, scanning);
     case 'l':
-        return beginswith(text, "log") ? BRAX_getopt(&OPTlog, text + 3, "log", 0, 2) : nullptr;
+        return beginswith(text, "log") ? BRAX_getbuiltin(&OPTlog, text + 3, "log", 2, 1) : nullptr;
     case 'n':
         return beginswith(text, "nologo") ? optbanneroff(text + 6) : nullptr;
     case 'r':
@@ -232,21 +246,23 @@ const char *BRAX_builtin(const char *text, bool scanning) {
         if (beginswith(text, "sort"))
             return optsort(text + 4);
         return beginswith(text, "strippaths")
-                   ? BRAX_getopt(&OPTstrippaths, text + 10, "strip paths of destination filename",
-                                 0, 1)
+                   ? BRAX_getbuiltin(&OPTstrippaths, text + 10,
+                                     "strip paths of destination filename", 1, 1)
                    : nullptr;
     case 't':
         return beginswith(text, "time")
-                   ? BRAX_getopt(&OPTtime, text + 4, "enable timing diagnostics", 0, 1)
+                   ? BRAX_getbuiltin(&OPTtime, text + 4, "enable timing diagnostics", 1, 1)
                    : nullptr;
     case 'v':
         return optverbose(text, scanning);
     case 'w':
-        return BRAX_getopt(&OPTwrite, text + 1, "write mode", 0, 1);
+        return BRAX_getbuiltin(&OPTwrite, text + 1, "write mode", 1, 1);
     case '.':
         return optextension(text + 1);
     case '=':
         return optdestination(text + 1);
+    case '-':
+        return optlong(text + 1);
     default:
         return nullptr;
     }
@@ -256,14 +272,14 @@ bool BRAX_isreserved(const char *text) {
     return iswordalone(text, "sort") || iswordalone(text, "nologo");
 }
 
-const char *BRAX_topichelp(const char *text) {
+const char *BRAX_topichelp(const char *text, bool scanning) {
     char topic[BRAXFIELDSIZE];
     if (!BRAX_optionhelp(topic, text) || BRAX_usagefunc == nullptr || BRAXhelpgiven != 0)
         return nullptr;
     const bool numeric = isnumericoption(topic + 1);
     if (!numeric && BRAX_isreserved(text))
         return nullptr;
-    showtopic(topic);
+    showtopic(topic, scanning);
     return numeric ? BRAX_builtin(text, false) : text + strlen(topic);
 }
 

@@ -16,7 +16,7 @@ bool BRAX_isreserved(const char *text);
 // usage callback and no help was given yet. Returns the position behind what that consumed,
 // or null when it was no such request. A lone built-in numeric option (v?, log?, sort?) then
 // also shows its value and range.
-const char *BRAX_topichelp(const char *text);
+const char *BRAX_topichelp(const char *text, bool scanning);
 
 // Recognises one option word, the program's or a built-in one, at `text` (behind its '-'),
 // with the option's effect. Returns the position behind it; null, with a message when

@@ -117,20 +117,15 @@ const char *BRAX_nextfield(const char *text) {
     return text;
 }
 
-const char *BRAX_getstropt(char *destination, const char *text) {
+const char *BRAX_getstropt(char *destination, const char *text, const char *, const char *, int32_t,
+                           int32_t, int32_t) {
     return BRAX_getfield(destination, text, true, true);
-}
-
-const char *BRAX_getopt(int32_t *variable, const char *text, const char *label, int32_t min,
-                        int32_t max) {
-    return BRAX_getopt2(variable, text, label, min, max, 1);
 }
 
 namespace {
 
-// Built-in options may follow one another in one word (v3w0): the length of the decimal
-// number that `value` begins with when the character behind it begins another built-in
-// option, else 0.
+// The length of the decimal number that `value` begins with when the character after it begins
+// a built-in option, else 0.
 size_t numberbeforeoption(const char *value) {
     size_t length = value[0] == '-' ? 1 : 0;
     const size_t digits = length;
@@ -141,11 +136,11 @@ size_t numberbeforeoption(const char *value) {
     return strchr(".;?bhlnrstvw", lowerchar(value[length])) != nullptr ? length : 0;
 }
 
-// Reads the number in `value`; *consumed is how much of the field it takes up.
-int32_t readnumber(char *value, const char *label, size_t *consumed) {
+// Reads the number in `value`; *consumed is its length when it is split from the rest.
+int32_t readnumber(char *value, const char *label, bool split, size_t *consumed) {
     BRAXerrorcount = 0;
     int32_t number = BRAX_getnum(value);
-    const size_t prefix = BRAXerrorcount != 0 ? numberbeforeoption(value) : 0;
+    const size_t prefix = split && BRAXerrorcount != 0 ? numberbeforeoption(value) : 0;
     if (prefix != 0) {
         value[prefix] = 0;
         *consumed = prefix;
@@ -175,10 +170,8 @@ int32_t clampnumber(int32_t number, const char *label, int32_t min, int32_t max)
     return bound;
 }
 
-} // namespace
-
-const char *BRAX_getopt2(int32_t *variable, const char *text, const char *label, int32_t min,
-                         int32_t max, int32_t defaultValue) {
+const char *getnumber(int32_t *variable, const char *text, const char *label, int32_t min,
+                      int32_t max, int32_t defaultValue, bool split) {
     char value[BRAXFIELDSIZE];
     const char *end = BRAX_getfield(value, text, false, false);
     if (end > text && end[-1] == '%') {
@@ -196,7 +189,7 @@ const char *BRAX_getopt2(int32_t *variable, const char *text, const char *label,
     int32_t number = defaultValue < max ? defaultValue : max;
     if (BRAX_isdigit(value) || value[0] == '\'') {
         auto consumed = static_cast<size_t>(end - text);
-        number = readnumber(value, label, &consumed);
+        number = readnumber(value, label, split, &consumed);
         end = text + consumed;
     } else {
         end = text;
@@ -206,4 +199,21 @@ const char *BRAX_getopt2(int32_t *variable, const char *text, const char *label,
     if (OPTverbose > 5)
         BRAX_say("%s %ld\n", label, static_cast<long>(number));
     return end;
+}
+
+} // namespace
+
+const char *BRAX_getopt2(int32_t *variable, const char *text, const char *label, int32_t min,
+                         int32_t max, int32_t defaultValue) {
+    return getnumber(variable, text, label, min, max, defaultValue, false);
+}
+
+const char *BRAX_getopt(int32_t *variable, const char *text, const char *label, int32_t min,
+                        int32_t max) {
+    return getnumber(variable, text, label, min, max, 1, false);
+}
+
+const char *BRAX_getbuiltin(int32_t *variable, const char *text, const char *label, int32_t max,
+                            int32_t defaultValue) {
+    return getnumber(variable, text, label, 0, max, defaultValue, true);
 }

@@ -73,5 +73,12 @@ const char *BRAX_getopt2(int32_t *variable, const char *text, const char *label,
 const char *BRAX_getopt(int32_t *variable, const char *text, const char *label, int32_t min,
                         int32_t max);
 
-// Reads one field, stripped, ',' and '=' kept, and returns the position behind it.
-const char *BRAX_getstropt(char *destination, const char *text);
+// BRAX_getopt2 from 0 for the framework's own options, which may follow one another in one word:
+// a number before the first character of another one ends there (v3w0).
+const char *BRAX_getbuiltin(int32_t *variable, const char *text, const char *label, int32_t max,
+                            int32_t defaultValue);
+
+// Reads one field, stripped, ',' and '=' kept, and returns the position after it. The other
+// arguments are not used.
+const char *BRAX_getstropt(char *destination, const char *text, const char *label,
+                           const char *defaultText, int32_t min, int32_t max, int32_t size);

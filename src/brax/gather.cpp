@@ -2,7 +2,6 @@
 #include "brax/builtin.h"
 #include "brax/fields.h"
 #include "brax/help.h"
-#include "brax/response.h"
 #include "brax/run.h"
 #include "brax/text.h"
 
@@ -22,54 +21,61 @@ void nameprogram(const char *path) {
     uppertext(optsvariable);
 }
 
-// The scanner takes bytes above 127 and control characters for blanks.
-bool holdsblankbytes(const char *text, size_t length) {
-    for (size_t i = 0; i < length; ++i) {
-        if (isblankchar(text[i]) && text[i] != ' ')
-            return true;
-    }
-    return false;
+// Bytes above 127, which the scanner takes for blanks.
+bool holdsbytes(const char *text, size_t length) {
+    while (length > 0 && charvalue(text[length - 1]) >= 0)
+        --length;
+    return length > 0;
 }
 
-// Length of what stands in front of the next '=' that pairs a name with a destination.
-size_t lengthtopair(const char *text) {
+// Length up to a tab or another control character, which ends a name.
+size_t lengthtocontrol(const char *text) {
     size_t i = 0;
-    for (; text[i] != 0; ++i) {
-        if (text[i] == '=' && text[i + 1] == '=')
-            ++i;
-        else if (text[i] == '=' && (i == 0 || (text[i - 1] != '+' && text[i - 1] != '-')))
-            break;
-    }
+    while (!isblankchar(text[i]) || text[i] == ' ' || charvalue(text[i]) < 0)
+        ++i;
     return i;
 }
 
-// How much of an argument stands in front of its first name: the mark of a rule, or all of an
-// option or of what is enclosed already.
+// Length of a name: up to a control character or an '=' that pairs it with a destination.
+size_t lengthofname(const char *text) {
+    const size_t end = lengthtocontrol(text);
+    for (size_t i = 0; i < end; ++i) {
+        if (text[i] == '=' && text[i + 1] == '=')
+            ++i;
+        else if (text[i] == '=' && (i == 0 || (text[i - 1] != '+' && text[i - 1] != '-')))
+            return i;
+    }
+    return end;
+}
+
+// Length of the start of an argument that is copied unquoted: the mark of a rule, an option, or
+// all of an enclosed argument.
 size_t lengthofmark(const char *argument) {
     if (argument[0] == '-' && (argument[1] == '=' || argument[1] == '.'))
         return 2;
-    const bool enclosed = islim(argument[0]) || strchr(argument, '"') != nullptr;
-    if (enclosed || argument[0] == '-' || argument[0] == '+' ||
-        (argument[0] == '.' && BRAX_typeofname(argument) == BRAXNAMEOPTION))
+    if (islim(argument[0]) || strchr(argument, '"') != nullptr)
         return strlen(argument);
+    if (argument[0] == '-' || argument[0] == '+' ||
+        (argument[0] == '.' && BRAX_typeofname(argument) == BRAXNAMEOPTION))
+        return lengthtocontrol(argument);
     return argument[0] == '=' ? 1 : 0;
 }
 
 bool append(TEXTEND *text, const char *part, size_t length) {
-    return BRAX_append(text, part, length, "OPTION TEXT");
+    return BRAX_append(text, part, length, "OPTION TEXT", part);
 }
 
-// Appends the argument, each of its names in quotes that would be cut to pieces otherwise.
+// Appends the argument, with quotes around each name that holds bytes above 127.
 bool appendnames(TEXTEND *text, const char *argument) {
     size_t length = lengthofmark(argument);
     bool fits = append(text, argument, length);
     for (argument += length; fits && *argument != 0; argument += length) {
-        length = lengthtopair(argument);
+        length = lengthofname(argument);
         size_t quoted = length;
         while (quoted > 0 && argument[quoted - 1] == ';')
             --quoted;
-        const size_t quote = holdsblankbytes(argument, quoted) ? 1 : 0;
-        length += argument[length] == '=' ? 1 : 0;
+        const size_t quote = argument[0] != '-' && holdsbytes(argument, quoted) ? 1 : 0;
+        length += argument[length] != 0 ? 1 : 0;
         fits = append(text, "\"", quote) && append(text, argument, quoted) &&
                append(text, "\"", quote) && append(text, argument + quoted, length - quoted);
     }
@@ -102,7 +108,7 @@ void expandresponse(TEXTEND *text, int start) {
     const bool ends = cutbatchend(specification);
     text->length = start;
     text->text[start] = 0;
-    if (refused || !BRAX_appendresponse(specification, text->text, &text->length))
+    if (refused || !BRAX_appendresponse(specification, text))
         BRAXhelpgiven = 1;
     if (ends)
         append(text, " ; ", 3);
@@ -142,9 +148,10 @@ const char *BRAX_optsvariable() {
     return optsvariable;
 }
 
-bool BRAX_append(TEXTEND *end, const char *text, size_t length, const char *what) {
+bool BRAX_append(TEXTEND *end, const char *text, size_t length, const char *what,
+                 const char *input) {
     if (length >= static_cast<size_t>(BRAXLISTSIZE - end->length)) {
-        BRAX_refuse(what, text);
+        BRAX_refuse(what, input);
         return false;
     }
     memcpy(end->text + end->length, text, length);
@@ -153,7 +160,7 @@ bool BRAX_append(TEXTEND *end, const char *text, size_t length, const char *what
     return true;
 }
 
-void BRAX_gather(int argc, char *argv[], const char *name, char *helpaddress) {
+void BRAX_gather(int argc, char *argv[], const char *name) {
     const bool named = argc > 0 && argv[0] != nullptr && argv[0][0] != 0;
     nameprogram(named ? argv[0] : name);
     TEXTEND text = {optlist, 0};

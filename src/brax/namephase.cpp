@@ -150,7 +150,6 @@ SearchList *BRAX_readnames() {
         DestroySearchList(list);
         list = nullptr;
     }
-    if (phase != nullptr)
-        gfree(phase);
+    grelease(phase);
     return list;
 }

@@ -80,9 +80,7 @@ void resetsearch() {
     OPTstrippaths = 0;
     OPTrecurse = 0;
     OPTstartrecurseat = 0;
-    if (OPTenvpath != nullptr)
-        gfree(OPTenvpath);
-    OPTenvpath = nullptr;
+    grelease(OPTenvpath);
     OPTallfiles = 1;
     OPTreadonly = 1;
     OPThidden = 1;
@@ -129,12 +127,8 @@ void BRAX_ini() {
 }
 
 void BRAX_freehelptexts() {
-    if (OPTurl != nullptr)
-        gfree(OPTurl);
-    if (OPTbookmark != nullptr)
-        gfree(OPTbookmark);
-    OPTurl = nullptr;
-    OPTbookmark = nullptr;
+    grelease(OPTurl);
+    grelease(OPTbookmark);
 }
 
 void *BRAX_alloc(BRAXBUF *buffer, int32_t size) {
@@ -144,9 +138,7 @@ void *BRAX_alloc(BRAXBUF *buffer, int32_t size) {
 }
 
 void BRAX_free(BRAXBUF *buffer) {
-    if (buffer->p != nullptr)
-        gfree(buffer->p);
-    buffer->p = nullptr;
+    grelease(buffer->p);
 }
 
 void BRAX_say(const char *format, ...) {

@@ -26,7 +26,7 @@ void addname(SCAN *scan, const char *before, const char *name, const char *after
     const int start = scan->names.length;
     const char *parts[] = {before, name, after, " "};
     for (const char *part : parts) {
-        if (!BRAX_append(&scan->names, part, strlen(part), "NAME LIST")) {
+        if (!BRAX_append(&scan->names, part, strlen(part), "NAME LIST", part)) {
             scan->names.length = start;
             scan->names.text[start] = 0;
             return;
@@ -149,7 +149,7 @@ void scanoption(SCAN *scan) {
     }
     if (OPTkeepopts != 0)
         keepoption(scan);
-    const char *end = BRAX_topichelp(scan->p);
+    const char *end = BRAX_topichelp(scan->p, true);
     if (end == nullptr && !BRAX_isreserved(scan->p) && BRAX_optfunc != nullptr)
         end = BRAX_optfunc(scan->p);
     if (end != nullptr) {

@@ -15,10 +15,9 @@ char *namelist = nullptr;
 char *optlist = nullptr;
 const char *optptr = nullptr;
 char firstcall = 1;
+char helpaddress[BRAXFIELDSIZE];
 
 namespace {
-
-char helpaddress[BRAXFIELDSIZE];
 
 // Starts a run: the working block, and the option text in it. False when there is no
 // memory for them.
@@ -37,7 +36,7 @@ bool startrun(int argc, char *argv[], const char *name) {
     optlist = namelist + BRAXLISTSIZE;
     namelist[0] = 0;
     optlist[0] = 0;
-    BRAX_gather(argc, argv, name, helpaddress);
+    BRAX_gather(argc, argv, name);
     optptr = opterror == 0 ? optlist : nullptr;
     return true;
 }
@@ -86,10 +85,8 @@ bool endcall() {
         more = false;
         BRAX_restore();
     }
-    if (OPTrecurse == 2 && OPTenvpath != nullptr) {
-        gfree(OPTenvpath);
-        OPTenvpath = nullptr;
-    }
+    if (OPTrecurse == 2)
+        grelease(OPTenvpath);
     return more;
 }
 

@@ -5,6 +5,7 @@
 #include "brax/fields.h"
 #include "brax/files.h"
 #include "brax/options.h"
+#include "brax/run.h"
 #include "brax/text.h"
 #include "mem/galloc.h"
 
@@ -39,9 +40,8 @@ struct RESPONSE {
 struct EXPANSION {
     RESPONSE *top;
     const char *specification; // of the outermost file
-    char *text;
-    int length;
-    bool stopped; // the whole expansion failed, the reason has been told
+    TEXTEND *output;
+    bool stopped; // the whole expansion failed, the reason was reported
 };
 
 // What a '%' stands for.
@@ -62,14 +62,9 @@ int namelength(const char *specification) {
 }
 
 void put(EXPANSION *expansion, const char *text, size_t length) {
-    if (length > static_cast<size_t>(BRAXLISTSIZE - 1 - expansion->length)) {
-        BRAX_refuse("OPTION TEXT", expansion->specification);
-        expansion->stopped = true;
-    }
-    if (expansion->stopped)
-        return;
-    memcpy(expansion->text + expansion->length, text, length);
-    expansion->length += static_cast<int>(length);
+    if (!expansion->stopped)
+        expansion->stopped =
+            !BRAX_append(expansion->output, text, length, "OPTION TEXT", expansion->specification);
 }
 
 void put(EXPANSION *expansion, const char *text) {
@@ -342,8 +337,9 @@ void step(EXPANSION *expansion) {
 
 } // namespace
 
-bool BRAX_appendresponse(const char *specification, char *output, int *length) {
-    EXPANSION expansion = {nullptr, specification, output, *length, false};
+bool BRAX_appendresponse(const char *specification, TEXTEND *output) {
+    const int length = output->length;
+    EXPANSION expansion = {nullptr, specification, output, false};
     bool expanded = begin(&expansion, specification, false);
     while (expansion.top != nullptr && !expansion.stopped)
         step(&expansion);
@@ -351,15 +347,14 @@ bool BRAX_appendresponse(const char *specification, char *output, int *length) {
         finish(&expansion);
     if (expansion.stopped) {
         warn(specification);
-        expansion.length = *length;
+        output->length = length;
+        output->text[length] = 0;
         expanded = false;
     }
-    output[expansion.length] = 0;
-    *length = expansion.length;
     return expanded;
 }
 
 bool BRAX_responsefile(const char *specification, char *output) {
-    auto length = static_cast<int>(strlen(output));
-    return BRAX_appendresponse(specification, output, &length);
+    TEXTEND end = {output, static_cast<int>(strlen(output))};
+    return BRAX_appendresponse(specification, &end);
 }

@@ -22,7 +22,3 @@
 // expanded for one of the first three reasons is left out: BRAXhelpgiven is set, which ends
 // the run, and the result is still true.
 bool BRAX_responsefile(const char *specification, char *output);
-
-// The same for a caller that knows the text's length, so that many files can be appended
-// without walking the text for each; *length is kept up to date.
-bool BRAX_appendresponse(const char *specification, char *output, int *length);

@@ -12,8 +12,9 @@
 extern BRAXBUF optnamebuf;
 extern char *namelist;
 extern char *optlist;
-extern const char *optptr; // where the scan stands; null while no run is under way
-extern char firstcall;     // 1 until the end of the first call of a run
+extern const char *optptr;              // where the scan stands; null while no run is under way
+extern char firstcall;                  // 1 until the end of the first call of a run
+extern char helpaddress[BRAXFIELDSIZE]; // of the program's help page, from the start of the run
 
 // A text of the working block and how long it is, so that appending does not walk it.
 struct TEXTEND {
@@ -21,16 +22,19 @@ struct TEXTEND {
     int length;
 };
 
-// Appends `length` characters; refuses a text beyond its half of the block with one
-// message ("<what> TOO LONG") and returns false, nothing appended.
-bool BRAX_append(TEXTEND *end, const char *text, size_t length, const char *what);
+// Appends `length` characters. Refuses a text beyond its half of the block: "<what> TOO LONG
+// <start of input...>"; returns false then, with nothing appended.
+bool BRAX_append(TEXTEND *end, const char *text, size_t length, const char *what,
+                 const char *input);
+
+// BRAX_responsefile for a text whose length is known.
+bool BRAX_appendresponse(const char *specification, TEXTEND *output);
 
 // Name of the environment variable with the program's default options.
 const char *BRAX_optsvariable();
 
-// Builds the option text of the run in optlist, and the address of the program's help page
-// in the BRAXFIELDSIZE bytes of `helpaddress`.
-void BRAX_gather(int argc, char *argv[], const char *name, char *helpaddress);
+// Builds the option text of the run in optlist, and helpaddress.
+void BRAX_gather(int argc, char *argv[], const char *name);
 
 // Scans the option text from optptr to the end of the batch, sets option values and
 // collects names; returns the number of options met.

@@ -31,6 +31,13 @@ constexpr bool isletter(char c) {
     return lowerchar(c) >= 'a' && lowerchar(c) <= 'z';
 }
 
+// The nearest value that 32 bits hold.
+constexpr int32_t toint32(int64_t value) {
+    return value > INT32_MAX   ? INT32_MAX
+           : value < INT32_MIN ? INT32_MIN
+                               : static_cast<int32_t>(value);
+}
+
 // '/' or '\'.
 constexpr bool isslash(char c) {
     return c == '/' || c == '\\';

@@ -14,11 +14,6 @@ namespace {
 // buckets costs.
 constexpr int32_t functionBuckets = 256;
 
-void freeblock(void *block) {
-    if (block != nullptr)
-        gfree(block);
-}
-
 void freeblocks(EXPRBLOCK *block) {
     while (block != nullptr) {
         EXPRBLOCK *next = block->next;
@@ -79,9 +74,9 @@ void EXPR_close(EXPR *evaluator) {
     if (evaluator == nullptr)
         return;
     HASH_purge(evaluator->functionTable);
-    freeblock(evaluator->functions);
-    freeblock(evaluator->calls);
-    freeblock(evaluator->chains);
+    grelease(evaluator->functions);
+    grelease(evaluator->calls);
+    grelease(evaluator->chains);
     freeblocks(evaluator->symbolBlocks);
     freeblocks(evaluator->nameBlocks);
     gfree(evaluator);

@@ -31,7 +31,7 @@
 // character), * (always 0) and names. Between double quotes backslashes escape characters,
 // and <name> or <expression> stands for its value in decimal. A name that ends in '#' refers
 // to a variable that need not exist yet; until it is set it stands for an unknown address,
-// which can only be moved, or subtracted from itself.
+// which can only be moved, or subtracted from itself. Before an operand '#' compares: a#-1.
 //
 // Messages go to standard output and give positions from 0 on. An expression that nests
 // deeper than the evaluator's fixed stacks hold, and a lack of memory for what an evaluator

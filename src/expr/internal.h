@@ -151,8 +151,7 @@ void InitFunctions(EXPR *e);
 // It may be called while an expression is being evaluated.
 double GetValue(EXPR *e, const char *text, int64_t length, int32_t position);
 
-// Applies the operators on the stack whose precedence is above the incoming one, or equal
-// to it where operators group from the left.
+// Applies the operators on the stack whose precedence is not below the incoming one.
 void DoMath(EXPR *e, int32_t precedence);
 
 // Code of the built-in function of that name, case ignored; 0 when there is none.

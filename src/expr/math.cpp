@@ -203,8 +203,7 @@ int64_t EXPR_tointeger(double value) {
 void DoMath(EXPR *e, int32_t precedence) {
     for (;;) {
         const EXPROPERATOR *top = e->operators;
-        if (top->precedence < precedence ||
-            (top->precedence == precedence && precedence == EXPRUNARYPRECEDENCE))
+        if (top->precedence < precedence)
             return;
         const uint8_t code = top->code;
         ++e->operators;

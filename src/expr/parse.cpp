@@ -151,17 +151,18 @@ uint8_t binarycode(const PARSER *parser, const char *p, int *length) {
     return static_cast<uint8_t>(first);
 }
 
-// A '#' behind a name belongs to it when an operator, a closing parenthesis or the end of
-// the text follows: a#-1 is the address of a, less 1, but a#1 and a#(-1) compare.
+// A '#' after a name belongs to it unless an operand can follow: a#*2 and (a#)-1 use the
+// address of a, but a#1, a#-1 and a#%11 compare.
 bool takesmark(const PARSER *parser, const char *operand, const char *end) {
     const int first = charvalue(*operand);
     const bool name = first < 0 || (first > '@' && first != '^');
     if (!name || charat(parser, end) != '#')
         return false;
     const char *p = end + 1;
-    while (charat(parser, p) == ' ')
+    while (p < parser->end && strchr(" -+~", *p) != nullptr)
         ++p;
-    return charat(parser, p) != '(' && EXPR_precedence(parser->e->binary, charat(parser, p)) != 0;
+    return p == parser->end ||
+           (strchr("(%&^", *p) == nullptr && EXPR_precedence(parser->e->binary, *p) != 0);
 }
 
 // The end of the operand at p. Quotes protect blanks and operators.

@@ -37,6 +37,31 @@ template <typename T> T *gallocarray(int64_t count) {
     return static_cast<T *>(galloc(static_cast<int>(bytes)));
 }
 
+// Frees the block unless the pointer is null, and sets the pointer to null.
+template <typename T> void grelease(T *&block) {
+    if (block != nullptr)
+        gfree(block);
+    block = nullptr;
+}
+
+// Makes room for one more element behind the first `count` of an array that holds `room`, by
+// doubling it. False when memory runs out, with nothing changed.
+template <typename T, typename N> bool growarray(T *&array, N count, N &room) {
+    if (count < room)
+        return true;
+    constexpr int64_t least = 8;
+    const int64_t larger = room > 0 ? int64_t{room} * 2 : least;
+    T *block = gallocarray<T>(larger);
+    if (block == nullptr)
+        return false;
+    for (N i = 0; i < count; ++i)
+        block[i] = array[i];
+    grelease(array);
+    array = block;
+    room = static_cast<N>(larger);
+    return true;
+}
+
 // An owned copy of the first `length` bytes of `text`, with a terminator behind them; null
 // when memory runs out.
 char *galloctext(const char *text, int64_t length);

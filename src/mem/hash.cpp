@@ -1,9 +1,5 @@
 // The bucket of a key is what five-bit rotations leave of it, so that similar keys (part1,
-// part2, ...) crowd into few buckets and their trees grow deep. From `indexedCount` keys on
-// the table therefore keeps an index beside the buckets: an array of slots, one for each key,
-// under a second, thorough hash of the whole key. Lookups then take
-// the index; the trees are kept all the same, and serve alone when there is no memory for
-// the index.
+// part2, ...) crowd into few buckets. Their trees are kept shallow.
 #include "mem/hash.h"
 
 #include "mem/galloc.h"
@@ -12,22 +8,8 @@
 #include <cstring>
 #include <new>
 
-// Holds copies, so that a lookup reads one slot and one key text only.
-struct INDEXSLOT {
-    const char *key; // null in a free slot
-    uint32_t hash;
-    int32_t value;
-};
-
-// Open addressing; a power of two of slots, at most half of them used.
-struct HASHINDEX {
-    uint64_t mask;
-    INDEXSLOT slots[1];
-};
-
 namespace {
 
-constexpr int32_t indexedCount = 1000;
 constexpr int32_t recordsPerHunk = 100;
 constexpr int shallowDepth = 30;
 constexpr int maxDepth = shallowDepth + 2 * 32;
@@ -37,10 +19,6 @@ struct KEY {
     const char *text;
     size_t length;
 };
-
-KEY wholekey(const char *text) {
-    return {text, strlen(text)};
-}
 
 // Rotates left by five bits within the bits of a bucket number before each byte.
 uint32_t bucketof(const HASHTABLE *table, KEY key) {
@@ -138,86 +116,6 @@ void limitdepth(const HASHTABLE *table, const PATH *path) {
     }
 }
 
-uint64_t mix(uint64_t hash, uint64_t word) {
-    hash = (hash ^ word) * 0x9E3779B97F4A7C15ULL;
-    return hash ^ hash >> 32;
-}
-
-uint32_t thoroughhash(KEY key) {
-    uint64_t hash = key.length;
-    const char *p = key.text;
-    size_t left = key.length;
-    for (; left >= sizeof hash; p += sizeof hash, left -= sizeof hash) {
-        uint64_t word = 0;
-        memcpy(&word, p, sizeof word);
-        hash = mix(hash, word);
-    }
-    uint64_t word = 0;
-    memcpy(&word, p, left);
-    return static_cast<uint32_t>(mix(hash, word));
-}
-
-// The slot of the key or, when it has none, the free slot where it would go.
-INDEXSLOT *findslot(HASHINDEX *index, KEY key, uint32_t hash) {
-    uint64_t position = hash & index->mask;
-    for (;; position = (position + 1) & index->mask) {
-        INDEXSLOT *slot = &index->slots[position];
-        if (slot->key == nullptr || (slot->hash == hash && comparekey(key, slot->key) == 0))
-            return slot;
-    }
-}
-
-void addtoindex(HASHINDEX *index, const HASHRECORD *record) {
-    const KEY key = wholekey(record->key);
-    const uint32_t hash = thoroughhash(key);
-    *findslot(index, key, hash) = {record->key, hash, record->value};
-}
-
-void dropindex(HASHTABLE *table) {
-    if (table->index != nullptr)
-        gfree(table->index);
-    table->index = nullptr;
-}
-
-// Replaces the index by one with four slots for every key there is; true when that worked.
-bool rebuildindex(HASHTABLE *table) {
-    dropindex(table);
-    const uint64_t capacity = std::bit_ceil(static_cast<uint64_t>(table->count) * 4);
-    const auto bytes = static_cast<int64_t>(sizeof(HASHINDEX) + capacity * sizeof(INDEXSLOT));
-    void *block = gallocarray<char>(bytes);
-    if (block == nullptr)
-        return false;
-    memset(block, 0, static_cast<size_t>(bytes));
-    table->index = new (block) HASHINDEX;
-    table->index->mask = capacity - 1;
-    const HASHRECORD *record = table->allRecords;
-    for (; record != nullptr; record = record->nextAdded)
-        addtoindex(table->index, record);
-    return true;
-}
-
-// Enters the record added last.
-void updateindex(HASHTABLE *table) {
-    if (table->count < indexedCount || table->indexFailed)
-        return;
-    const bool room =
-        table->index != nullptr && static_cast<uint64_t>(table->count) * 2 <= table->index->mask;
-    if (room)
-        addtoindex(table->index, table->allRecords);
-    else
-        table->indexFailed = !rebuildindex(table);
-}
-
-int32_t findvalue(const HASHTABLE *table, KEY key) {
-    if (table->index != nullptr) {
-        const INDEXSLOT *slot = findslot(table->index, key, thoroughhash(key));
-        return slot->key != nullptr ? slot->value : -1;
-    }
-    PATH path;
-    const HASHRECORD *record = *findlink(table, key, &path);
-    return record != nullptr ? record->value : -1;
-}
-
 } // namespace
 
 HASHTABLE *HASH_init(int32_t size) {
@@ -229,14 +127,14 @@ HASHTABLE *HASH_init(int32_t size) {
         return nullptr;
     auto *buckets = reinterpret_cast<HASHRECORD *>(block + sizeof(HASHTABLE));
     memset(buckets, 0, static_cast<size_t>(bytes));
-    auto *table = new (block) HASHTABLE{size, 0, buckets, nullptr, {}, nullptr, false};
+    auto *table = new (block) HASHTABLE{size, 0, buckets, nullptr, {}};
     HUNK_init(&table->pool, static_cast<int32_t>(sizeof(HASHRECORD)), recordsPerHunk);
     return table;
 }
 
 void HASH_add(HASHTABLE *table, const char *key, int32_t value) {
     PATH path;
-    HASHRECORD **link = findlink(table, wholekey(key), &path);
+    HASHRECORD **link = findlink(table, {key, strlen(key)}, &path);
     if (*link != nullptr)
         return;
     void *room = HUNK_newrecord(&table->pool);
@@ -246,21 +144,21 @@ void HASH_add(HASHTABLE *table, const char *key, int32_t value) {
     table->allRecords = *link;
     ++table->count;
     limitdepth(table, &path);
-    updateindex(table);
 }
 
 int32_t HASH_check(const HASHTABLE *table, const char *key) {
-    return findvalue(table, wholekey(key));
+    return HASH_check(table, key, static_cast<int64_t>(strlen(key)));
 }
 
 int32_t HASH_check(const HASHTABLE *table, const char *key, int64_t length) {
-    return findvalue(table, {key, static_cast<size_t>(length)});
+    PATH path;
+    const HASHRECORD *record = *findlink(table, {key, static_cast<size_t>(length)}, &path);
+    return record != nullptr ? record->value : -1;
 }
 
 void HASH_purge(HASHTABLE *table) {
     if (table == nullptr)
         return;
-    dropindex(table);
     HUNK_purge(&table->pool);
     gfree(table);
 }

@@ -14,8 +14,6 @@ struct HASHRECORD {
     int32_t value;
 };
 
-struct HASHINDEX;
-
 struct HASHTABLE {
     int32_t size;  // number of buckets, a power of two from 256 on
     int32_t count; // number of keys added
@@ -23,8 +21,6 @@ struct HASHTABLE {
     HASHRECORD *buckets;
     HASHRECORD *allRecords; // the record added last
     MEMHUNKHEADER pool;
-    HASHINDEX *index; // private: finds keys when there are many, see hash.cpp
-    bool indexFailed; // private: there was no memory for it
 };
 
 // A new table of `size` empty buckets; null when memory runs out or the size is not a power

@@ -35,12 +35,6 @@ struct PARSE {
     int64_t closest;
 };
 
-int32_t saturated(int64_t value) {
-    if (value > INT32_MAX)
-        return INT32_MAX;
-    return value < INT32_MIN ? INT32_MIN : static_cast<int32_t>(value);
-}
-
 int64_t distance(int64_t a, int64_t b) {
     return a < b ? b - a : a - b;
 }
@@ -261,13 +255,13 @@ int rangeparse(const char *spec, const char *text, int32_t number, int32_t *malf
     if (malformed != nullptr)
         *malformed = parse.malformed;
     if (count != nullptr)
-        *count = parse.endless ? RANGEUNLIMITED : saturated(parse.count);
+        *count = parse.endless ? RANGEUNLIMITED : toint32(parse.count);
     if (minimum != nullptr)
-        *minimum = saturated(parse.minimum);
+        *minimum = toint32(parse.minimum);
     if (maximum != nullptr)
-        *maximum = saturated(parse.maximum);
+        *maximum = toint32(parse.maximum);
     if (closest != nullptr)
-        *closest = saturated(parse.closest);
+        *closest = toint32(parse.closest);
     return parse.matched && parse.malformed == 0 ? 1 : 0;
 }
 
@@ -299,7 +293,7 @@ int32_t RANGE_count(const char *spec, int32_t lower, int32_t upper) {
     int32_t count = 0;
     rangeparse(spec, nullptr, 0, nullptr, &count, nullptr, nullptr, nullptr, lower, upper);
     const int64_t span = distance(static_cast<int64_t>(upper) - lower + 1, 0);
-    return count < span ? count : saturated(span);
+    return count < span ? count : toint32(span);
 }
 
 int32_t RANGE_constrain(const char *spec, int32_t number, int32_t direction) {

@@ -21,11 +21,7 @@ int32_t rangenumber(const char *text) {
     int64_t value = 0;
     for (; isdigitchar(*text) && value <= INT32_MAX; ++text)
         value = value * 10 + (*text - '0');
-    if (negative)
-        value = -value;
-    if (value > INT32_MAX)
-        return INT32_MAX;
-    return value < INT32_MIN ? INT32_MIN : static_cast<int32_t>(value);
+    return toint32(negative ? -value : value);
 }
 
 const char *rangefinddots(const char *element) {

@@ -142,7 +142,7 @@ void setelement(RANGER *ranger, double start, double end, double step) {
     ranger->step = end < start ? -step : step;
     ranger->start = start;
     ranger->current = start;
-    ranger->handed = 0;
+    ranger->steps = 0;
 }
 
 void setparts(RANGER *ranger, const PARTS *parts) {
@@ -201,8 +201,7 @@ RANGER *RANGER_open(EXPR *evaluator, const char *text, double defaultMin, double
 }
 
 void RANGER_close(RANGER *ranger) {
-    if (ranger != nullptr)
-        gfree(ranger);
+    grelease(ranger);
 }
 
 int RANGER_getfield(RANGER *ranger, double *value) {
@@ -225,7 +224,7 @@ int RANGER_getfield(RANGER *ranger, double *value) {
 }
 
 int RANGER_getrangelet(RANGER *ranger) {
-    if (*ranger->cursor == 0 || ranger->failed != 0)
+    if (*ranger->cursor == 0)
         return 0;
     PARTS parts = {};
     parts.hasFirst = RANGER_getfield(ranger, &parts.first) != 0;
@@ -252,29 +251,18 @@ int RANGER_getrangelet(RANGER *ranger) {
 // up, and none lies beyond its end.
 int RANGER_next(RANGER *ranger, double *value) {
     const double last = ranger->current;
-    *value = last;
-    if (ranger->failed != 0)
-        return 0;
-    if (--ranger->remaining >= 0) {
-        const double next =
-            std::clamp(ranger->start + ranger->handed * ranger->step, ranger->low, ranger->high);
-        if (next != ranger->current) {
-            ranger->current = next;
-            ranger->handed += 1;
-            *value = next;
-            return 1;
-        }
-    }
-    ranger->remaining = 0;
-    if (RANGER_getrangelet(ranger) == 0) {
+    ranger->steps += 1;
+    ranger->current = ranger->start + ranger->steps * ranger->step;
+    if (--ranger->remaining >= 0)
+        ranger->current = std::clamp(ranger->current, ranger->low, ranger->high);
+    int result = ranger->failed == 0 ? 1 : 0;
+    if (ranger->remaining < 0 || ranger->current == last) {
         ranger->remaining = 0;
-        ranger->current = last;
-        return 0;
+        result = RANGER_getrangelet(ranger);
+        --ranger->remaining;
     }
-    --ranger->remaining;
-    ranger->handed = 1;
     *value = ranger->current;
-    return 1;
+    return result;
 }
 
 int RANGER_info(const RANGER *ranger, double *minimum, double *maximum, int64_t *count) {

@@ -8,7 +8,8 @@
 // of which at least one part must be there. It has the values from its first up or down to
 // and including its last in steps of 1 or of the step, whatever sign that has; without "..",
 // and with no step either, the first value alone. A missing end is the default, or where
-// steps from the other end come nearest to it. An empty element ends the list.
+// steps from the other end come nearest to it. An empty element has no value: RANGER_next returns
+// 0 there once.
 //
 // The parts are expressions (see expr/expr.h) when there is an evaluator, else numbers.
 // Brackets and quotes protect the characters that separate them.
@@ -31,15 +32,15 @@ struct RANGER {
     const char *text;
     uint8_t failed; // an element was malformed or could not be evaluated, or a step was 0
     double start;   // private: the current element's first value
-    double handed;  // private: how many of its values were handed out
+    double steps;   // private: made from there
 };
 
 // A new iterator in front of the first value; null when memory runs out. The text and the
 // evaluator, which may be null, stay the caller's and must outlive it.
 RANGER *RANGER_open(EXPR *evaluator, const char *text, double defaultMin, double defaultMax);
 
-// Stores the next value; *value keeps the last one when there is none. Returns 1, or 0 at
-// the end of the text and from the first element on that fails.
+// Stores the next value and returns 1. Returns 0 from the first element on that fails, and at
+// the end of the text, with a value one step further each time.
 int RANGER_next(RANGER *ranger, double *value);
 
 // The smallest and largest ends and the number of values of the whole text, wherever the
@@ -57,8 +58,8 @@ double RANGER_closest(RANGER *ranger, double value, int mode);
 // Releases the iterator; null is ignored.
 void RANGER_close(RANGER *ranger);
 
-// Reads the element at the cursor. Returns 1, or 0 at the end of the text, for an empty
-// element, and when the iterator has failed.
+// Reads the element at the cursor, sets the iterator to its start, and moves the cursor after it.
+// Returns 1, or 0 at the end of the text, for an empty element, and when the iterator has failed.
 int RANGER_getrangelet(RANGER *ranger);
 
 // Reads the field at the cursor, up to ',', "..", "+=", "-=" or the end. Returns 1, or 0

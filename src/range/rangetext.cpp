@@ -36,10 +36,7 @@ bool isnumericrest(const TAIL *tail, const char *p) {
 }
 
 int32_t numericdifference(const char *a, const char *b) {
-    const int64_t difference = static_cast<int64_t>(rangenumber(a)) - rangenumber(b);
-    if (difference > INT32_MAX)
-        return INT32_MAX;
-    return difference < INT32_MIN ? INT32_MIN : static_cast<int32_t>(difference);
+    return toint32(static_cast<int64_t>(rangenumber(a)) - rangenumber(b));
 }
 
 // Two positions that are compared.

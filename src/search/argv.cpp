@@ -70,17 +70,9 @@ bool appendentry(const FileInfo *entry) {
     return entry->nmatches > 0 || !kept(entry) || appendfile(&pattern);
 }
 
-template <typename T> void release(T *&vector) {
-    if (vector != nullptr)
-        gfree(vector);
-    vector = nullptr;
-}
-
 void releasetexts(char **texts) {
-    for (int32_t i = 0; i < BRAXargnum; ++i) {
-        if (texts[i] != nullptr)
-            gfree(texts[i]);
-    }
+    for (int32_t i = 0; texts != nullptr && i < BRAXargnum; ++i)
+        grelease(texts[i]);
 }
 
 } // namespace
@@ -100,14 +92,12 @@ void MakeArgvs(const SearchList *list) {
 }
 
 void freeFiles() {
-    if (BRAXsargv != nullptr)
-        releasetexts(BRAXsargv);
-    if (BRAXdargv != nullptr)
-        releasetexts(BRAXdargv);
+    releasetexts(BRAXsargv);
+    releasetexts(BRAXdargv);
     BRAXargnum = 0;
-    release(BRAXsargv);
-    release(BRAXdargv);
-    release(BRAXdateargv);
-    release(BRAXsizeargv);
-    release(BRAXattribargv);
+    grelease(BRAXsargv);
+    grelease(BRAXdargv);
+    grelease(BRAXdateargv);
+    grelease(BRAXsizeargv);
+    grelease(BRAXattribargv);
 }

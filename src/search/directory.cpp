@@ -3,6 +3,7 @@
 #include "brax/options.h"
 #include "brax/text.h"
 #include "mem/galloc.h"
+#include "search/record.h"
 #include "wild/wild.h"
 
 #include <climits>
@@ -19,26 +20,10 @@ DIR *stream(SGI_handle handle) {
     return reinterpret_cast<DIR *>(handle);
 }
 
-int32_t saturated(int64_t value) {
-    if (value > INT32_MAX)
-        return INT32_MAX;
-    return value < INT32_MIN ? INT32_MIN : static_cast<int32_t>(value);
-}
-
 // Whether the mode lets the owner read but not write.
 bool readonlymode(mode_t mode) {
     return (mode & (S_IRUSR | S_IWUSR)) == S_IRUSR;
 }
-
-// An opened directory needs no permission to be listed when it only serves to come back.
-#ifdef O_PATH
-constexpr int placeFlags = O_PATH | O_DIRECTORY | O_CLOEXEC;
-#else
-constexpr int placeFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
-#endif
-
-// Longer than any name that the system hands out at once.
-constexpr int placePathBytes = 65536;
 
 } // namespace
 
@@ -51,29 +36,22 @@ SGI_handle SGIfindfirst(SGI_finddata *data) {
     const SGI_handle handle = SGIfindopen();
     if (handle == 0)
         return 0;
-    if (SGIfindeach(handle, data) == 0) {
+    if (SGIfindquick(handle, data) == 0) {
         SGIfindclose(handle);
         return 0;
     }
+    SGIfindfill(data);
     return handle;
 }
 
 int SGIfindnext(SGI_handle handle, SGI_finddata *data) {
-    return SGIfindeach(handle, data) == 1 ? 1 : 0;
+    *data = {};
+    return SGIfindquick(handle, data) != 0 && SGIfindfill(data) ? 1 : 0;
 }
 
 int SGIfindclose(SGI_handle handle) {
     closedir(stream(handle));
     return 1;
-}
-
-int SGIfindeach(SGI_handle handle, SGI_finddata *data) {
-    *data = {};
-    const dirent *entry = readdir(stream(handle));
-    if (entry == nullptr)
-        return 0;
-    copytext(data->name, entry->d_name, sizeof data->name);
-    return SGIfindfill(data) ? 1 : SGIFOUNDUNKNOWN;
 }
 
 int SGIfindquick(SGI_handle handle, SGI_finddata *data) {
@@ -104,8 +82,8 @@ bool SGIfindfill(SGI_finddata *data) {
     struct stat status = {};
     if (stat(data->name, &status) != 0)
         return false;
-    data->size = saturated(status.st_size);
-    data->time = saturated(status.st_ctime);
+    data->size = toint32(status.st_size);
+    data->time = toint32(status.st_ctime);
     if (S_ISDIR(status.st_mode))
         data->attrib |= SGIATTRDIRECTORY;
     if (readonlymode(status.st_mode))
@@ -146,15 +124,6 @@ int32_t decimaldate(int32_t seconds) {
     return (1900 + date.tm_year) * 10000 + date.tm_mon * 100 + date.tm_mday;
 }
 
-bool holdswildcards(const char *name) {
-    for (; *name != 0; ++name) {
-        const int value = charvalue(*name);
-        if (value == WILDcharstar || value == WILDcharquestion || value == WILDcharnumber)
-            return true;
-    }
-    return false;
-}
-
 // Whether the name, which also serves as the destination, matches the entry.
 bool matchesname(const char *entry, const char *name) {
     char scratch[BRAXFIELDSIZE];
@@ -192,7 +161,7 @@ int32_t BRAX_filedate(const char *path) {
     if (name[0] == 0)
         copytext(name, ".", sizeof name);
     copytext(data.name, name, sizeof data.name);
-    const bool found = (!holdswildcards(name) && SGIfindfill(&data)) || findlisted(name, &data);
+    const bool found = (!holdswildcard(name) && SGIfindfill(&data)) || findlisted(name, &data);
     const int32_t date = found ? decimaldate(data.time) : 0;
     if (OPTverbose >= 5)
         BRAX_say("%s %d\n", path, date);
@@ -200,26 +169,15 @@ int32_t BRAX_filedate(const char *path) {
 }
 
 bool SGIsaveplace(SGI_place *place) {
-    *place = {open(".", placeFlags), nullptr};
-    if (place->descriptor >= 0)
-        return true;
-    place->path = gallocarray<char>(placePathBytes);
-    if (place->path != nullptr && getcwd(place->path, placePathBytes) != nullptr)
-        return true;
-    SGIforgetplace(place);
-    return false;
+    place->descriptor = open(".", SGIPLACEFLAGS);
+    return place->descriptor >= 0;
 }
 
 bool SGIreturn(const SGI_place *place) {
-    if (place->descriptor >= 0)
-        return fchdir(place->descriptor) == 0;
-    return place->path != nullptr && chdir(place->path) == 0;
+    return fchdir(place->descriptor) == 0;
 }
 
 void SGIforgetplace(SGI_place *place) {
-    if (place->descriptor >= 0)
-        close(place->descriptor);
-    if (place->path != nullptr)
-        gfree(place->path);
-    *place = {-1, nullptr};
+    close(place->descriptor);
+    place->descriptor = -1;
 }

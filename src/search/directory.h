@@ -5,13 +5,13 @@
 // come in the system's order, "." and ".." included.
 //
 // Two ways to take entries: SGIfindfirst and SGIfindnext are the published pair, for which
-// an entry that cannot be examined (a symbolic link that leads nowhere) is the end of the
-// listing. Every walk of this program that must not lose the entries behind such a link
-// opens with SGIfindopen and takes entries with SGIfindeach or SGIfindquick, which tell it
-// apart from the end.
+// an entry that cannot be examined (a dangling symbolic link) is the end of the listing. The
+// walks of this program open with SGIfindopen and take entries with SGIfindquick, which goes on
+// after such an entry.
 #pragma once
 
 #include <cstdint>
+#include <fcntl.h>
 
 // One directory entry. A field that could not be learnt is 0.
 struct SGI_finddata {
@@ -43,14 +43,11 @@ int SGIfindclose(SGI_handle handle);
 // Opens a listing that stands before its first entry; 0 when that fails.
 SGI_handle SGIfindopen();
 
-// Result of the two functions below, besides 0 for the end and 1 for an entry.
-constexpr int SGIFOUNDUNKNOWN = -1; // the entry cannot be examined: only its name is filled
+// The entry cannot be examined: only its name is filled.
+constexpr int SGIFOUNDUNKNOWN = -1;
 
-// The next entry, whole.
-int SGIfindeach(SGI_handle handle, SGI_finddata *data);
-
-// The next entry with its name and the directory bit only, which most file systems tell
-// without a look at the entry itself; SGIfindfill learns the rest.
+// The next entry with its name and the directory bit only, which most file systems report
+// without a stat; SGIfindfill learns the rest. Returns 1, SGIFOUNDUNKNOWN, or 0 at the end.
 int SGIfindquick(SGI_handle handle, SGI_finddata *data);
 
 // Fills attrib, time and size of the entry called data->name in the current directory;
@@ -77,12 +74,18 @@ int32_t BRAX_filedate(const char *path);
 // A directory to come back to. It is held open rather than remembered by name, so that it
 // is found again whatever was moved meanwhile or however it was left.
 struct SGI_place {
-    int descriptor; // -1 when the directory could not be opened
-    char *path;     // its name, owned, when there is no descriptor; else null
+    int descriptor;
 };
 
-// Remembers the current directory. False when that is not possible; the place is then
-// empty and must not be returned to.
+// Flags that open a directory to come back to it. O_PATH needs no permission to list it.
+#ifdef O_PATH
+constexpr int SGIPLACEFLAGS = O_PATH | O_DIRECTORY | O_CLOEXEC;
+#else
+constexpr int SGIPLACEFLAGS = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+#endif
+
+// Remembers the current directory. False when it cannot be opened; the place must then not be
+// returned to.
 bool SGIsaveplace(SGI_place *place);
 
 // Makes the place the current directory again; it stays valid. False when that fails.

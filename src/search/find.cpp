@@ -30,6 +30,7 @@ struct SEARCH {
     const char *root;
     int depth;
     int found;
+    bool exact; // hookisexact
     NAMEINDEX index;
 
     // The directory that is being searched.
@@ -58,25 +59,17 @@ bool lookedfor(const FileInfo *entry) {
     return !literal(entry) || OPTkeepunfound == 0 || OPTrecurse == 1;
 }
 
-NAMEUSE use(const FileInfo *entry, bool exact) {
+// The key is the last component of the pattern that the entry is compared with.
+NAMEUSE use(const void *context, const FileInfo *entry, const char **key) {
+    const auto *search = static_cast<const SEARCH *>(context);
     if (!lookedfor(entry))
         return NAMEUSE::none;
-    const bool keyed = literal(entry) || (exact && !holdswildcard(lastcomponent(entry->source)));
-    return keyed ? NAMEUSE::keyed : NAMEUSE::wild;
-}
-
-NAMEUSE useexact(const FileInfo *entry) {
-    return use(entry, true);
-}
-
-NAMEUSE useinexact(const FileInfo *entry) {
-    return use(entry, false);
-}
-
-void release(char *&text) {
-    if (text != nullptr)
-        gfree(text);
-    text = nullptr;
+    *key = lastcomponent(entry->source);
+    if (literal(entry))
+        return NAMEUSE::keyed;
+    if (entry->type == BRAXNAMEABSOLUTE)
+        *key = lastcomponent(behindshared(entry->source, search->root));
+    return search->exact && !holdswildcard(*key) ? NAMEUSE::keyed : NAMEUSE::wild;
 }
 
 void touch(SEARCH *search, int32_t i) {
@@ -86,8 +79,8 @@ void touch(SEARCH *search, int32_t i) {
 void forgetdirectory(SEARCH *search) {
     for (int32_t k = 0; k < search->touchedCount; ++k) {
         const int32_t i = search->touched[k];
-        release(search->moved[i].pattern);
-        release(search->moved[i].dest);
+        grelease(search->moved[i].pattern);
+        grelease(search->moved[i].dest);
         search->list->files[i]->found = FOUNDNOT;
     }
     search->touchedCount = 0;
@@ -130,8 +123,8 @@ bool moveentry(SEARCH *search, int32_t i) {
                          ? BRAX_makerelativeAbs(entry->source, search->root)
                          : BRAX_makerelative(entry->source, search->relative);
     if (moved->dest == nullptr || moved->pattern == nullptr) {
-        release(moved->dest);
-        release(moved->pattern);
+        grelease(moved->dest);
+        grelease(moved->pattern);
         return false;
     }
     touch(search, i);
@@ -201,7 +194,7 @@ bool comparename(SEARCH *search, SGI_finddata *data) {
             comparewild(search, i, data);
         complete = !search->list->files[i]->incomplete;
     }
-    release(search->relativeName);
+    grelease(search->relativeName);
     return complete;
 }
 
@@ -226,10 +219,7 @@ bool searchlisting(SEARCH *search, WALK *walk) {
 
 // The path behind what it shares with the root, less one separator.
 const char *relativedirectory(const char *path, const char *root) {
-    while (*path != 0 && *path == *root) {
-        ++path;
-        ++root;
-    }
+    path = behindshared(path, root);
     return path + (isslash(*path) ? 1 : 0);
 }
 
@@ -259,16 +249,15 @@ bool preparesearch(SEARCH *search) {
         search->moved[i] = {nullptr, nullptr};
         search->list->files[i]->found = FOUNDNOT;
     }
-    return nameindexbuild(&search->index, search->list, hookisexact() ? useexact : useinexact);
+    search->exact = hookisexact();
+    return nameindexbuild(&search->index, search->list, use, search);
 }
 
 void endsearch(SEARCH *search) {
     forgetdirectory(search);
     nameindexfree(&search->index);
-    if (search->moved != nullptr)
-        gfree(search->moved);
-    if (search->touched != nullptr)
-        gfree(search->touched);
+    grelease(search->moved);
+    grelease(search->touched);
     growfree(&search->source);
     growfree(&search->dest);
     growfree(&search->scratch);
@@ -289,18 +278,6 @@ int searchhere(const char *path, const char *root, SearchList *list, int depth) 
     endsearch(&search);
     growfree(&base);
     return search.found;
-}
-
-// The current directory's name, however long; null when the system does not tell it.
-char *currentdirectory() {
-    constexpr int mostBytes = 1 << 24;
-    for (int bytes = BRAXFIELDSIZE; bytes <= mostBytes; bytes *= 2) {
-        char *path = gallocarray<char>(bytes);
-        if (path == nullptr || getcwd(path, static_cast<size_t>(bytes)) != nullptr)
-            return path;
-        gfree(path);
-    }
-    return nullptr;
 }
 
 void searchlistedpaths(SearchList *list, char *paths) {
@@ -340,10 +317,9 @@ void BRAX_findbatch(SearchList *list) {
             searchlistedpaths(list, OPTenvpath);
         return;
     }
-    // The process is there already: no need to find the way by a name, which may be too long
-    // for the system or lead through directories that are closed to the user.
-    char *here = currentdirectory();
-    searchhere(here != nullptr ? here : "", here != nullptr ? here : "", list, 0);
-    if (here != nullptr)
-        gfree(here);
+    // The process is there already, so that an unknown name of the directory does no harm.
+    char here[65536];
+    if (getcwd(here, sizeof here) == nullptr)
+        here[0] = 0;
+    searchhere(here, here, list, 0);
 }

@@ -50,7 +50,6 @@ void growcut(GROWTEXT *text, int64_t length) {
 }
 
 void growfree(GROWTEXT *text) {
-    if (text->text != nullptr)
-        gfree(text->text);
+    grelease(text->text);
     *text = {};
 }

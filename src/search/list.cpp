@@ -6,46 +6,20 @@
 #include "brax/text.h"
 #include "mem/galloc.h"
 
-#include <climits>
 #include <cstring>
 
 namespace {
 
-// Makes sure that the array can take one more element behind its `count`. False when
-// memory runs out; the array is then as it was.
-template <typename T> bool reserve(T **&array, int32_t count, int32_t &room) {
-    if (count < room)
-        return true;
-    const int64_t newRoom = room == 0 ? 4 : static_cast<int64_t>(room) * 2;
-    T **larger = newRoom > INT_MAX ? nullptr : gallocarray<T *>(newRoom);
-    if (larger == nullptr)
-        return false;
-    if (array != nullptr) {
-        memcpy(larger, array, static_cast<size_t>(count) * sizeof(T *));
-        gfree(array);
-    }
-    array = larger;
-    room = static_cast<int32_t>(newRoom);
-    return true;
-}
-
-void freetext(char *text) {
-    if (text != nullptr)
-        gfree(text);
-}
-
 void freematch(Match *match) {
-    freetext(match->source);
-    freetext(match->dest);
+    grelease(match->source);
+    grelease(match->dest);
     gfree(match);
 }
 
 void freematches(FileInfo *entry) {
     for (int32_t i = 0; i < entry->nmatches; ++i)
         freematch(entry->matches[i]);
-    if (entry->matches != nullptr)
-        gfree(entry->matches);
-    entry->matches = nullptr;
+    grelease(entry->matches);
     entry->nmatches = 0;
     entry->matchRoom = 0;
     entry->incomplete = false;
@@ -53,8 +27,8 @@ void freematches(FileInfo *entry) {
 
 void freeentry(FileInfo *entry) {
     freematches(entry);
-    freetext(entry->source);
-    freetext(entry->dest);
+    grelease(entry->source);
+    grelease(entry->dest);
     gfree(entry);
 }
 
@@ -81,7 +55,7 @@ bool holds(const SearchList *list, int32_t index) {
 
 void replacetext(char **text, char *replacement) {
     if (replacement != nullptr) {
-        freetext(*text);
+        grelease(*text);
         *text = replacement;
     }
 }
@@ -96,7 +70,7 @@ SearchList *CreateSearchList() {
 }
 
 bool AddToSearchList(SearchList *list, const char *source, const char *dest) {
-    if (list == nullptr || !reserve(list->files, list->count, list->room))
+    if (list == nullptr || !growarray(list->files, list->count, list->room))
         return false;
     FileInfo *entry = createentry(source, dest);
     if (entry == nullptr)
@@ -111,8 +85,8 @@ int UpdateSearchList(SearchList *list, int32_t index, const char *source, const 
     char *newSource = source != nullptr ? galloctext(source) : nullptr;
     char *newDest = dest != nullptr ? galloctext(dest) : nullptr;
     if ((source != nullptr && newSource == nullptr) || (dest != nullptr && newDest == nullptr)) {
-        freetext(newSource);
-        freetext(newDest);
+        grelease(newSource);
+        grelease(newDest);
         return 0;
     }
     FileInfo *entry = list->files[index];
@@ -142,8 +116,7 @@ bool RemoveFromSearchList(SearchList *list, int32_t index, char *source, char *d
     memmove(list->files + index, list->files + index + 1,
             static_cast<size_t>(list->count - index) * sizeof(FileInfo *));
     if (list->count == 0) {
-        gfree(list->files);
-        list->files = nullptr;
+        grelease(list->files);
         list->room = 0;
     }
     return true;
@@ -154,8 +127,7 @@ void DestroySearchList(SearchList *list) {
         return;
     for (int32_t i = 0; i < list->count; ++i)
         freeentry(list->files[i]);
-    if (list->files != nullptr)
-        gfree(list->files);
+    grelease(list->files);
     gfree(list);
 }
 
@@ -168,7 +140,7 @@ bool AddMatch(FileInfo *entry, const Match *match) {
         copy->source = galloctext(match->source);
         copy->dest = galloctext(match->dest);
         if (copy->source != nullptr && copy->dest != nullptr &&
-            reserve(entry->matches, entry->nmatches, entry->matchRoom)) {
+            growarray(entry->matches, entry->nmatches, entry->matchRoom)) {
             entry->matches[entry->nmatches++] = copy;
             return true;
         }

@@ -20,15 +20,9 @@ void addkeyed(NAMEINDEX *index, int32_t entry, const char *name) {
     ++index->keyed;
 }
 
-template <typename T> void release(T *&block) {
-    if (block != nullptr)
-        gfree(block);
-    block = nullptr;
-}
-
 } // namespace
 
-bool nameindexbuild(NAMEINDEX *index, const SearchList *list, NAMEUSE (*use)(const FileInfo *)) {
+bool nameindexbuild(NAMEINDEX *index, const SearchList *list, NAMEUSEFUN use, const void *context) {
     *index = {};
     index->buckets = 16;
     while (index->buckets < static_cast<uint32_t>(list->count))
@@ -41,12 +35,13 @@ bool nameindexbuild(NAMEINDEX *index, const SearchList *list, NAMEUSE (*use)(con
     for (uint32_t i = 0; i < index->buckets; ++i)
         index->heads[i] = -1;
     // Backwards, so that putting an entry in front leaves its bucket ascending.
+    const char *key = nullptr;
     for (int32_t i = list->count - 1; i >= 0; --i) {
-        if (use(list->files[i]) == NAMEUSE::keyed)
-            addkeyed(index, i, list->files[i]->source);
+        if (use(context, list->files[i], &key) == NAMEUSE::keyed)
+            addkeyed(index, i, key);
     }
     for (int32_t i = 0; i < list->count; ++i) {
-        if (use(list->files[i]) == NAMEUSE::wild)
+        if (use(context, list->files[i], &key) == NAMEUSE::wild)
             index->wilds[index->wildCount++] = i;
     }
     return true;
@@ -68,7 +63,7 @@ int32_t nameindexnext(NAMECURSOR *cursor) {
 }
 
 void nameindexfree(NAMEINDEX *index) {
-    release(index->wilds);
-    release(index->heads);
-    release(index->next);
+    grelease(index->wilds);
+    grelease(index->heads);
+    grelease(index->next);
 }

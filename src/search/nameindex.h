@@ -16,11 +16,12 @@ struct NAMEINDEX {
     int32_t keyed;    // entries in the buckets
 };
 
-// How an entry takes part.
+// How an entry takes part; *key receives the name that a keyed entry is found by.
 enum class NAMEUSE { none, keyed, wild };
+using NAMEUSEFUN = NAMEUSE (*)(const void *context, const FileInfo *entry, const char **key);
 
 // Builds the index; false when memory runs out. Either way nameindexfree releases it.
-bool nameindexbuild(NAMEINDEX *index, const SearchList *list, NAMEUSE (*use)(const FileInfo *));
+bool nameindexbuild(NAMEINDEX *index, const SearchList *list, NAMEUSEFUN use, const void *context);
 
 // Goes through the entries that may match a name, in list order. Other entries of the same
 // bucket come along.

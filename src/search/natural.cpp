@@ -146,12 +146,9 @@ int32_t *naturalplaces(int low, int high, NAMEPART (*part)(int element)) {
                   [](const SORTKEY &a, const SORTKEY &b) { return comparekeys(a, b) < 0; });
         numberplaces(places, keys, count);
     }
-    for (void *block : {static_cast<void *>(keys), static_cast<void *>(text)}) {
-        if (block != nullptr)
-            gfree(block);
-    }
-    if (possible || places == nullptr)
-        return places;
-    gfree(places);
-    return nullptr;
+    grelease(keys);
+    grelease(text);
+    if (!possible)
+        grelease(places);
+    return places;
 }

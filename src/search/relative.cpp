@@ -90,13 +90,16 @@ void swap_slash(char *text, char separator) {
     }
 }
 
-char *BRAX_makerelativeAbs(const char *name, const char *root) {
-    const char *rest = name;
-    while (*rest != 0 && *rest == *root) {
-        ++rest;
+const char *behindshared(const char *name, const char *root) {
+    while (*name != 0 && *name == *root) {
+        ++name;
         ++root;
     }
-    return joined(rest, rest, rest, rest, rest);
+    return name;
+}
+
+char *BRAX_makerelativeAbs(const char *name, const char *root) {
+    return galloctext(behindshared(name, root));
 }
 
 char *BRAX_makeunrelative(char separateDest, const char *dest, const char *relative,

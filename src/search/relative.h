@@ -19,8 +19,11 @@ void MakeRelative(const char **relative, const char *relativeEnd, const char *na
 // Turns every '/' and '\' of the text into `separator`; a null text is left alone.
 void swap_slash(char *text, char separator);
 
-// The name without the leading characters that it shares with the root. Separators are not
-// special, deliberately: /tmp/ax with the root /tmp/ab gives x.
+// The position in the name after the leading characters that it shares with the root.
+const char *behindshared(const char *name, const char *root);
+
+// A copy from there on. Separators are not special, deliberately: /tmp/ax with the root /tmp/ab
+// gives x.
 char *BRAX_makerelativeAbs(const char *name, const char *root);
 
 // The destination name taken out of the relative directory. `separateDest` 0 means that the

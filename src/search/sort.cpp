@@ -148,23 +148,14 @@ namespace {
 // The upper parts that still wait while a lower part is being sorted. They lie one behind
 // the other, so that their last indexes say everything.
 struct WAITING {
-    int local[256];
     int *highs;
     int count;
     int room;
 };
 
 bool push(WAITING &waiting, int high) {
-    if (waiting.count == waiting.room) {
-        int *larger = gallocarray<int>(static_cast<int64_t>(waiting.room) * 2);
-        if (larger == nullptr)
-            return false;
-        memcpy(larger, waiting.highs, static_cast<size_t>(waiting.count) * sizeof(int));
-        if (waiting.highs != waiting.local)
-            gfree(waiting.highs);
-        waiting.highs = larger;
-        waiting.room *= 2;
-    }
+    if (!growarray(waiting.highs, waiting.count, waiting.room))
+        return false;
     waiting.highs[waiting.count++] = high;
     return true;
 }
@@ -172,8 +163,7 @@ bool push(WAITING &waiting, int high) {
 // Lower part first, then the upper one, as a recursive quicksort would go, for the sake of
 // the sequence of random numbers; but however badly the pivots fall, without recursion.
 void sortsteps(int low, int high, int key, int bydirs) {
-    WAITING waiting = {{}, nullptr, 0, 256};
-    waiting.highs = waiting.local;
+    WAITING waiting = {};
     for (;;) {
         if (low < high) {
             const int split = BRAX_randpartition(low, high, key, bydirs);
@@ -187,8 +177,7 @@ void sortsteps(int low, int high, int key, int bydirs) {
             break;
         }
     }
-    if (waiting.highs != waiting.local)
-        gfree(waiting.highs);
+    grelease(waiting.highs);
 }
 
 // Long ranges are compared by places. The steps and what they compare are the same either way.
@@ -200,9 +189,7 @@ void sortrange(int low, int high, int key, int bydirs) {
         firstplaced = low;
     }
     sortsteps(low, high, key, bydirs);
-    if (places != nullptr)
-        gfree(places);
-    places = nullptr;
+    grelease(places);
 }
 
 bool staysinplace(int i) {

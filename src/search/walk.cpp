@@ -32,28 +32,11 @@ WALKLEVEL *top(WALK *walk) {
 }
 
 bool pushlevel(WALK *walk, const WALKLEVEL &level) {
-    if (walk->count == walk->room) {
-        constexpr int64_t leastRoom = 32;
-        const int64_t newRoom = walk->room > 0 ? walk->room * 2 : leastRoom;
-        auto *larger = gallocarray<WALKLEVEL>(newRoom);
-        if (larger == nullptr)
-            return false;
-        if (walk->levels != nullptr) {
-            memcpy(larger, walk->levels, static_cast<size_t>(walk->count) * sizeof(WALKLEVEL));
-            gfree(walk->levels);
-        }
-        walk->levels = larger;
-        walk->room = newRoom;
-    }
+    if (!growarray(walk->levels, walk->count, walk->room))
+        return false;
     walk->levels[walk->count++] = level;
     return true;
 }
-
-#ifdef O_PATH
-constexpr int ancestorFlags = O_PATH | O_DIRECTORY | O_CLOEXEC;
-#else
-constexpr int ancestorFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
-#endif
 
 // Whether the directory lies above the start, or is it.
 bool abovestart(const WALK *walk, const WALKLEVEL &level) {
@@ -73,7 +56,7 @@ bool abovestart(const WALK *walk, const WALKLEVEL &level) {
         if (!first && same(now, seen))
             break; // the root is its own parent
         seen = now;
-        const int above = openat(at, "..", ancestorFlags);
+        const int above = openat(at, "..", SGIPLACEFLAGS);
         close(at);
         at = above;
     }
@@ -206,8 +189,7 @@ bool WALK_run(const char *base, WALKVISIT visit, void *context) {
     SGIforgetplace(&walk.start);
     growfree(&walk.path);
     growfree(&walk.pending);
-    if (walk.levels != nullptr)
-        gfree(walk.levels);
+    grelease(walk.levels);
     return whole;
 }
 

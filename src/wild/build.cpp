@@ -77,15 +77,9 @@ void skipsource(BUILD *build, int32_t length) {
     build->string += length < rest ? length : rest;
 }
 
-// The column that a '?' range asks for is its smallest value; one that is beyond the bounds
-// of positions would let a short destination fill any buffer.
-bool iscolumn(const char *range) {
-    return range[0] == 0 || RANGE_min(range, 0) <= WILDLASTPOSITION;
-}
-
 // Reads the index at the destination's position. False, after the message, when it is not
 // valid.
-bool takeindex(BUILD *build, INDEX *index, bool isQuestion) {
+bool takeindex(BUILD *build, INDEX *index) {
     index->number[0] = 0;
     index->range[0] = 0;
     if (!isleftbracket(*build->destination))
@@ -95,8 +89,7 @@ bool takeindex(BUILD *build, INDEX *index, bool isQuestion) {
     const char *end = getIndex(text, start);
     if (end != nullptr) {
         build->destination = end;
-        if (isValidIndex(text, index->number, index->range) != 0 &&
-            (!isQuestion || iscolumn(index->range)))
+        if (isValidIndex(text, index->number, index->range) != 0)
             return true;
     } else {
         end = skipindex(start, nullptr);
@@ -195,12 +188,8 @@ bool maketexts(BUILD *build) {
     return true;
 }
 
-// The value that the math rules give the capture; WILDNORULE without rules. False when
-// memory runs out.
+// The value that the math rules give the capture. False when memory runs out.
 bool rulevalue(BUILD *build, int32_t number, int32_t *value) {
-    *value = WILDNORULE;
-    if (OPTmathrules == nullptr)
-        return true;
     if (build->texts == nullptr && !maketexts(build))
         return false;
     *value = WILD_applymathrules(build->texts, number, build->match->numbers.count);
@@ -219,17 +208,16 @@ bool putnumber(BUILD *build, const INDEX *index, int64_t width) {
     const CAPTURE capture = build->match->numbers.items[number];
     const char *text = build->match->string + capture.start;
     const auto length = static_cast<size_t>(capture.length);
-    int32_t value = 0;
-    if (!rulevalue(build, number, &value))
+    const bool ruled = OPTmathrules != nullptr;
+    int32_t value = decimalvalue(text, length);
+    if (ruled && !rulevalue(build, number, &value))
         return false;
     skipsource(build, capture.length);
     if (index->range[0] == 0) {
-        if (value != WILDNORULE)
+        if (ruled && value != WILDNORULE)
             return putvalue(build, value, width);
         return fill(build, '0', width - capture.length) && put(build, text, length);
     }
-    if (value == WILDNORULE)
-        value = decimalvalue(text, length);
     if (RANGE_match(index->range, "", value) == 0)
         return fill(build, '0', width + capture.length);
     return fill(build, '0', width) && put(build, text, length);
@@ -243,7 +231,7 @@ int putwildcard(BUILD *build) {
     for (; isNumber && isnumberchar(*build->destination); ++width)
         ++build->destination;
     INDEX index; // not cleared: its texts are large
-    if (!takeindex(build, &index, isquestionchar(wildcard) && !isstarchar(wildcard)))
+    if (!takeindex(build, &index))
         return WILDBADINDEX;
     bool written = false;
     if (isNumber)

@@ -7,7 +7,6 @@
 #include "wild/wild.h"
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
 #include <cstring>
 
@@ -17,6 +16,8 @@ int32_t nummathrules = 0;
 namespace {
 
 constexpr size_t expressionSize = 40;
+
+int32_t rulesRoom = 0; // elements that OPTmathrules can hold
 
 bool ischar(char c, int32_t special) {
     return c != 0 && charvalue(c) == special;
@@ -114,35 +115,20 @@ OUTCOME applyrule(const char *rule, const CAPTURES *captures, int32_t *value) {
 
 } // namespace
 
-// The array has room for a power of two of rules, so that it is copied only when their
-// number is one.
 void WILD_addmathrule(const char *rule) {
     char *copy = galloctext(rule);
-    if (copy == nullptr)
-        return;
-    const auto count = static_cast<uint32_t>(nummathrules);
-    if (count == 0 || std::has_single_bit(count)) {
-        char **larger = gallocarray<char *>(count == 0 ? 1 : static_cast<int64_t>(count) * 2);
-        if (larger == nullptr) {
-            gfree(copy);
-            return;
-        }
-        if (OPTmathrules != nullptr) {
-            memcpy(larger, OPTmathrules, count * sizeof(char *));
-            gfree(OPTmathrules);
-        }
-        OPTmathrules = larger;
-    }
-    OPTmathrules[nummathrules++] = copy;
+    if (copy != nullptr && growarray(OPTmathrules, nummathrules, rulesRoom))
+        OPTmathrules[nummathrules++] = copy;
+    else
+        grelease(copy);
 }
 
 void WILD_deletemathrules() {
     for (int32_t i = 0; i < nummathrules; ++i)
         gfree(OPTmathrules[i]);
-    if (OPTmathrules != nullptr)
-        gfree(OPTmathrules);
-    OPTmathrules = nullptr;
+    grelease(OPTmathrules);
     nummathrules = 0;
+    rulesRoom = 0;
 }
 
 int32_t WILD_applymathrules(char **captures, int32_t index, int32_t count) {

@@ -88,7 +88,7 @@ int64_t insertionroom(const char **position, const char *end, int64_t longestCap
         isValidIndex(text, number, range) == 0 || range[0] == 0)
         return 1;
     const int32_t column = RANGE_min(range, 0);
-    return column > 1 && column <= WILDLASTPOSITION ? column : 1;
+    return column > 1 ? column : 1;
 }
 
 int64_t roomfor(const char *destination, const char *end, int64_t longestCapture) {

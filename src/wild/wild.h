@@ -19,10 +19,10 @@
 //
 // Destination: a wildcard inserts the next capture of its kind, or the one whose number
 // stands behind it in brackets (*[0] is the first), limited by a range in second brackets
-// (see range/range.h): *[0][2..4] inserts positions 2 to 4, ?[0][5] puts spaces in front up
-// to column 5 (32,768 at most), #[0][1..9] inserts zeros for a number outside. A run of '#' is as
-// wide as it is long, filled with zeros, and "#,#" writes two numbers. A star without capture
-// writes nothing, a question mark a space, a number the running number current_unmatched.
+// (see range/range.h): *[0][2..4] inserts positions 2 to 4, ?[0][5] writes spaces up to
+// column 5 before it, #[0][1..9] inserts zeros for a number outside. A run of '#' is as wide as
+// it is long, filled with zeros, and "#,#" writes two numbers. A star without capture writes
+// nothing, a question mark a space, a number the running number current_unmatched.
 //
 // What a failure leaves: a mismatch in front of the first wildcard touches neither output nor
 // length. Later ones empty the output and still write the length, which says how far the

@@ -86,7 +86,7 @@ int32_t decimalvalue(const char *text, size_t length) {
     int64_t value = 0;
     for (size_t i = 0; i < length && value <= INT32_MAX; ++i)
         value = value * 10 + (text[i] - '0');
-    return value > INT32_MAX ? INT32_MAX : static_cast<int32_t>(value);
+    return toint32(value);
 }
 
 const char *skipindex(const char *position, const char *end) {
@@ -169,8 +169,7 @@ char **reallocateBuffer(char **list, const char *text, int32_t count) {
     char *copy = galloctext(text);
     char **larger = copy != nullptr ? gallocarray<char *>(count) : nullptr;
     if (larger == nullptr) {
-        if (copy != nullptr)
-            gfree(copy);
+        grelease(copy);
         return nullptr;
     }
     if (list != nullptr) {

@@ -66,10 +66,10 @@ struct CASE {
 };
 
 TEST_F(Expr, Evaluates) {
-    const CASE grouping[] = {{"1+2*3", 7},       {"2**3+1", 16},  {"2**3**2", 64}, {"-2**2", 4},
-                             {"2**-1", 0.5},     {"8/2/2", 2},    {"8-2-2", 4},    {"1<<2+1", 8},
-                             {"1|6&3^1", 3},     {"2<3==1", 1},   {"1&&0||1", 1},  {"[1+2)*(3]", 9},
-                             {" ( 1 , 2 ) ", 2}, {"- - -~+5", 6}, {"!0+!7", 1}};
+    const CASE grouping[] = {{"1+2*3", 7},     {"2**3+1", 16},     {"2**3**2", 64}, {"-2**2", 4},
+                             {"2**-1", 0.5},   {"8/2/2", 2},       {"8-2-2", 4},    {"1<<2+1", 8},
+                             {"1|6&3^1", 3},   {"2<3==1", 1},      {"1&&0||1", 1},  {"1||0&&0", 1},
+                             {"[1+2)*(3]", 9}, {" ( 1 , 2 ) ", 2}, {"- - -~+5", 6}, {"!0+!7", 1}};
     const CASE division[] = {{"7/0", 7},  {"7/-0", 7},    {"7%0", 7},  {"-7%3", 2},
                              {"7%-3", 1}, {"7.5%2", 1.5}, {"-7//3", 2}};
     const CASE integers[] = {{"1<<4", 16},      {"-16>>2", -4}, {"1<<64", 1}, {"5&3", 1},
@@ -106,9 +106,13 @@ TEST_F(Expr, Evaluates) {
     const CASE infinities[] = {
         {"(inf-inf)|5", 5}, {"inf/0", infinity}, {"!(inf-inf)", 0}, {"1/inf", 0}, {"<<inf", -2}};
     // Addresses that are not known.
-    const CASE addresses[] = {{"a#", 0},    {"a#+2", 2},  {"2+a#", 2},
-                              {"a#[5]", 5}, {"a#-a#", 0}, {"(a#+4)-a#", 4},
-                              {"a#-1", -1}, {"a", 0},     {"x#*2", 6}};
+    const CASE addresses[] = {{"a#", 0},    {"(a#)+2", 2},  {"2+a#", 2},
+                              {"a#[5]", 5}, {"(a#)-a#", 0}, {"4+(a#)-a#", 4},
+                              {"a", 0},     {"x#*2", 6},    {"a# ", 0}};
+    // Where an operand can follow, '#' compares.
+    const CASE comparisons[] = {{"x#-1", 1},  {"x# + 3", 0}, {"x#--3", 0}, {"x#%11", 0},
+                                {"x#&3", 0},  {"x#~1", 1},   {"x#^C", 0},  {"x#'A'", 1},
+                                {"x#(3)", 0}, {"x#.5", 1}};
     const CASE longer[] = {{"1<<-1", -9223372036854775808.0},
                            {"< $12345678", 0x1234},
                            {"> $12345678", 0x5678},
@@ -130,8 +134,9 @@ TEST_F(Expr, Evaluates) {
                            {"int(-inf)", -9223372036854775808.0},
                            {"1<<inf", -9223372036854775808.0},
                            {"(inf-inf)==(inf-inf)", 0}};
-    const std::span<const CASE> tables[] = {grouping,  division,  integers,   choices,   numbers,
-                                            constants, functions, infinities, addresses, longer};
+    const std::span<const CASE> tables[] = {grouping,  division,    integers,  choices,
+                                            numbers,   constants,   functions, infinities,
+                                            addresses, comparisons, longer};
     for (const auto &table : tables) {
         for (const CASE &c : table) {
             EXPECT_DOUBLE_EQ(quietly(c.text), c.value) << c.text;
@@ -164,9 +169,10 @@ TEST_F(Expr, ReportsErrorsWithTheirPositions) {
     const FAILURE numberedErrors[] = {
         {"'A", 0, numbered(27, 0)},         {"\"\\400\"", 0, numbered(10, 0)},
         {"1+\"\\18\"", 1, numbered(29, 2)}, {"\"<x\"", 0, numbered(27, 0)},
-        {"b#*2", 0, numbered(14, 0)},       {"2*c#+1", 1, numbered(14, 2)},
-        {"b#+c#", 0, numbered(14, 3)},      {"1-b#", 1, numbered(14, 2)},
-        {"-b#", 0, numbered(14, 1)},        {"abs(b#)", 0, numbered(14, 4)}};
+        {"b#*2", 0, numbered(14, 0)},       {"1+2*c#", 1, numbered(14, 4)},
+        {"(b#)+c#", 0, numbered(14, 5)},    {"1-b#", 1, numbered(14, 2)},
+        {"'", 0, numbered(27, 0)},          {"-b#", 0, numbered(14, 1)},
+        {"abs(b#)", 0, numbered(14, 4)}};
     const FAILURE longer[] = {{"1 + foo*2 - bar", 1, undefined(4) + undefined(12)},
                               {"foo(1+bar)+2", 2, undefined(0) + undefined(6)},
                               {"\xC3\xA9\x80+1", 1, undefined(0)},

@@ -98,7 +98,7 @@ TEST(Fields, ReadsOptionValuesWithinTheirRange) {
         {"5,", 5, ",", ""},
         {"5%", 5, "%", ""},
         {"w0 ", 3, "w0 ", ""},
-        {"4w0 ", 4, "w0 ", ""},
+        {"4w0 ", 0, " ", "brax - NUMERICAL OPTION ERROR #10 IN verbose OPTION VALUE. Using 0.\n"},
         {"0x2", 2, "", ""},
         {"9", 6, "", "Value too large for verbose option. Valid range is 0..6.  Using 6.\n"},
         {"-1", 0, "", "Value too small for verbose option. Valid range is 0..6.  Using 0.\n"},

@@ -111,25 +111,22 @@ TEST(Hash, KeepsTheFirstValueAndTheNewestRecordFirst) {
         EXPECT_EQ(HASH_init(size), nullptr) << size;
 }
 
-// In rising, falling and random order of the keys, with the index that many keys bring and
-// without one, as when memory is short.
+// In rising, falling and random order of the keys.
 TEST(Hash, KeepsItsTreesInOrderAndShallow) {
     constexpr int count = 20000;
-    for (int round = 0; round < 6; ++round) {
+    for (int round = 0; round < 3; ++round) {
         const int before = galloccount;
         std::vector<std::string> keys;
         keys.reserve(count);
         for (int i = 0; i < count; ++i)
-            keys.push_back("key" + std::to_string(100000 + (round % 3 == 1 ? count - i : i)));
-        if (round % 3 == 2)
+            keys.push_back("key" + std::to_string(100000 + (round == 1 ? count - i : i)));
+        if (round == 2)
             std::shuffle(keys.begin(), keys.end(), std::mt19937(1));
         HASHTABLE *table = HASH_init(256);
-        table->indexFailed = round >= 3;
         for (int i = 0; i < count; ++i)
             HASH_add(table, keys[static_cast<size_t>(i)].c_str(), i);
         HASH_add(table, "key100007", -5);
         EXPECT_EQ(table->count, count);
-        EXPECT_EQ(table->index == nullptr, round >= 3);
         for (int i = 0; i < count; ++i)
             ASSERT_EQ(HASH_check(table, keys[static_cast<size_t>(i)].c_str()), i);
         EXPECT_EQ(HASH_check(table, "key99999"), -1);

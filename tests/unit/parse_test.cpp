@@ -21,9 +21,10 @@ void onreset() {
         reset();
 }
 
-int onusage(const char *program, const char *topic, const char *, int level) {
+int onusage(const char *program, const char *topic, const char *address, int level) {
+    const char *anchor = address != nullptr ? strchr(address, '#') : nullptr;
     called += std::string(program) + " " + (topic != nullptr ? topic : "-") + " " +
-              std::to_string(level) + "; ";
+              std::to_string(level) + (anchor != nullptr ? anchor : "") + "; ";
     return 0;
 }
 
@@ -51,7 +52,8 @@ struct Parse : testing::Test {
     // Parses to the end: "source>destination " for each file, "| " behind each batch that is
     // followed by another. Nothing may stay allocated.
     std::string parse(std::vector<std::string> arguments) {
-        BRAX_init(onreset, onusage, onoption, nullptr);
+        static const char *const history[] = {"1.0 first", nullptr};
+        BRAX_init(onreset, onusage, onoption, history);
         BRAX_restore();
         const int held = galloccount;
         std::vector<char *> argv = {const_cast<char *>("dir/Prog.exe")};
@@ -95,7 +97,7 @@ TEST_F(Parse, PairsNamesWithDestinations) {
         {{"\"a=b\"=c", "'p,q'"}, "a=b>c p,q>c "},
         {{"a", "\"\"=x"}, "a>x x>x "},
         {{"-def", "defref", "-defref"}, "defref>defref ref>ref "},
-        {{"\xE9.c=\xFC\n.o", "=\xE4"}, "\xE9.c>\xFC\n.o "},
+        {{"\xE9.c=\xFC\tb\nc\xE9", "=\xE4"}, "\xE9.c>\xFC b>\xFC c\xE9>\xFC "},
         {{"a;", "-v2", "b;c;", "-w0;", "d"}, "a>a | b;c>b;c | "},
         {{"a", "^&", "-=r", "b", ";", "c", ";"}, "a>a | b>r | c>c "},
     };
@@ -133,6 +135,10 @@ TEST_F(Parse, CallsTheProgramBack) {
         {{"a", "-h", "-v1"}, "", ""},
         {{"a", "-x?", "b"}, "prog -x 4; ", ""},
         {{"a", "-?topic"}, "prog topic 4; ", ""},
+        {{"a", "-help#x", "-x?"}, "prog -x 4; ", ""},
+        {{"a", "--help"}, "prog PROG_OPTS 3; ", ""},
+        {{"a", "--version"}, "prog - 0; ", ""},
+        {{"a", "-history"}, "prog - 0; ", "1.0 first\n"},
         {{"a", "-v?"}, "prog -v 4; ", "Numerical Option verbose = 2. Valid range is 0..6\n"},
         {{"a", "-nologo?"},
          "prog -nologo 4; ",

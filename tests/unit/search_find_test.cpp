@@ -93,6 +93,8 @@ TEST_F(Find, FollowsPatternsOneComponentAtATime) {
         {"src/", "src/>src/"},
         {root + "/s?c/a.*=*.o", root + "/src/a.c>c.o"},
         {"/" + root + "/src/n.*", "/" + root + "/src/n.h>/" + root + "/src/n.h"},
+        {root + "/src/a.c=*y", root + "/src/a.c>y"},
+        {root + "top.c=*y", "top.c>y"}, // what the start shares is not compared
         {"\\\\host\\share", "\\\\host\\share>\\\\host\\share"},
         {"c:/*.c", "c:/*.c>c:/*.c"},
     };

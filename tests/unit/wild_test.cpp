@@ -117,13 +117,12 @@ TEST_F(Wild, ReadsIndexes) {
         {"abc", "*", "x*[0][1]y", "+xby"},      {"abc", "*", "x*[0][1y", "+xabc"},
         {"abc", "*", "x*[x]y", "-x"},           {"abc", "*", "x*[-1]y", "-x"},
         {"abc", "*", "x*[0[1]", "-x"},          {"abc", "*", "x*[0][1..b]y", "-x"},
-        {"abc", "*", "x*[0][1..2+=0]y", "-x"},  {"a", "?", "x?[0][32769]", "-x"},
-        {"a", "?", "x?[0][a..b]", "-x"},
+        {"abc", "*", "x*[0][1..2+=0]y", "-x"},
     };
     for (const auto &c : cases)
         EXPECT_EQ(matched(WILD_match, c.string, c.pattern, c.destination), c.output)
             << c.destination;
-    EXPECT_EQ(matched(WILD_match, "a", "?", "?[0][32768]"), "+" + std::string(32767, ' ') + "a");
+    EXPECT_EQ(matched(WILD_match, "a", "?", "?[0][40000]"), "+" + std::string(39999, ' ') + "a");
 }
 
 using PREFIXFUN = int (*)(char *, const char *, const char *, const char *, int *);

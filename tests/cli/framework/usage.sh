@@ -62,7 +62,7 @@ Examples:
     List files brought in if init.o linked, checking info in all .obj files:
         tolvik -finit.o -links *.obj
 EOF
-for one in -h '?' -? -v3 -H3; do
+for one in -h '?' -? -v3 -H3 --help; do
     run "$one" name
     [ "$one" = -v3 ] && run -v
     expect_status 0
@@ -76,6 +76,12 @@ $short
 EOF
 run -v0
 expect_silence
+
+run --version name
+expect_status 0
+expect_out <<EOF
+$banner
+EOF
 
 # Help on an option; a built-in one with a value shows that as well.
 run -x? name

@@ -16,7 +16,7 @@ said 'Value too small for write mode option. Valid range is 0..1.  Using 0.' -w-
 said 'Value too large for banner option. Valid range is 0..1.  Using 1.' -v1b2
 said 'brax - NUMERICAL OPTION ERROR #10 IN verbose OPTION VALUE. Using 0.' -v2z
 said 'brax - NUMERICAL OPTION ERROR #7 IN write mode OPTION VALUE. Using 1.' -w42949672961
-said 'brax - NUMERICAL OPTION ERROR #10 IN -<n> OPTION VALUE. Using 0.' -5-1
+said 'brax - NUMERICAL OPTION ERROR #10 IN -<n> OPTION VALUE. Using 0.' -5html
 said 'Numerical Option write mode = 0. Valid range is 0..1' -w0,w?,
 said 'Value too large for verbose option. Valid range is 0..6.  Using 6.
 verbose 6
