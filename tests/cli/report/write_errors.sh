@@ -37,16 +37,3 @@ cat pipe >"$STATE/out" &
 $TOLVIK -v0 -ffile3999.o -links chain.tvk=pipe
 wait
 expect_has out "Links 32 bytes total"
-# Help that is lost says so; its status is that of help.
-run_closed() {
-    status=0
-    "$@" 2>"$STATE/err" || status=$?
-    echo "$status" >"$STATE/status"
-    expect_status 0
-    expect_err <<'EOT'
-tolvik: ERROR: could not write to standard output
-EOT
-}
-run_closed $TOLVIK -h >/dev/full
-run_closed $TOLVIK -h >&-
-run_closed $TOLVIK -history >/dev/full
