@@ -78,10 +78,10 @@ printf 'PSXOBJ1\0C:\\LIB\\A.C:\0D\1\0\0\0\377\0abc' >short.o
 printf '!<arch>\n%-48s%-10s`\nabc' x.o 4000 >short.lib
 tools=$(dirname "$(command -v gc-objdump)")
 mkdir out
-check 1 'reverse: short.o is damaged' reverse /nop /macro short.o
-check 1 'is no PlayStation object' reverse /nop /macro probe.o
-check 1 'short.lib: library: damaged' wlib -d=out -x short.lib
-check 1 'not those of a library' psylib /x /q probe.o
+check 1 'reverse: short.o: is damaged' reverse /nop /macro short.o
+check 1 'reverse: probe.o is an ELF object, which -telf reads' reverse /nop /macro probe.o
+check 1 'short.lib: is damaged, the rest is left out' wlib -d=out -x short.lib
+check 1 'probe.o: is no library' psylib /x /q probe.o
 check 1 'absent.lib' ee-ar x absent.lib
 check 1 'probe.o is no COFF object' dumpbin /symbols /out:listing probe.o
 check 1 'absent.o' gc-objdump -t absent.o
