@@ -142,22 +142,23 @@ ARCHIVEEND archive_next(ARCHIVE *archive, MEMBER *member) {
     return ARCHIVE_END;
 }
 
-const char *map_member(const char *path, const MEMBER *member, BYTES *mapped, BYTES *data) {
+const char *map_member(const char *path, MEMBER *member, BYTES *mapped) {
     std::string file = member->name;
     if (file[0] != '/') {
         const char *separator = strrchr(path, '/');
         file.insert(0, path, separator ? static_cast<size_t>(separator - path) + 1 : 0);
     }
     const char *failure = map_file(file.c_str(), mapped);
-    *data = *mapped;
-    ARCHIVE outer;
+    member->data = *mapped;
     if (failure || !member->nested) {
         return failure;
     }
-    MEMBER inner;
-    bool found = archive_start(&outer, *mapped) && !outer.thin;
-    outer.next = member->origin;
-    found = found && archive_next(&outer, &inner) == ARCHIVE_MEMBER;
-    *data = found ? inner.data : BYTES{};
-    return found ? nullptr : "is not in the library that is to hold it";
+    ARCHIVE outer;
+    size_t origin = member->origin;
+    // The first call reads the table of names, which comes before all members.
+    bool found = archive_start(&outer, *mapped) && !outer.thin &&
+                 archive_next(&outer, member) == ARCHIVE_MEMBER;
+    outer.next = origin;
+    found = found && archive_next(&outer, member) == ARCHIVE_MEMBER;
+    return found ? nullptr : "is no library that holds the member";
 }

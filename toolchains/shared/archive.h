@@ -32,9 +32,10 @@ bool archive_start(ARCHIVE *archive, BYTES bytes);
    than ARCHIVE_MEMBER the walk has ended. */
 ARCHIVEEND archive_next(ARCHIVE *archive, MEMBER *member);
 
-/* Finds the bytes of a thin library's member. path is the library's. Returns null, or the reason
-   why they cannot be read. The caller releases *mapped, which holds *data, with unmap_file. */
-const char *map_member(const char *path, const MEMBER *member, BYTES *mapped, BYTES *data);
+/* Finds the data of a thin library's member, and the name if another library holds it. path is the
+   thin library's. Returns null, or the reason why the member cannot be read. The caller releases
+   *mapped, which holds the data, with unmap_file. */
+const char *map_member(const char *path, MEMBER *member, BYTES *mapped);
 
 /* Writes every member of a library into the directory, under its name without directories, so that
    no file outside is written. A member whose name another had before gets its position put in front

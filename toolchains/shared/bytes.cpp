@@ -32,12 +32,16 @@ const char *map_descriptor(int descriptor, BYTES *bytes) {
 
 } // namespace
 
-void complain(DUMP *dump, const char *path, const char *member, const char *text) {
+void remark(const DUMP *dump, const char *path, const char *member, const char *text) {
     if (member) {
         fprintf(dump->messages, "%s: %s(%s): %s\n", dump->self, path, member, text);
     } else {
         fprintf(dump->messages, "%s: %s: %s\n", dump->self, path, text);
     }
+}
+
+void complain(DUMP *dump, const char *path, const char *member, const char *text) {
+    remark(dump, path, member, text);
     dump->status = 1;
 }
 

@@ -18,8 +18,10 @@ struct DUMP {
     int status; // exit status: 0, or 1 after a complaint
 };
 
-/* Prints "SELF: PATH: TEXT", or "SELF: PATH(MEMBER): TEXT" if member is not null, and sets the
-   status to 1. */
+/* Prints "SELF: PATH: TEXT", or "SELF: PATH(MEMBER): TEXT" if member is not null. */
+void remark(const DUMP *dump, const char *path, const char *member, const char *text);
+
+/* The same, and the status becomes 1. */
 void complain(DUMP *dump, const char *path, const char *member, const char *text);
 
 /* Maps a regular file, read-only. Returns null, or the reason why it cannot be read. The caller

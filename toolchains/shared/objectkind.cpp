@@ -37,13 +37,10 @@ bool is_coff(BYTES bytes) {
     return is_large_coff(bytes);
 }
 
-OBJECTKIND member_kind(const char *path, bool thin, const MEMBER *member) {
-    if (!thin) {
-        return object_kind(member->data);
-    }
-    BYTES mapped;
-    BYTES data;
-    OBJECTKIND kind = map_member(path, member, &mapped, &data) ? KIND_OTHER : object_kind(data);
+OBJECTKIND member_kind(const char *path, bool thin, MEMBER *member) {
+    BYTES mapped = {};
+    bool readable = !thin || !map_member(path, member, &mapped);
+    OBJECTKIND kind = readable ? object_kind(member->data) : KIND_OTHER;
     unmap_file(&mapped);
     return kind;
 }
