@@ -15,7 +15,7 @@ constexpr struct {
     int type;
 } typenames[] = {
     {"sgi", OBJTYPE_SGI}, {"n64", OBJTYPE_N64}, {"pc", OBJTYPE_PC},   {"gc", OBJTYPE_GC},
-    {"psx", OBJTYPE_PSX}, {"ps2", OBJTYPE_PS2}, {"xbox", OBJTYPE_PC},
+    {"psx", OBJTYPE_PSX}, {"ps2", OBJTYPE_PS2}, {"xbox", OBJTYPE_PC}, {"elf", OBJTYPE_SGI},
 };
 
 // Keywords that switch something on.

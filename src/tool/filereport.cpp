@@ -303,9 +303,15 @@ void endreport(FILEREPORT *report) {
     freegraph(&report->graph);
 }
 
+// Whether the file has the given name, which writers of symbol files may have cut.
+bool isnamed(const _tagfile *file, const char *name) {
+    return stricmp(file->name, name) == 0 ||
+           (strlen(file->name) == OBJECTLIMIT && strnicmp(file->name, name, OBJECTLIMIT) == 0);
+}
+
 bool isselected(const _tagfile *file, char **files, int nfiles) {
     for (int i = 0; i < nfiles; ++i) {
-        if (stricmp(file->name, files[i]) == 0)
+        if (isnamed(file, files[i]))
             return true;
     }
     return nfiles == 0;

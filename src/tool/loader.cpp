@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr int64_t LINELENGTH = 255; // longest piece that is read as one line
+constexpr int64_t LINELENGTH = SYMBOLLINE; // longest piece that is read as one line
 constexpr int64_t BUFFERSIZE = 64 * 1024;
 constexpr int64_t SPAREBYTES = 16; // readable behind the buffer's last byte
 constexpr int BATCHSIZE = 64;

@@ -55,7 +55,7 @@ _tagsymbol *symnew(const char *name, SYMTYPE type, SYMSCOPE scope, int32_t size)
     symstrip(&name, &length);
     memcpy(copy, name, length);
     copy[length] = 0;
-    *symbol = {copy, type, scope, size, static_cast<int32_t>(length), nullptr, nullptr, 0, 0};
+    *symbol = {copy, type, scope, size, nullptr, nullptr, static_cast<int32_t>(length), 0, 0};
     return symbol;
 }
 

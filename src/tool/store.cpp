@@ -163,6 +163,22 @@ _tagsymbol *find(const SYMTABLE *table, const NAME &name) {
     return symbol;
 }
 
+// The symbol of that name or of one of its two variants.
+_tagsymbol *finduncut(const _tagsymlist *table, const char *name) {
+    _tagsymbol *symbol = symfindnth(table, name, 1);
+    const size_t length = strlen(name);
+    if (symbol != nullptr || length + 2 > VARIANTSIZE)
+        return symbol;
+    char variant[VARIANTSIZE] = "_";
+    appendtext(variant, name, sizeof variant);
+    symbol = symfindnth(table, variant, 1);
+    if (symbol != nullptr)
+        return symbol;
+    copytext(variant, name, sizeof variant);
+    appendtext(variant, "_", sizeof variant);
+    return symfindnth(table, variant, 1);
+}
+
 void merge(_tagsymbol *symbol, SYMTYPE type, SYMSCOPE scope, int32_t size) {
     if (symbol->type == TYPE_UNKNOWN)
         symbol->type = type;
@@ -210,7 +226,7 @@ _tagsymbol *newsymbol(ARENA *arena, const SYMENTRY &entry) {
     char *copy = reinterpret_cast<char *>(symbol + 1);
     memcpy(copy, entry.name, length);
     copy[length] = 0;
-    *symbol = {copy, entry.type, entry.scope, entry.size, entry.length, nullptr, nullptr, 0, 0};
+    *symbol = {copy, entry.type, entry.scope, entry.size, nullptr, nullptr, entry.length, 0, 0};
     return symbol;
 }
 
@@ -249,7 +265,7 @@ void tvkfree(TVKINFO *info) {
 }
 
 _tagsymbol *symadd(_tagsymlist *table, _tagsymbol *symbol) {
-    _tagsymbol *found = symfind(table, symbol->name);
+    _tagsymbol *found = finduncut(table, symbol->name);
     const NAME name = hashedname(symbol->name, strlen(symbol->name));
     symbol->length = static_cast<int32_t>(name.length);
     if (found == symbol || (found == nullptr && insert(table, tableof(table), symbol, name.hash)))
@@ -299,18 +315,21 @@ bool symenterall(_tagsymlist *table, SYMENTRY *entries, int count) {
 }
 
 _tagsymbol *symfind(const _tagsymlist *table, const char *name) {
-    _tagsymbol *symbol = symfindnth(table, name, 1);
+    // Writers cut a name before the loader strips its leading underscores.
+    constexpr size_t leadingAtMost = 3;
+    _tagsymbol *symbol = finduncut(table, name);
     const size_t length = strlen(name);
-    if (symbol != nullptr || length + 2 > VARIANTSIZE)
-        return symbol;
-    char variant[VARIANTSIZE] = "_";
-    appendtext(variant, name, sizeof variant);
-    symbol = symfindnth(table, variant, 1);
-    if (symbol != nullptr)
-        return symbol;
-    copytext(variant, name, sizeof variant);
-    appendtext(variant, "_", sizeof variant);
-    return symfindnth(table, variant, 1);
+    for (size_t limit = SYMBOLLIMIT; symbol == nullptr && limit >= SYMBOLLIMIT - leadingAtMost;
+         --limit) {
+        if (length <= limit)
+            continue;
+        char cut[SYMBOLLIMIT + 1];
+        copytext(cut, name, limit, sizeof cut);
+        for (size_t end = limit; OPTunderscores == 0 && end > 0 && cut[end - 1] == '_'; --end)
+            cut[end - 1] = 0;
+        symbol = finduncut(table, cut);
+    }
+    return symbol;
 }
 
 _tagsymbol *symfindnth(const _tagsymlist *table, const char *name, int n) {

@@ -2,7 +2,7 @@
 //
 // What holds at all times:
 // - A name is stored once, however many files define or refer to it. symadd never inserts a
-//   name that symfind already finds.
+//   name that symfind already finds uncut.
 // - The 256 buckets and their chains decide the order in which "all" symbols are reported:
 //   a chain's newest symbol is its head. They never grow; a private index beside them finds
 //   a name in one step whatever the chain's length.
@@ -19,6 +19,15 @@
 
 constexpr int SYMBUCKETS = 256;
 
+// A line of a symbol file has at most 255 characters, line feed included. A symbol's name is
+// written whole when it fits the longest define line, and else cut to the same length in every
+// line. When the names of an object and its library do not fit their line together, each is cut
+// to its own limit.
+constexpr size_t SYMBOLLINE = 255;
+constexpr size_t SYMBOLLIMIT = SYMBOLLINE - (sizeof "define=,FUNCTION,GLOBAL,-2147483648\n" - 1);
+constexpr size_t OBJECTLIMIT = (SYMBOLLINE - (sizeof "[][]\n" - 1)) / 2;
+constexpr size_t LIBRARYLIMIT = OBJECTLIMIT;
+
 enum SYMTYPE : int32_t { TYPE_UNKNOWN = 0, TYPE_FUNCTION = 1, TYPE_DATA = 2 };
 enum SYMSCOPE : int32_t { SCOPE_UNKNOWN = 0, SCOPE_GLOBAL = 1, SCOPE_LOCAL = 2 };
 
@@ -30,9 +39,10 @@ struct _tagsymbol {
     SYMTYPE type;
     SYMSCOPE scope;
     int32_t size;     // bytes; 0 when unknown
-    int32_t length;   // private: of the name
     _tagfile *file;   // the last file that defines it; null while only referred to
     _tagsymbol *next; // in the same bucket
+
+    int32_t length;   // private to a table of cinew: of the name
     int32_t nrefers;  // private to a report: nodes of refers lists that show this symbol
     int32_t firstref; // private to a report: where its references begin
 };
@@ -101,8 +111,8 @@ _tagfilelist *flnew();
 // caller goes on with the result. Null when memory runs out; the symbol is then released.
 _tagsymbol *symadd(_tagsymlist *table, _tagsymbol *symbol);
 
-// The symbol of that name, or with one underscore in front, or with one behind; null when
-// there is none.
+// The symbol of that name, or with one underscore before it, or with one after it; else the
+// symbol whose name is this one cut as writers of symbol files cut it. Null when there is none.
 _tagsymbol *symfind(const _tagsymlist *table, const char *name);
 
 // The n-th symbol (from 1) of exactly that name in its bucket; null when there are fewer.

@@ -85,6 +85,19 @@ inline SYMBOL *find(STORE &store, const string &name) {
     return symbol;
 }
 
+// For a report: names that do not fit a define line were cut, and then stripped.
+inline SYMBOL *findasked(STORE &store, const string &name) {
+    SYMBOL *symbol = find(store, name);
+    for (size_t limit = 219; limit >= 216 && symbol == nullptr; --limit) {
+        string cut = name.substr(0, limit);
+        if (OPTunderscores == 0)
+            cut.erase(cut.find_last_not_of('_') + 1);
+        if (name.size() > limit)
+            symbol = find(store, cut);
+    }
+    return symbol;
+}
+
 inline SYMBOL *add(STORE &store, string name, int type, int scope, int size) {
     if (OPTunderscores == 0) {
         name.erase(0, std::min(name.find_first_not_of('_'), name.size()));
@@ -268,7 +281,7 @@ inline string symbolreport(STORE &store, const REQUEST &r, string *messages) {
         return out;
     }
     for (const string &name : r.symbols) {
-        if (SYMBOL *symbol = find(store, name); symbol != nullptr)
+        if (SYMBOL *symbol = findasked(store, name); symbol != nullptr)
             out += onesymbol(symbol, store, r);
         else
             *messages += format("tolvik: symbol '%s' not found\n", name.c_str());

@@ -88,6 +88,23 @@ TEST_F(Store, FindsNamesUnderTheirVariants) {
     EXPECT_EQ(symfind(table, (longest + "n").c_str()), nullptr) << "no variants beyond 254";
 }
 
+// Names are cut when they are written, stripped when they are loaded, and asked for whole.
+TEST_F(Store, FindsCutNames) {
+    for (const char *front : {"", "_", "__"}) {
+        for (OPTunderscores = 0; OPTunderscores < 2; ++OPTunderscores) {
+            string name = string(front) + string(SYMBOLLIMIT, 'n') + front;
+            name[SYMBOLLIMIT - 1] = '_';
+            name[50] =
+                static_cast<char>('0' + OPTunderscores * 4 + static_cast<int>(strlen(front)));
+            _tagsymbol *symbol = add(name.substr(0, SYMBOLLIMIT).c_str());
+            const string asked = OPTunderscores != 0 ? name : name.substr(strlen(front));
+            EXPECT_EQ(symfind(table, (asked + "more").c_str()), symbol) << name;
+            EXPECT_EQ(symfind(table, asked.substr(0, 200).c_str()), nullptr);
+            EXPECT_NE(add((asked + "more").c_str()), symbol) << "what is stored is never cut";
+        }
+    }
+}
+
 TEST_F(Store, FindsWhatWasChainedByHand) {
     _tagsymbol *older = add("twin");
     _tagsymbol *newer = symnew("twin", TYPE_DATA, SCOPE_LOCAL, 1);

@@ -15,9 +15,10 @@ expect_err <<EOF
 tolvik: ERROR: no file extension for 'er'
 tolvik: ERROR: no file extension for 'noext'
 EOF
-run -v1 -tPS2x noext -sone,x
+run -v1 -tPS2x -telfy noext -sone,x
 expect_err <<EOF
 tolvik: ERROR: no file extension for 'x'
+tolvik: ERROR: no file extension for 'y'
 tolvik: ERROR: no file extension for 'noext'
 EOF
 
