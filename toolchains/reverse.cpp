@@ -16,7 +16,8 @@
        'E'                                                       the end
 
    examples/psx-object.cpp writes such objects. */
-#include <stdio.h>
+#include "shared/objectkind.h"
+
 #include <string.h>
 #include <string>
 
@@ -35,10 +36,7 @@ bool read_number(FILE *file, int bytes, unsigned *number) {
 }
 
 bool skip_heading(FILE *file) {
-    char magic[8];
-    if (fread(magic, sizeof magic, 1, file) != 1 || memcmp(magic, "PSXOBJ1", sizeof magic) != 0) {
-        return false;
-    }
+    fseek(file, 8, SEEK_SET); // after the magic text
     int byte = getc(file);
     while (byte > 0) {
         byte = getc(file);
@@ -118,19 +116,20 @@ int main(int argc, char **argv) {
         fprintf(stderr, "usage: reverse /nop /macro OBJECT\n");
         return 2;
     }
-    FILE *file = fopen(argv[3], "rb");
+    DUMP dump = {"reverse", stdout, stderr, 0};
+    BYTES bytes;
+    if (!map_object(&dump, argv[3], KIND_PSX, &bytes)) {
+        return 1;
+    }
+    FILE *file = fmemopen(const_cast<unsigned char *>(bytes.data), bytes.size, "rb");
     if (!file) {
         perror("reverse");
         return 1;
     }
-    int status = 0;
-    if (!skip_heading(file)) {
-        fprintf(stderr, "reverse: %s is no PlayStation object\n", argv[3]);
-        status = 1;
-    } else if (!list_records(file)) {
-        fprintf(stderr, "reverse: %s is damaged\n", argv[3]);
-        status = 1;
+    if (!skip_heading(file) || !list_records(file)) {
+        complain(&dump, argv[3], nullptr, "is damaged");
     }
     fclose(file);
-    return fflush(stdout) || ferror(stdout) ? 1 : status;
+    unmap_file(&bytes);
+    return fflush(stdout) || ferror(stdout) ? 1 : dump.status;
 }

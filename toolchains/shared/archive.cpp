@@ -1,15 +1,8 @@
 #include "archive.h"
 
 #include <algorithm>
-#include <errno.h>
-#include <fcntl.h>
-#include <set>
-#include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
-#include <string>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace {
 
@@ -23,173 +16,149 @@ struct HEADER {
 };
 static_assert(sizeof(HEADER) == 60);
 
-struct ARCHIVE {
-    const char *self;
-    const char *path;
-    const char *directory;
-    FILE *file;
-    off_t length;
-    std::string longNames;
-    std::set<std::string> written;
-    size_t position; // of the member being read, from 1 on
-    int status;
-};
-
-void complain(ARCHIVE *archive, const char *what, const char *why) {
-    fprintf(stderr, "%s: %s: %s: %s\n", archive->self, archive->path, what, why);
-    archive->status = 1;
+bool is_digit(char character) {
+    return character >= '0' && character <= '9';
 }
 
-std::string trimmed(const char *text, size_t length) {
-    while (length && text[length - 1] == ' ') {
-        length--;
+// Of at most 15 digits, so that it does not overflow.
+size_t number_at(const char *text, size_t length, size_t *end) {
+    size_t number = 0;
+    size_t digits = 0;
+    while (digits < std::min<size_t>(length, 15) && is_digit(text[digits])) {
+        number = number * 10 + static_cast<size_t>(text[digits++] - '0');
     }
-    return std::string(text, length);
+    *end = digits;
+    return number;
 }
 
-// Reads length bytes from where the file stands.
-bool read_text(ARCHIVE *archive, off_t length, std::string *text) {
-    text->resize(static_cast<size_t>(length));
-    return fread(text->data(), 1, text->size(), archive->file) == text->size();
+std::string text_of(BYTES bytes) {
+    return std::string(reinterpret_cast<const char *>(bytes.data), bytes.size);
 }
 
-std::string long_name(const ARCHIVE *archive, const char *offset) {
-    size_t begin = strtoul(offset, nullptr, 10);
-    if (begin >= archive->longNames.size()) {
-        return "";
+// "/OFFSET", or in a thin library "/OFFSET:ORIGIN" for the member of a library.
+void read_long_name(const ARCHIVE *archive, const std::string &field, MEMBER *member) {
+    size_t end = 0;
+    size_t begin = number_at(field.c_str() + 1, field.size() - 1, &end);
+    const char *rest = field.c_str() + 1 + end;
+    member->nested = archive->thin && *rest == ':';
+    member->origin = member->nested ? number_at(rest + 1, strlen(rest + 1), &end) : 0;
+    BYTES table = part_of(archive->longNames, begin, archive->longNames.size);
+    size_t length = 0;
+    while (length < table.size && table.data[length] != '\n' && table.data[length]) {
+        length++;
     }
-    size_t end = archive->longNames.find_first_of(std::string("\n\0", 2), begin);
-    return archive->longNames.substr(begin, std::min(end, archive->longNames.size()) - begin);
+    member->name = text_of(part_of(table, 0, length));
 }
 
-std::string without_directories(std::string name) {
-    if (!name.empty() && name.back() == '/') { // how archives end a name
-        name.pop_back();
+// "#1/LENGTH": the name is the first part of the data.
+bool read_name_in_front(const std::string &field, MEMBER *member) {
+    size_t end = 0;
+    size_t length = number_at(field.c_str() + 3, field.size() - 3, &end);
+    if (length > member->data.size) {
+        return false;
     }
-    size_t separator = name.find_last_of("/\\");
-    return separator == std::string::npos ? name : name.substr(separator + 1);
+    member->name = text_of(part_of(member->data, 0, length));
+    member->name.erase(std::min(member->name.find('\0'), member->name.size()));
+    member->data = part_of(member->data, length, member->data.size);
+    return true;
 }
 
-// The name to write a member under: its own unless another one has it.
-std::string free_name(ARCHIVE *archive, const std::string &name) {
-    std::string free = name;
-    size_t dot = std::min(name.find_last_of('.'), name.size());
-    for (std::string mark = "~"; archive->written.count(free); mark += '~') {
-        free = name.substr(0, dot) + mark + std::to_string(archive->position) + name.substr(dot);
-    }
-    return free;
+// Cuts the blanks at the end and the '/' that ends a name.
+std::string name_field(const HEADER *header) {
+    std::string name(header->name, sizeof header->name);
+    name.erase(name.find_last_not_of(' ') + 1);
+    return name;
 }
 
-bool copy(ARCHIVE *archive, FILE *to, off_t length) {
-    char block[65536];
-    while (length > 0) {
-        size_t part = static_cast<size_t>(std::min<off_t>(length, sizeof block));
-        if (fread(block, 1, part, archive->file) != part || fwrite(block, 1, part, to) != part) {
+// False if the member cannot be read. An empty name stands for a member to skip.
+bool read_member(ARCHIVE *archive, const HEADER *header, MEMBER *member) {
+    std::string field = name_field(header);
+    *member = {"", member->data, false, 0};
+    if (field == "//") {
+        archive->longNames = member->data;
+    } else if (field.size() > 1 && field[0] == '/' && is_digit(field[1])) {
+        read_long_name(archive, field, member);
+    } else if (field.compare(0, 3, "#1/") == 0) {
+        if (!read_name_in_front(field, member)) {
             return false;
         }
-        length -= static_cast<off_t>(part);
+    } else if (!field.empty() && field[0] != '/') {
+        member->name = field;
+    }
+    if (!member->name.empty() && member->name.back() == '/') {
+        member->name.pop_back();
+    }
+    if (member->name.compare(0, 9, "__.SYMDEF") == 0) {
+        member->name.clear();
     }
     return true;
 }
 
-void extract(ARCHIVE *archive, const std::string &member, off_t length) {
-    std::string name = without_directories(member);
-    if (name.empty() || name == "." || name == ".." || name.find('\0') != std::string::npos) {
-        complain(archive, member.c_str(), "no name for a file");
-        return;
-    }
-    name = free_name(archive, name);
-    archive->written.insert(name);
-    std::string path = std::string(archive->directory) + "/" + name;
-    // What stands there is replaced, not written through: it may be a link.
-    unlink(path.c_str());
-    int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    FILE *to = descriptor < 0 ? nullptr : fdopen(descriptor, "w");
-    if (!to) {
-        complain(archive, path.c_str(), strerror(errno));
-        return;
-    }
-    bool whole = copy(archive, to, length);
-    if (fclose(to) || !whole) {
-        complain(archive, path.c_str(), "could not be written");
-        unlink(path.c_str());
-    }
+// Whether a thin library holds the member's bytes itself.
+bool holds_data(const ARCHIVE *archive, const HEADER *header) {
+    return !archive->thin || (header->name[0] == '/' && !is_digit(header->name[1]));
 }
 
-// A member's header has been read, and its data of `length` bytes follow.
-void read_member(ARCHIVE *archive, const HEADER *header, off_t length) {
-    std::string name = trimmed(header->name, sizeof header->name);
-    if (name == "//") {
-        if (!read_text(archive, length, &archive->longNames)) {
-            complain(archive, "names", "could not be read");
-        }
-        return;
+bool read_header(ARCHIVE *archive, HEADER *header, MEMBER *member) {
+    BYTES bytes = part_of(archive->bytes, archive->next, sizeof *header);
+    if (bytes.size < sizeof *header) {
+        return false;
     }
-    if (name[0] == '/' && name[1] >= '0' && name[1] <= '9') {
-        name = long_name(archive, name.c_str() + 1);
-    } else if (name[0] == '/' || name.empty()) {
-        return; // an index of symbols
-    } else if (name.compare(0, 3, "#1/") == 0) {
-        off_t inFront = std::min<off_t>(strtol(name.c_str() + 3, nullptr, 10), length);
-        if (inFront < 0 || !read_text(archive, inFront, &name)) {
-            complain(archive, "member", "has no name");
-            return;
-        }
-        name.erase(std::min(name.find('\0'), name.size()));
-        length -= inFront;
+    memcpy(header, bytes.data, sizeof *header);
+    size_t digits = 0;
+    size_t size = number_at(header->size, sizeof header->size, &digits);
+    if (!digits || memcmp(header->end, "`\n", 2) != 0) {
+        return false;
     }
-    if (name.compare(0, 9, "__.SYMDEF") != 0) {
-        extract(archive, name, length);
-    }
-}
-
-bool read_size(const HEADER *header, off_t *length) {
-    char digits[sizeof header->size + 1] = {};
-    memcpy(digits, header->size, sizeof header->size);
-    *length = strtoll(digits, nullptr, 10);
-    return memcmp(header->end, "`\n", 2) == 0 && *length >= 0;
-}
-
-void read_members(ARCHIVE *archive) {
-    char magic[8];
-    if (fread(magic, sizeof magic, 1, archive->file) != 1 || memcmp(magic, "!<arch>\n", 8) != 0) {
-        complain(archive, "first bytes", "not those of a library");
-        return;
-    }
-    off_t next = sizeof magic;
-    while (next < archive->length && archive->position < SIZE_MAX) {
-        HEADER header;
-        off_t length = 0;
-        if (fseeko(archive->file, next, SEEK_SET) ||
-            fread(&header, sizeof header, 1, archive->file) != 1 || !read_size(&header, &length) ||
-            length > archive->length - next - static_cast<off_t>(sizeof header)) {
-            complain(archive, "library", "damaged, the rest is left out");
-            return;
-        }
-        archive->position++;
-        read_member(archive, &header, length);
-        next += static_cast<off_t>(sizeof header) + length + (length & 1);
-    }
+    archive->next += sizeof *header;
+    size = holds_data(archive, header) ? size : 0;
+    member->data = part_of(archive->bytes, archive->next, size);
+    archive->next += size + (size & 1);
+    return member->data.size == size;
 }
 
 } // namespace
 
-int archive_extract(const char *self, const char *path, const char *directory) {
-    ARCHIVE archive = {};
-    archive.self = self;
-    archive.path = path;
-    archive.directory = directory;
-    archive.file = fopen(path, "rb");
-    struct stat properties;
-    if (!archive.file || fstat(fileno(archive.file), &properties)) {
-        fprintf(stderr, "%s: %s: %s\n", self, path, strerror(errno));
-        if (archive.file) {
-            fclose(archive.file);
+bool archive_start(ARCHIVE *archive, BYTES bytes) {
+    *archive = {};
+    archive->bytes = bytes;
+    archive->next = 8;
+    archive->thin = bytes_match(bytes, 0, "!<thin>\n", 8);
+    return archive->thin || bytes_match(bytes, 0, "!<arch>\n", 8);
+}
+
+ARCHIVEEND archive_next(ARCHIVE *archive, MEMBER *member) {
+    while (archive->next < archive->bytes.size) {
+        HEADER header;
+        if (!read_header(archive, &header, member) || !read_member(archive, &header, member)) {
+            archive->next = archive->bytes.size;
+            return ARCHIVE_DAMAGED;
         }
-        return 1;
+        archive->position++;
+        if (!member->name.empty()) {
+            return ARCHIVE_MEMBER;
+        }
     }
-    archive.length = properties.st_size;
-    read_members(&archive);
-    fclose(archive.file);
-    return archive.status;
+    return ARCHIVE_END;
+}
+
+const char *map_member(const char *path, MEMBER *member, BYTES *mapped) {
+    std::string file = member->name;
+    if (file[0] != '/') {
+        const char *separator = strrchr(path, '/');
+        file.insert(0, path, separator ? static_cast<size_t>(separator - path) + 1 : 0);
+    }
+    const char *failure = map_file(file.c_str(), mapped);
+    member->data = *mapped;
+    if (failure || !member->nested) {
+        return failure;
+    }
+    ARCHIVE outer;
+    size_t origin = member->origin;
+    // The first call reads the table of names, which comes before all members.
+    bool found = archive_start(&outer, *mapped) && !outer.thin &&
+                 archive_next(&outer, member) == ARCHIVE_MEMBER;
+    outer.next = origin;
+    found = found && archive_next(&outer, member) == ARCHIVE_MEMBER;
+    return found ? nullptr : "is no library that holds the member";
 }

@@ -8,10 +8,8 @@ for example in '\.hidden heap_check' '\.protected panic_unless' ' w  .* platform
 done
 run -tgc -under -nologo -sall -links libengine.a
 expect_status 0
-links_in libengine.a >"$STATE/links"
-linked libengine.a ld -m elf_i386 >"$STATE/linked"
+compare libengine.a ld -m elf_i386
 # Members without functions, and what their data refer to.
-differ_by >missing
 expect_file missing <<'END'
 behave.o collide.o damage.o entity.o events.o fixed.o level.o moods.o pool.o random.o route.o sinetable.o trig.o trigger.o vector.o: brain_scare brain_think
 behave.o defaults.o glyphs.o keymap.o levels.o moods.o notes.o palette.o route.o shapes.o sinetable.o: menu_step menu_title session_frame session_start
