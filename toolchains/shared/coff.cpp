@@ -25,6 +25,7 @@ constexpr size_t HEADERSIZE = 20;
 constexpr size_t BIGHEADERSIZE = 56;
 constexpr size_t SECTIONSIZE = 40;
 constexpr size_t SYMBOLSIZE = 18;
+constexpr size_t LONGESTNAME = 205; // readers take 255 characters of a line, columns included
 
 struct OBJECT {
     const unsigned char *bytes;
@@ -237,7 +238,7 @@ void print_columns(FILE *out, const SYMBOL *symbol) {
 
 void print_symbol(FILE *out, const SYMBOL *symbol) {
     print_columns(out, symbol);
-    print_line(out, symbol->name);
+    print_line(out, symbol->name.substr(0, LONGESTNAME));
 }
 
 void print_symbols(OBJECT *object, FILE *out) {

@@ -19,8 +19,8 @@
                  20 .data
                   4 .bss
 
-   Section number, storage class and name begin at columns 13, 33 and 49; a section number that does
-   not fit its column is cut. An import record of a library is listed as the symbols that it
+   Section number, storage class and name begin at columns 13, 33 and 49; section numbers and names
+   that do not fit are cut. An import record of a library is listed as the symbols that it
    defines. The object may hold any bytes. Returns null, or a static text that says what is wrong
    with the object; the listing then ends before the fault. */
 const char *coff_list(BYTES object, FILE *out);
