@@ -5,16 +5,13 @@
 
 namespace {
 
-// Entries that were given back, and the rest of the block that new ones are taken from.
-ARENA arena = {};
-_tagfilelist *spare = nullptr;
-_tagfilelist *fresh = nullptr;
-int64_t freshCount = 0;
-int64_t spareCount = 0;
-
-int64_t lastStamp = 0;  // marks are never used twice
-int64_t stampInUse = 0; // mark of the list whose files carry their marks now
+ARENA arena = {};              // of all entries
+_tagfilelist *spare = nullptr; // entries of flfree
 bool failed = false;
+
+// Stamps are never used twice. The first is a value that a caller's record is unlikely to hold.
+int64_t lastStamp = 0x3A7C15E59B1D42;
+int64_t stampInUse = lastStamp; // of the list whose files have it
 
 // A file that is being followed: the references still to be looked at, and the one whose
 // symbol is being fetched meanwhile.
@@ -64,93 +61,84 @@ bool push(const _tagsymlist *refers, int level) {
     return true;
 }
 
-bool newentries(int64_t count) {
-    auto *block = static_cast<_tagfilelist *>(
-        arenaalloc(&arena, static_cast<size_t>(count) * sizeof(_tagfilelist)));
-    if (block == nullptr)
-        return false;
-    fresh = block;
-    freshCount = count;
-    return true;
-}
-
 _tagfilelist *newentry() {
-    if (spare != nullptr) {
-        _tagfilelist *entry = spare;
+    _tagfilelist *entry = spare;
+    if (entry != nullptr)
         spare = entry->next;
-        --spareCount;
-        return entry;
-    }
-    constexpr int64_t blockEntries = 512;
-    if (freshCount == 0 && !newentries(blockEntries)) {
-        failed = true;
-        return nullptr;
-    }
-    --freshCount;
-    return fresh++;
+    else
+        entry = static_cast<_tagfilelist *>(arenaalloc(&arena, sizeof *entry));
+    failed = failed || entry == nullptr;
+    return entry;
 }
 
-// Makes every file of the list carry the list's mark, and finds its last entry. A list that
-// was worked on last has both already; this is for one that was built by hand or put aside
-// while another grew.
+// Gives every file of the list the list's stamp, and finds its last entry. The list of the last
+// call has both already; lists that a caller made or put aside have not.
 void marklist(_tagfilelist *list) {
-    if (list->stamp != 0 && list->stamp == stampInUse && list->last->next == nullptr)
+    if (list->stamp == stampInUse && list->last->next == nullptr)
         return;
     stampInUse = ++lastStamp;
     list->stamp = stampInUse;
     for (_tagfilelist *entry = list; entry != nullptr; entry = entry->next) {
-        entry->file->stamp = stampInUse;
+        if (entry->file != nullptr)
+            entry->file->stamp = stampInUse;
         list->last = entry;
     }
 }
 
-// Lists the symbol's file when it has one that is not listed yet. True when its references
-// are to be followed.
-bool append(_tagfilelist **list, _tagsymbol *symbol, int limit, int level) {
-    _tagfile *file = symbol->file;
-    if (file == nullptr || (*list != nullptr && file->stamp == (*list)->stamp))
-        return false;
+// Whether there is a file and it does not have the stamp.
+bool isneeded(const _tagfile *file, int64_t stamp) {
+    return file != nullptr && file->stamp != stamp;
+}
+
+bool append(_tagfilelist **list, _tagsymbol *symbol, int level) {
     _tagfilelist *entry = newentry();
     if (entry == nullptr)
         return false;
-    *entry = {file, level, symbol, nullptr, nullptr, 0};
+    *entry = {symbol->file, level, symbol, nullptr, nullptr, 0};
     if (*list == nullptr) {
         *list = entry;
-        stampInUse = ++lastStamp;
         entry->stamp = stampInUse;
     } else {
         (*list)->last->next = entry;
     }
     (*list)->last = entry;
-    file->stamp = (*list)->stamp;
-    return level < limit;
+    symbol->file->stamp = stampInUse;
+    return true;
+}
+
+// Takes the frame's next reference to a file that is not listed yet; null when there is none.
+const _tagsymlist *takeneeded(FRAME *frame) {
+    const _tagsymlist *node = frame->refers;
+    for (; node != nullptr; node = node->next) {
+        lookahead(frame, 1);
+        if (isneeded(node->symbol->file, stampInUse))
+            break;
+    }
+    frame->refers = node != nullptr ? node->next : nullptr;
+    return node;
 }
 
 } // namespace
 
-bool closurereserve(int64_t files) {
-    if (stack.room < files && !growstack(files))
-        return false;
-    return spareCount + freshCount >= files || newentries(files);
-}
-
 _tagfilelist *symneedfiles(_tagsymbol *symbol, _tagfilelist *list, int limit, int level) {
-    if (list != nullptr)
+    if (list != nullptr) {
         marklist(list);
+    } else {
+        stampInUse = ++lastStamp;
+        failed = false;
+    }
     stack.count = 0;
-    if (append(&list, symbol, limit, level))
-        push(symbol->file->refers, level);
+    if (!isneeded(symbol->file, stampInUse) || !append(&list, symbol, level) ||
+        (level < limit && !push(symbol->file->refers, level)))
+        return list;
     while (stack.count > 0) {
         FRAME *top = &stack.frames[stack.count - 1];
-        const _tagsymlist *node = top->refers;
-        if (node == nullptr) {
-            --stack.count;
-            continue;
-        }
         const int below = top->level + 1;
-        top->refers = node->next;
-        lookahead(top, 1);
-        if (append(&list, node->symbol, limit, below) && !push(node->symbol->file->refers, below))
+        const _tagsymlist *node = takeneeded(top);
+        if (node == nullptr)
+            --stack.count;
+        else if (!append(&list, node->symbol, below) ||
+                 (below < limit && !push(node->symbol->file->refers, below)))
             break;
     }
     return list;
@@ -160,31 +148,29 @@ void flfree(_tagfilelist *list) {
     if (list == nullptr)
         return;
     _tagfilelist *last = list;
-    for (; last->next != nullptr; last = last->next)
-        ++spareCount;
-    ++spareCount;
+    while (last->next != nullptr)
+        last = last->next;
     last->next = spare;
     spare = list;
 }
 
-void closurefree() {
-    while (spare != nullptr) {
-        _tagfilelist *entry = spare;
-        spare = entry->next;
-        if (!arenaowns(&arena, entry))
-            gfree(entry); // it was made by flnew
-    }
-    fresh = nullptr;
-    freshCount = spareCount = 0;
-    arenafree(&arena);
-    if (stack.frames != nullptr)
-        gfree(stack.frames);
-    stack = {nullptr, 0, 0};
-    failed = false;
-}
-
 bool closurefailed() {
     return failed;
+}
+
+bool closurereserve(const TVKINFO *info) {
+    int64_t files = 0;
+    _tagfilelist *list = nullptr;
+    for (const _tagfile *file = info->files; file != nullptr; file = file->next) {
+        _tagfilelist *entry = newentry();
+        if (entry == nullptr)
+            return false;
+        entry->next = list;
+        list = entry;
+        ++files;
+    }
+    flfree(list);
+    return stack.room >= files || growstack(files);
 }
 
 int32_t saturated(int64_t sum) {

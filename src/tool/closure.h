@@ -12,17 +12,14 @@
 // but not followed. When memory runs out the list is incomplete and closurefailed() true.
 _tagfilelist *symneedfiles(_tagsymbol *symbol, _tagfilelist *list, int limit, int level);
 
-// Makes sure that a closure of `files` files needs no more memory; false when there is none.
-bool closurereserve(int64_t files);
-
-// Whether memory ran out in a closure since the process began, or since closurefree.
-bool closurefailed();
-
-// Gives a whole closure of symneedfiles back for later ones; null is ignored.
+// Releases a whole closure for later ones; null is ignored.
 void flfree(_tagfilelist *list);
 
-// Releases what closures keep for later ones. Every list of symneedfiles becomes invalid.
-void closurefree();
+// Whether memory ran out in the closure that was begun last.
+bool closurefailed();
+
+// Obtains the memory of a closure of all files of the store's list; false when there is none.
+bool closurereserve(const TVKINFO *info);
 
 // Sums saturate at the ends of 32 bits.
 int32_t saturated(int64_t sum);

@@ -1,14 +1,10 @@
 // The file report.
 #include "brax/text.h"
-#include "mem/arena.h"
-#include "mem/galloc.h"
 #include "tool/closure.h"
 #include "tool/graph.h"
 #include "tool/options.h"
 #include "tool/output.h"
 #include "tool/report.h"
-
-#include <algorithm>
 
 namespace {
 
@@ -19,16 +15,6 @@ constexpr int reservedSpaces = 32; // behind the FILE line, for the total of the
 constexpr const char *monthnames[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                       "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
 
-// What is written of a file wherever it is linked in, behind the spaces and up to the symbol:
-// once for a list of a file of the same library, and behind that for all others.
-struct ENTRYTEXT {
-    const char *text;
-    int32_t ownLength;
-    int32_t foreignLength;
-    int32_t library; // files of the same library have the same number; 0 without one
-    int32_t size;    // of the file
-};
-
 // One file report.
 struct FILEREPORT {
     OUTPUT out;
@@ -36,13 +22,9 @@ struct FILEREPORT {
     int refer;
     int links;
     int limit;
-    bool totalInline; // the total of the links stands in the FILE line
-    // With links only:
-    GRAPH graph;
-    WALK walk;               // the closure of the file at hand
-    ENTRYTEXT *entries;      // by file number
-    char *texts;             // of all entries
-    int32_t *librariesShown; // by library: the last file whose line of libraries has it, plus 1
+    bool totalInline;   // the total of the links stands in the FILE line
+    GRAPH graph = {};   // with links
+    LINKWALK walk = {}; // the closure of the file at hand
 };
 
 void printheading(OUTPUT *out, const char *title) {
@@ -114,19 +96,20 @@ void printrefers(OUTPUT *out, const _tagfile *file) {
                  symfile(node->symbol), ")\n");
 }
 
-// Puts what the file and everything it refers to bring into a link into the walk, the file
-// itself first, and returns the sum of the sizes.
+// Finds the closure of the file's first definition and of everything that it refers to, and
+// returns the sum of the sizes.
 int64_t findlinks(FILEREPORT *report, const _tagfile *file) {
-    WALK *walk = &report->walk;
+    LINKWALK *walk = &report->walk;
     const GRAPH &graph = report->graph;
     restartwalk(walk);
-    if (file->defines != nullptr && file->defines->symbol->file != nullptr)
-        walkfrom(walk, file->defines->symbol->file->number, file->defines->symbol, 0, 0);
+    const _tagsymbol *first = file->defines != nullptr ? file->defines->symbol : nullptr;
+    if (first != nullptr && first->file != nullptr)
+        walkfrom(walk, first->file->number, first, 0, 0);
     for (int32_t i = graph.first[file->number]; i < graph.first[file->number + 1]; ++i)
         walkfrom(walk, graph.target[i], graph.symbol[i], report->limit, 1);
     int64_t total = 0;
     for (int32_t i = 0; i < walk->count; ++i)
-        total += report->entries[walk->reached[i].file].size;
+        total += graph.files[walk->reached[i].file]->size;
     return total;
 }
 
@@ -144,55 +127,64 @@ void printfileline(FILEREPORT *report, const _tagfile *file, int64_t total) {
     puttexts(out, "\n");
 }
 
-// Puts a library's mark at the end of the line unless the line holds it already; false when
-// it does not fit.
+// Appends a library's mark to the line unless the line holds it already; false when it does not
+// fit.
 bool addlibrary(char *line, size_t *length, const char *library) {
     char mark[BRAXFIELDSIZE];
-    const int size = snprintf(mark, sizeof mark, "%s%.1900s%s,", redMark, library, markEnd);
-    if (strstr(line, mark) != nullptr)
+    const auto size =
+        static_cast<size_t>(snprintf(mark, sizeof mark, "%s%s%s,", redMark, library, markEnd));
+    if (size < sizeof mark && strstr(line, mark) != nullptr)
         return true;
-    if (*length + static_cast<size_t>(size) >= BRAXFIELDSIZE)
+    if (*length + size >= BRAXFIELDSIZE)
         return false;
-    memcpy(line + *length, mark, static_cast<size_t>(size) + 1);
-    *length += static_cast<size_t>(size);
+    memcpy(line + *length, mark, size + 1);
+    *length += size;
     return true;
 }
 
 // The libraries of all linked files, the file's own in black, the others in dark red, also
-// in the text form.
+// in the text form. The line is cut after a whole entry.
 void printlibraries(FILEREPORT *report, const _tagfile *file) {
     char line[BRAXFIELDSIZE] = "";
     size_t length = 0;
-    addlibrary(line, &length, file->library);
-    for (int32_t i = 0; i < report->walk.count; ++i) {
-        const int32_t number = report->walk.reached[i].file;
-        const int32_t library = report->entries[number].library;
-        if (library == 0 || report->librariesShown[library] == file->number + 1)
+    const char *known[SYMBUCKETS] = {}; // libraries that the line holds, by hash
+    bool fits = addlibrary(line, &length, file->library);
+    for (int32_t i = 0; fits && i < report->walk.count; ++i) {
+        const char *library = report->graph.files[report->walk.reached[i].file]->library;
+        const char **same = &known[symhash(library)];
+        if (library[0] == 0 || (*same != nullptr && strcmp(*same, library) == 0))
             continue;
-        report->librariesShown[library] = file->number + 1;
-        if (!addlibrary(line, &length, report->graph.files[number]->library))
-            break;
+        *same = library;
+        fits = addlibrary(line, &length, library);
     }
-    line[length - 1] = 0;
-    memcpy(strstr(line, "#990000"), "#000000", 7);
+    if (length > 0) {
+        line[length - 1] = 0;
+        memcpy(strstr(line, "#990000"), "#000000", 7);
+    }
     puttexts(&report->out, "    Libraries: ", line, "\n\n");
+}
+
+void printentry(OUTPUT *out, const _tagfile *file, const REACHED &reached, const char *ownLibrary) {
+    putspaces(out, 4 * (int64_t{reached.level} + 1));
+    puttexts(out, file->name, " (");
+    if (file->library[0] != 0 && strcmp(file->library, ownLibrary) == 0)
+        puttexts(out, file->library, ", ");
+    else if (file->library[0] != 0)
+        puttexts(out, redMark, file->library, markEnd, ", ");
+    putnumber(out, file->size);
+    puttexts(out, ") [", symname(reached.symbol), "]\n");
 }
 
 void printlinks(FILEREPORT *report, const _tagfile *file, int64_t total) {
     OUTPUT *out = &report->out;
-    const int32_t ownLibrary = report->entries[file->number].library;
     printheading(out, "LINKS IN");
     printlibraries(report, file);
+    constexpr int32_t ahead = 8; // symbols are fetched beforehand, for they lie all over the store
     for (int32_t i = 0; i < report->walk.count; ++i) {
         const REACHED &reached = report->walk.reached[i];
-        const ENTRYTEXT &entry = report->entries[reached.file];
-        putspaces(out, 4 * (int64_t{reached.level} + 1));
-        if (entry.library == ownLibrary)
-            puttext(out, entry.text, static_cast<size_t>(entry.ownLength));
-        else
-            puttext(out, entry.text + entry.ownLength, static_cast<size_t>(entry.foreignLength));
-        puttext(out, symname(reached.symbol), static_cast<size_t>(reached.symbol->length));
-        puttext(out, "]\n", 2);
+        if (i + ahead < report->walk.count)
+            __builtin_prefetch(report->walk.reached[i + ahead].symbol);
+        printentry(out, report->graph.files[reached.file], reached, file->library);
     }
     if (!report->totalInline && total > 0) {
         puttexts(out, "\n    Links ");
@@ -216,93 +208,6 @@ void printfile(FILEREPORT *report, const _tagfile *file) {
     puttexts(&report->out, "\n");
 }
 
-// Numbers the libraries. Files of one library mostly follow one another, so few are sorted.
-bool numberlibraries(FILEREPORT *report) {
-    const int32_t count = report->graph.count;
-    _tagfile **files = report->graph.files;
-    auto *firsts = galloclarge<int32_t>(count);
-    report->librariesShown = galloclarge<int32_t>(int64_t{count} + 1);
-    if (firsts == nullptr || report->librariesShown == nullptr) {
-        if (firsts != nullptr)
-            gfree(firsts);
-        return false;
-    }
-    std::fill_n(report->librariesShown, count + 1, 0);
-    int32_t runs = 0;
-    for (int32_t i = 0; i < count; ++i) {
-        if (i == 0 || strcmp(files[i]->library, files[i - 1]->library) != 0)
-            firsts[runs++] = i;
-    }
-    std::sort(firsts, firsts + runs, [files](int32_t a, int32_t b) {
-        return strcmp(files[a]->library, files[b]->library) < 0;
-    });
-    int32_t number = 0;
-    for (int32_t i = 0; i < runs; ++i) {
-        const char *library = files[firsts[i]]->library;
-        if (library[0] != 0 && (i == 0 || strcmp(library, files[firsts[i - 1]]->library) != 0))
-            ++number;
-        int32_t file = firsts[i];
-        do
-            report->entries[file++].library = library[0] != 0 ? number : 0;
-        while (file < count && strcmp(files[file]->library, library) == 0);
-    }
-    gfree(firsts);
-    return true;
-}
-
-// Writes one form of an entry's text, and returns its length; nothing for a null buffer.
-int entryform(char *buffer, size_t size, const _tagfile *file, bool foreign) {
-    if (file->library[0] == 0)
-        return snprintf(buffer, size, "%s (%d) [", file->name, file->size);
-    return snprintf(buffer, size, "%s (%s%s%s, %d) [", file->name, foreign ? redMark : "",
-                    file->library, foreign ? markEnd : "", file->size);
-}
-
-bool maketexts(FILEREPORT *report) {
-    const GRAPH &graph = report->graph;
-    int64_t room = 1;
-    for (int32_t i = 0; i < graph.count; ++i) {
-        ENTRYTEXT &entry = report->entries[i];
-        entry.ownLength = entryform(nullptr, 0, graph.files[i], false);
-        entry.foreignLength = entryform(nullptr, 0, graph.files[i], true);
-        entry.size = graph.files[i]->size;
-        room += entry.ownLength + entry.foreignLength;
-    }
-    report->texts = galloclarge<char>(room);
-    if (report->texts == nullptr)
-        return false;
-    char *next = report->texts;
-    for (int32_t i = 0; i < graph.count; ++i) {
-        ENTRYTEXT &entry = report->entries[i];
-        const auto left = static_cast<size_t>(report->texts + room - next);
-        entry.text = next;
-        next += entryform(next, left, graph.files[i], false);
-        next += entryform(next, left - static_cast<size_t>(entry.ownLength), graph.files[i], true);
-    }
-    return true;
-}
-
-// Obtains all memory that the report will need, so that a report is whole or not begun.
-bool prepare(FILEREPORT *report, const TVKINFO *info) {
-    if (report->links == 0)
-        return true;
-    if (!makegraph(&report->graph, info, true) || !makewalk(&report->walk, &report->graph))
-        return false;
-    report->entries = galloclarge<ENTRYTEXT>(report->graph.count);
-    return report->entries != nullptr && numberlibraries(report) && maketexts(report);
-}
-
-void endreport(FILEREPORT *report) {
-    flushoutput(&report->out);
-    void *const blocks[] = {report->entries, report->texts, report->librariesShown};
-    for (void *block : blocks) {
-        if (block != nullptr)
-            gfree(block);
-    }
-    freewalk(&report->walk);
-    freegraph(&report->graph);
-}
-
 // Whether the file has the given name, which writers of symbol files may have cut.
 bool isnamed(const _tagfile *file, const char *name) {
     return stricmp(file->name, name) == 0 ||
@@ -322,18 +227,16 @@ bool isselected(const _tagfile *file, char **files, int nfiles) {
 int tvkfilereport(FILE *out, TVKINFO *info, char **files, int nfiles, int define, int refer,
                   int links, int limit) {
     const bool positionable = out != stdout && ftell(out) >= 0;
-    FILEREPORT report = {};
-    report.out = beginoutput(out);
-    report.define = define;
-    report.refer = refer;
-    report.links = links;
-    report.limit = limit;
-    report.totalInline = positionable;
-    const bool whole = prepare(&report, info);
+    FILEREPORT report = {beginoutput(out), define, refer, links, limit, positionable};
+    // All memory is obtained here, so that a report is whole or not begun.
+    const bool whole = links == 0 || (makegraph(&report.graph, info, true) &&
+                                      makewalk(&report.walk, &report.graph));
     for (const _tagfile *file = info->files; whole && file != nullptr; file = file->next) {
         if (isselected(file, files, nfiles))
             printfile(&report, file);
     }
-    endreport(&report);
+    flushoutput(&report.out);
+    freewalk(&report.walk);
+    freegraph(&report.graph);
     return whole ? 1 : 0;
 }

@@ -3,6 +3,7 @@
 #include "mem/arena.h"
 #include "mem/galloc.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace {
@@ -15,19 +16,54 @@ template <typename T> void freearray(T **array) {
     *array = nullptr;
 }
 
-int64_t countnodes(const TVKINFO *info, int64_t *files) {
+bool addfile(GRAPH *graph, int32_t *room, _tagfile *file) {
+    if (graph->count == *room) {
+        *room = *room == 0 ? 256 : *room * 2;
+        auto *larger = galloclarge<_tagfile *>(*room);
+        if (larger == nullptr)
+            return false;
+        std::copy_n(graph->files, graph->count, larger);
+        freearray(&graph->files);
+        graph->files = larger;
+    }
+    file->number = graph->count;
+    graph->files[graph->count++] = file;
+    return true;
+}
+
+// Whether the symbol's file is missing in the graph.
+bool isforeign(const GRAPH *graph, const _tagsymlist *node) {
+    const _tagfile *file = node->symbol->file;
+    return file != nullptr && filenumber(graph, file) < 0;
+}
+
+// Adds the files that are in no list, in the order in which they are found.
+bool addforeign(GRAPH *graph, int32_t *room) {
+    for (int32_t i = 0; i < graph->count; ++i) {
+        const _tagsymlist *node = graph->files[i]->defines;
+        if (node != nullptr && isforeign(graph, node) && !addfile(graph, room, node->symbol->file))
+            return false;
+        for (node = graph->files[i]->refers; node != nullptr; node = node->next) {
+            if (isforeign(graph, node) && !addfile(graph, room, node->symbol->file))
+                return false;
+        }
+    }
+    return true;
+}
+
+int64_t countnodes(const GRAPH *graph) {
     int64_t nodes = 0;
-    for (const _tagfile *file = info->files; file != nullptr; file = file->next) {
-        ++*files;
-        for (const _tagsymlist *node = file->refers; node != nullptr; node = node->next)
+    for (int32_t i = 0; i < graph->count; ++i) {
+        const _tagsymlist *node = graph->files[i]->refers;
+        for (; node != nullptr; node = node->next)
             ++nodes;
     }
     return nodes;
 }
 
-// Puts the file's references behind those of the files before it. `seen` holds for each file
-// the last one that refers to it, plus 1.
-void addrefers(GRAPH *graph, const _tagfile *file, int32_t *seen) {
+// Appends the file's references to those of the files before it. `seen` holds for each file
+// the last one that refers to it, plus 1. False when some file is foreign.
+bool addrefers(GRAPH *graph, const _tagfile *file, int32_t *seen) {
     int32_t used = graph->first[file->number];
     const _tagsymlist *ahead = file->refers;
     for (int i = 0; i < prefetchDistance && ahead != nullptr; ++i, ahead = ahead->next)
@@ -38,44 +74,75 @@ void addrefers(GRAPH *graph, const _tagfile *file, int32_t *seen) {
             ahead = ahead->next;
         }
         const _tagfile *target = node->symbol->file;
-        if (target == nullptr || seen[target->number] == file->number + 1)
+        if (target == nullptr)
             continue;
-        seen[target->number] = file->number + 1;
-        graph->target[used] = target->number;
+        const int32_t number = filenumber(graph, target);
+        if (number < 0)
+            return false;
+        if (seen[number] == file->number + 1)
+            continue;
+        seen[number] = file->number + 1;
+        graph->target[used] = number;
         if (graph->symbol != nullptr)
             graph->symbol[used] = node->symbol;
         ++used;
     }
     graph->first[file->number + 1] = used;
+    return file->defines == nullptr || !isforeign(graph, file->defines);
+}
+
+enum RESULT { GRAPHMADE, GRAPHFOREIGN, GRAPHMEMORY };
+
+RESULT addallrefers(GRAPH *graph, bool symbols) {
+    const int64_t nodes = countnodes(graph);
+    graph->first = galloclarge<int32_t>(int64_t{graph->count} + 1);
+    graph->target = galloclarge<int32_t>(nodes);
+    graph->symbol = symbols ? galloclarge<_tagsymbol *>(nodes) : nullptr;
+    auto *seen = galloclarge<int32_t>(graph->count);
+    RESULT result = GRAPHMEMORY;
+    if (seen != nullptr && graph->first != nullptr && graph->target != nullptr &&
+        (!symbols || graph->symbol != nullptr)) {
+        result = GRAPHMADE;
+        std::fill_n(seen, graph->count, 0);
+        graph->first[0] = 0;
+        for (int32_t i = 0; i < graph->count && result == GRAPHMADE; ++i)
+            result = addrefers(graph, graph->files[i], seen) ? GRAPHMADE : GRAPHFOREIGN;
+    }
+    freearray(&seen);
+    return result;
+}
+
+RESULT trygraph(GRAPH *graph, const TVKINFO *info, bool symbols, bool foreign) {
+    int32_t room = 0;
+    *graph = {};
+    RESULT result = GRAPHMADE;
+    for (_tagfile *file = info->files; file != nullptr && result == GRAPHMADE; file = file->next)
+        result = addfile(graph, &room, file) ? GRAPHMADE : GRAPHMEMORY;
+    if (result == GRAPHMADE && foreign && !addforeign(graph, &room))
+        result = GRAPHMEMORY;
+    if (result == GRAPHMADE)
+        result = addallrefers(graph, symbols);
+    if (result != GRAPHMADE)
+        freegraph(graph);
+    return result;
 }
 
 } // namespace
 
 bool makegraph(GRAPH *graph, const TVKINFO *info, bool symbols) {
-    int64_t files = 0;
-    const int64_t nodes = countnodes(info, &files);
-    *graph = {};
-    auto *seen = galloclarge<int32_t>(files);
-    graph->files = galloclarge<_tagfile *>(files);
-    graph->first = galloclarge<int32_t>(files + 1);
-    graph->target = galloclarge<int32_t>(nodes);
-    graph->symbol = symbols ? galloclarge<_tagsymbol *>(nodes) : nullptr;
-    const bool whole = seen != nullptr && graph->files != nullptr && graph->first != nullptr &&
-                       graph->target != nullptr && (!symbols || graph->symbol != nullptr);
-    if (whole) {
-        for (_tagfile *file = info->files; file != nullptr; file = file->next) {
-            file->number = graph->count;
-            graph->files[graph->count++] = file;
-        }
-        memset(seen, 0, static_cast<size_t>(files) * sizeof *seen);
-        graph->first[0] = 0;
-        for (int32_t i = 0; i < graph->count; ++i)
-            addrefers(graph, graph->files[i], seen);
-    } else {
-        freegraph(graph);
-    }
-    freearray(&seen);
-    return whole;
+    // Foreign files exist only in stores that a caller made; to look for them takes time.
+    RESULT result = trygraph(graph, info, symbols, false);
+    if (result == GRAPHFOREIGN)
+        result = trygraph(graph, info, symbols, true);
+    return result == GRAPHMADE;
+}
+
+int32_t filenumber(const GRAPH *graph, const _tagfile *file) {
+    if (file == nullptr ||
+        static_cast<uint32_t>(file->number) >= static_cast<uint32_t>(graph->count) ||
+        graph->files[file->number] != file)
+        return -1;
+    return file->number;
 }
 
 void freegraph(GRAPH *graph) {
@@ -86,9 +153,9 @@ void freegraph(GRAPH *graph) {
     *graph = {};
 }
 
-bool makewalk(WALK *walk, const GRAPH *graph) {
+bool makewalk(LINKWALK *walk, const GRAPH *graph) {
     *walk = {graph, galloclarge<REACHED>(graph->count), 0,
-             0,     galloclarge<int32_t>(graph->count), galloclarge<WALKFRAME>(graph->count)};
+             0,     galloclarge<int32_t>(graph->count), galloclarge<LINKFRAME>(graph->count)};
     if (walk->reached == nullptr || walk->marks == nullptr || walk->frames == nullptr) {
         freewalk(walk);
         return false;
@@ -97,13 +164,13 @@ bool makewalk(WALK *walk, const GRAPH *graph) {
     return true;
 }
 
-void freewalk(WALK *walk) {
+void freewalk(LINKWALK *walk) {
     freearray(&walk->reached);
     freearray(&walk->marks);
     freearray(&walk->frames);
 }
 
-void restartwalk(WALK *walk) {
+void restartwalk(LINKWALK *walk) {
     walk->count = 0;
     if (walk->mark == INT32_MAX) {
         walk->mark = 0;
@@ -112,7 +179,7 @@ void restartwalk(WALK *walk) {
     ++walk->mark;
 }
 
-void walkfrom(WALK *walk, int32_t file, const _tagsymbol *symbol, int limit, int level) {
+void walkfrom(LINKWALK *walk, int32_t file, const _tagsymbol *symbol, int limit, int level) {
     const GRAPH &graph = *walk->graph;
     const int32_t mark = walk->mark;
     int32_t *marks = walk->marks;

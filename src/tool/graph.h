@@ -1,12 +1,14 @@
-// The object files of a store and which of them each refers to, as arrays of numbers: what
-// a report that needs the closures of many files walks, in place of the store's lists. It
-// shows the store as it was when the graph was made.
+// The object files of a store and which of them each refers to, as arrays of numbers: many
+// closures are found in them several times faster than in the store's lists. A graph shows the
+// store as it was when the graph was made.
 #pragma once
 
 #include "tool/store.h"
 
 // References of one file to the same other file lead nowhere new, so of those only the first
-// is kept; the order is that of the refers lists. Files are numbered as in the store's list.
+// is kept; the order is that of the refers lists. Files are numbered as in the store's list,
+// then come files that are in no list: those that define a symbol which a numbered file refers
+// to or defines first.
 struct GRAPH {
     int32_t count; // of files
     _tagfile **files;
@@ -21,6 +23,9 @@ bool makegraph(GRAPH *graph, const TVKINFO *info, bool symbols);
 
 void freegraph(GRAPH *graph);
 
+// The file's number, or -1 when the graph does not hold it; null is allowed.
+int32_t filenumber(const GRAPH *graph, const _tagfile *file);
+
 // A file of a closure: its number, the level at which it was first reached, and the symbol
 // through which that was.
 struct REACHED {
@@ -30,26 +35,26 @@ struct REACHED {
 };
 
 // References of a file that is being followed.
-struct WALKFRAME {
+struct LINKFRAME {
     int32_t next, end;
 };
 
 // A closure being found. Needs no memory after it was made.
-struct WALK {
+struct LINKWALK {
     const GRAPH *graph;
     REACHED *reached; // `count` files in the order in which they were reached
     int32_t count;
     int32_t mark;      // private: stands in `marks` for the files that were reached
     int32_t *marks;    // private
-    WALKFRAME *frames; // private
+    LINKFRAME *frames; // private
 };
 
-bool makewalk(WALK *walk, const GRAPH *graph);
-void freewalk(WALK *walk);
+bool makewalk(LINKWALK *walk, const GRAPH *graph);
+void freewalk(LINKWALK *walk);
 
 // Begins a new closure, without files.
-void restartwalk(WALK *walk);
+void restartwalk(LINKWALK *walk);
 
 // Adds to the closure what symneedfiles would add to its list for a symbol of this file (null
 // when it does not matter) that is reached at `level`.
-void walkfrom(WALK *walk, int32_t file, const _tagsymbol *symbol, int limit, int level);
+void walkfrom(LINKWALK *walk, int32_t file, const _tagsymbol *symbol, int limit, int level);

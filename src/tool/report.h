@@ -13,9 +13,10 @@
 
 // Writes the symbol report when symbol names are given, else the file report, to the named
 // file (created or emptied) or, when the name is null or empty, to standard output. The
-// switches choose the sections; `limit` is how many levels the closure follows. Returns 1;
-// 0 when there is no store, the file cannot be created (no message), or the report could
-// not be written whole (one error message; a file is then removed).
+// switches choose the sections; `limit` is how many levels the closure follows. Returns the
+// result of the report; 0 without a message when there is no store or the file cannot be created.
+// A report that could not be written gives one error message; its file is removed when memory
+// ran out.
 int tvkreport(const char *reportfile, TVKINFO *info, char **symbols, int nsymbols, char **files,
               int nfiles, int define, int refer, int links, int limit);
 

@@ -20,11 +20,12 @@ struct SYMBOLREPORT {
     int links;
     int limit;
 
-    bool prepared;        // for many symbols: what follows holds, and nrefers and firstref too
-    _tagfile **referrers; // in the detailed form: the files that refer to each symbol
-    int64_t *totals;      // in the compact form: what each file links in
-    GRAPH graph;
-    WALK walk; // in the detailed form
+    // For many symbols:
+    bool counted = false;           // their nrefers and firstref are valid
+    _tagfile **referrers = nullptr; // in the detailed form: the files that refer to them
+    GRAPH graph = {};
+    LINKWALK walk = {};        // in the detailed form
+    int64_t *totals = nullptr; // in the compact form: what each file links in
 };
 
 constexpr int fewSymbols = 4;
@@ -38,22 +39,22 @@ void printheading(OUTPUT *out, const char *title) {
         puttexts(out, "\n", preheader, title, postheader);
 }
 
-int64_t countfiles(const TVKINFO *info) {
-    int64_t count = 0;
-    for (const _tagfile *file = info->files; file != nullptr; file = file->next)
-        ++count;
-    return count;
-}
-
 // Counts every symbol's nodes and returns how many there are.
 int64_t countrefs(const TVKINFO *info) {
     int64_t nodes = 0;
-    for (const _tagsymlist *bucket = info->symtable; bucket < info->symtable + SYMBUCKETS;
-         ++bucket) {
-        for (_tagsymbol *symbol = bucket->symbol; symbol != nullptr; symbol = symbol->next) {
-            symbol->nrefers = 0;
-            symbol->firstref = -1;
-        }
+    const auto clear = [](_tagsymbol *symbol) {
+        symbol->nrefers = 0;
+        symbol->firstref = -1;
+    };
+    for (int i = 0; i < SYMBUCKETS; ++i) {
+        for (_tagsymbol *symbol = info->symtable[i].symbol; symbol != nullptr;
+             symbol = symbol->next)
+            clear(symbol);
+    }
+    // A caller's lists may hold symbols that are in no bucket.
+    for (const _tagfile *file = info->files; file != nullptr; file = file->next) {
+        for (const _tagsymlist *node = file->refers; node != nullptr; node = node->next)
+            clear(node->symbol);
     }
     for (const _tagfile *file = info->files; file != nullptr; file = file->next) {
         for (const _tagsymlist *node = file->refers; node != nullptr; node = node->next, ++nodes)
@@ -66,6 +67,7 @@ int64_t countrefs(const TVKINFO *info) {
 // symbol's are nrefers entries from its firstref on.
 bool collectreferrers(SYMBOLREPORT *report) {
     const int64_t nodes = countrefs(report->info);
+    report->counted = true;
     if (!isdetailed())
         return true;
     report->referrers = galloclarge<_tagfile *>(nodes);
@@ -86,7 +88,7 @@ bool collectreferrers(SYMBOLREPORT *report) {
     return true;
 }
 
-bool findlinks(SYMBOLREPORT *report) {
+bool preparelinks(SYMBOLREPORT *report) {
     if (!makegraph(&report->graph, report->info, isdetailed()))
         return false;
     if (isdetailed())
@@ -95,25 +97,12 @@ bool findlinks(SYMBOLREPORT *report) {
     return report->totals != nullptr;
 }
 
-SYMBOLREPORT beginreport(FILE *out, const TVKINFO *info, int define, int refer, int links,
-                         int limit) {
-    SYMBOLREPORT report = {};
-    report.out = beginoutput(out);
-    report.info = info;
-    report.define = define;
-    report.refer = refer;
-    report.links = links;
-    report.limit = limit;
-    return report;
-}
-
-// Obtains all memory that the report will need, so that a report is whole or not begun.
+// Obtains the memory that the report needs, so that it is whole or not begun.
 bool prepare(SYMBOLREPORT *report, bool many) {
-    report->prepared = many;
     if (!many)
-        return report->links == 0 || closurereserve(countfiles(report->info));
+        return report->links == 0 || closurereserve(report->info);
     return (report->refer == 0 || collectreferrers(report)) &&
-           (report->links == 0 || findlinks(report));
+           (report->links == 0 || preparelinks(report));
 }
 
 void endreport(SYMBOLREPORT *report) {
@@ -136,7 +125,7 @@ void printdefine(OUTPUT *out, const _tagsymbol *symbol) {
 
 int32_t printreferrers(SYMBOLREPORT *report, const _tagsymbol *symbol) {
     const bool detailed = isdetailed();
-    if (report->prepared) {
+    if (report->counted) {
         for (int32_t i = 0; detailed && i < symbol->nrefers; ++i)
             puttexts(&report->out, "    ", report->referrers[symbol->firstref + i]->name, "\n");
         return symbol->nrefers;
@@ -176,37 +165,41 @@ void printentry(OUTPUT *out, const _tagfile *file, int level, const _tagsymbol *
     puttexts(out, ") [", symname(symbol), "]\n");
 }
 
-// Lists the closure in the detailed form, and returns the sum of its sizes.
-int64_t printclosure(SYMBOLREPORT *report, _tagsymbol *symbol) {
+// The closure of a symbol as the report finds it: by its number in the graph, or as a list.
+struct CLOSURE {
+    int32_t number; // of the symbol's file; -1 when the graph does not hold it
+    _tagfilelist *list;
+};
+
+// Prints the closure in the detailed form, and returns the sum of its sizes.
+int64_t printclosure(SYMBOLREPORT *report, const _tagsymbol *symbol, const CLOSURE &closure) {
     int64_t total = 0;
-    if (report->totals != nullptr)
-        return symbol->file != nullptr ? report->totals[symbol->file->number] : 0;
-    if (report->prepared && symbol->file != nullptr) {
-        WALK *walk = &report->walk;
+    if (closure.number >= 0 && report->totals != nullptr)
+        return report->totals[closure.number];
+    if (closure.number >= 0) {
+        LINKWALK *walk = &report->walk;
         restartwalk(walk);
-        walkfrom(walk, symbol->file->number, symbol, report->limit, 0);
+        walkfrom(walk, closure.number, symbol, report->limit, 0);
         for (int32_t i = 0; i < walk->count; ++i) {
             const REACHED &reached = walk->reached[i];
             const _tagfile *file = report->graph.files[reached.file];
             printentry(&report->out, file, reached.level, reached.symbol);
             total += file->size;
         }
-    } else if (!report->prepared) {
-        _tagfilelist *list = symneedfiles(symbol, nullptr, report->limit, 0);
-        for (const _tagfilelist *entry = list; entry != nullptr; entry = entry->next) {
-            if (isdetailed())
-                printentry(&report->out, entry->file, entry->level, entry->symbol);
-            total += entry->file->size;
-        }
-        flfree(list);
+    }
+    for (const _tagfilelist *entry = closure.list; entry != nullptr; entry = entry->next) {
+        if (isdetailed())
+            printentry(&report->out, entry->file, entry->level, entry->symbol);
+        total += entry->file->size;
     }
     return total;
 }
 
-void printlinks(SYMBOLREPORT *report, _tagsymbol *symbol, int ownSize) {
+void printlinks(SYMBOLREPORT *report, const _tagsymbol *symbol, const CLOSURE &closure,
+                int ownSize) {
     OUTPUT *out = &report->out;
     printheading(out, "LINKS IN");
-    const int32_t total = saturated(printclosure(report, symbol));
+    const int32_t total = saturated(printclosure(report, symbol, closure));
     if (total <= 0)
         return;
     if (isdetailed()) {
@@ -221,19 +214,25 @@ void printlinks(SYMBOLREPORT *report, _tagsymbol *symbol, int ownSize) {
     }
 }
 
-void printsymbol(SYMBOLREPORT *report, _tagsymbol *symbol) {
+// False when memory runs out; nothing is then written of the symbol.
+bool printsymbol(SYMBOLREPORT *report, _tagsymbol *symbol) {
     OUTPUT *out = &report->out;
     const int ownSize = symbol->file != nullptr ? symbol->file->size : 0;
     if (ownSize == 0 && OPTverbose == 1)
-        return;
+        return true;
+    CLOSURE closure = {filenumber(&report->graph, symbol->file), nullptr};
+    if (report->links != 0 && closure.number < 0) {
+        closure.list = symneedfiles(symbol, nullptr, report->limit, 0);
+        if (closurefailed())
+            return false;
+    }
     printheading(out, "SYMBOL");
     const char *name = symname(symbol);
-    const size_t length = strlen(name);
     if (isdetailed()) {
         puttexts(out, "    ", name, symtype(symbol), "\n");
     } else {
-        puttext(out, name, length);
-        putspaces(out, 32 - static_cast<int64_t>(length));
+        puttexts(out, name);
+        putspaces(out, 32 - static_cast<int64_t>(strlen(name)));
         puttexts(out, " ");
     }
     if (report->define != 0)
@@ -241,48 +240,52 @@ void printsymbol(SYMBOLREPORT *report, _tagsymbol *symbol) {
     if (report->refer != 0)
         printrefer(report, symbol);
     if (report->links != 0)
-        printlinks(report, symbol, ownSize);
+        printlinks(report, symbol, closure, ownSize);
     puttexts(out, "\n");
+    flfree(closure.list);
+    return true;
 }
 
-void printall(SYMBOLREPORT *report) {
+bool printall(SYMBOLREPORT *report) {
     for (int i = 0; i < SYMBUCKETS; ++i) {
         _tagsymbol *symbol = report->info->symtable[i].symbol;
-        for (; symbol != nullptr; symbol = symbol->next)
-            printsymbol(report, symbol);
-    }
-}
-
-void printnamed(SYMBOLREPORT *report, char **symbols, int nsymbols) {
-    for (int i = 0; i < nsymbols; ++i) {
-        _tagsymbol *symbol = symfind(report->info->symtable, symbols[i]);
-        if (symbol != nullptr) {
-            printsymbol(report, symbol);
-        } else {
-            flushoutput(&report->out); // messages stand behind what was reported before
-            toolsay("tolvik: symbol '%s' not found\n", symbols[i]);
+        for (; symbol != nullptr; symbol = symbol->next) {
+            if (!printsymbol(report, symbol))
+                return false;
         }
     }
+    return true;
+}
+
+bool printnamed(SYMBOLREPORT *report, char **symbols, int nsymbols) {
+    for (int i = 0; i < nsymbols; ++i) {
+        _tagsymbol *symbol = symfind(report->info->symtable, symbols[i]);
+        if (symbol == nullptr) {
+            flushoutput(&report->out); // the message follows the report so far
+            toolsay("tolvik: symbol '%s' not found\n", symbols[i]);
+        } else if (!printsymbol(report, symbol)) {
+            return false;
+        }
+    }
+    return true;
 }
 
 } // namespace
 
 void printsymbolreport(FILE *out, _tagsymbol *symbol, TVKINFO *info, int define, int refer,
                        int links, int limit) {
-    SYMBOLREPORT report = beginreport(out, info, define, refer, links, limit);
-    printsymbol(&report, symbol);
+    SYMBOLREPORT report = {beginoutput(out), info, define, refer, links, limit};
+    if (!printsymbol(&report, symbol))
+        toolsay("tolvik: ERROR: out of memory reporting '%s'\n", symname(symbol));
     endreport(&report);
 }
 
 int tvksymbolreport(FILE *out, TVKINFO *info, char **symbols, int nsymbols, int define, int refer,
                     int links, int limit) {
-    SYMBOLREPORT report = beginreport(out, info, define, refer, links, limit);
+    SYMBOLREPORT report = {beginoutput(out), info, define, refer, links, limit};
     const bool all = nsymbols > 0 && strcmp(symbols[0], "all") == 0;
-    const bool whole = prepare(&report, all || nsymbols > fewSymbols);
-    if (whole && all)
-        printall(&report);
-    else if (whole)
-        printnamed(&report, symbols, nsymbols);
+    const bool whole = prepare(&report, all || nsymbols > fewSymbols) &&
+                       (all ? printall(&report) : printnamed(&report, symbols, nsymbols));
     endreport(&report);
-    return whole && !closurefailed() ? 1 : 0;
+    return whole ? 1 : 0;
 }

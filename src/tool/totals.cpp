@@ -255,7 +255,7 @@ bool completetotals(const GRAPH &graph, int64_t *totals) {
 }
 
 bool limitedtotals(const GRAPH &graph, int limit, int64_t *totals) {
-    WALK walk;
+    LINKWALK walk;
     if (!makewalk(&walk, &graph))
         return false;
     for (int32_t file = 0; file < graph.count; ++file) {

@@ -44,14 +44,3 @@ done <"$STATE/pid"
 unset STUB_SAY_DUMP
 run -tgc lib.a=all.tvk
 [ "$(grep -c ^size all.tvk)" = 2 ] || fail "the next run is not whole"
-
-# A report that a signal ends does not stay behind, nor does what was imported for it.
-awk 'BEGIN {
-    for (i = 0; i < 3000; ++i)
-        printf "[o%d.o]\ndefine=s%d,FUNCTION,GLOBAL,1\nrefer=s%d\nsize=1\n", i, i, (i + 1) % 3000
-}' >lib.tvk
-$TOLVIK -v1 -append -tgc -links lib.a=report.txt &
-while [ ! -s report.txt ]; do sleep 0.01; done
-kill -TERM $!
-wait $! && fail "not ended by the signal" || [ $? = 143 ] || fail "another status"
-expect_files B.o a.o all.tvk lib.a lib.tvk
