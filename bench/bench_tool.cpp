@@ -104,11 +104,11 @@ BENCHMARK(closure)->Unit(benchmark::kMillisecond);
 
 void totals(benchmark::State &run) {
     for ([[maybe_unused]] auto _ : run) {
-        LINKS links;
-        if (!closurebegin(&links, store()))
+        GRAPH graph;
+        if (!makegraph(&graph, store(), false))
             abort();
-        gfree(linktotals(&links, INT_MAX));
-        closureend(&links);
+        gfree(linktotals(&graph, INT_MAX));
+        freegraph(&graph);
     }
 }
 BENCHMARK(totals)->Unit(benchmark::kMillisecond);

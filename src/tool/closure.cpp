@@ -12,7 +12,6 @@ bool failed = false;
 // Stamps are never used twice. The first is a value that a caller's record is unlikely to hold.
 int64_t lastStamp = 0x3A7C15E59B1D42;
 int64_t stampInUse = lastStamp; // of the list whose files have it
-int64_t linksInUse = lastStamp; // of the files with links
 
 // A file that is being followed: the references still to be looked at, and the one whose
 // symbol is being fetched meanwhile.
@@ -53,10 +52,9 @@ void lookahead(FRAME *frame, int count) {
     }
 }
 
-bool push(const _tagfile *file, int level) {
+bool push(const _tagsymlist *refers, int level) {
     if (stack.count == stack.room && !growstack(stack.room == 0 ? 256 : stack.room * 2))
         return false;
-    const _tagsymlist *refers = islinked(file) ? file->links : file->refers;
     FRAME *frame = &stack.frames[stack.count++];
     *frame = {refers, refers, level};
     lookahead(frame, 8);
@@ -87,9 +85,9 @@ void marklist(_tagfilelist *list) {
     }
 }
 
-// Whether the symbol's file exists and is in no list with that stamp.
-bool isneeded(const _tagsymbol *symbol, int64_t stamp) {
-    return symbol->file != nullptr && symbol->file->stamp != stamp;
+// Whether there is a file and it does not have the stamp.
+bool isneeded(const _tagfile *file, int64_t stamp) {
+    return file != nullptr && file->stamp != stamp;
 }
 
 bool append(_tagfilelist **list, _tagsymbol *symbol, int level) {
@@ -111,65 +109,13 @@ bool append(_tagfilelist **list, _tagsymbol *symbol, int level) {
 // Takes the frame's next reference to a file that is not listed yet; null when there is none.
 const _tagsymlist *takeneeded(FRAME *frame) {
     const _tagsymlist *node = frame->refers;
-    for (; node != nullptr && !isneeded(node->symbol, stampInUse); node = node->next)
+    for (; node != nullptr; node = node->next) {
         lookahead(frame, 1);
+        if (isneeded(node->symbol->file, stampInUse))
+            break;
+    }
     frame->refers = node != nullptr ? node->next : nullptr;
     return node;
-}
-
-// Numbers the files; nodes are counted in *nodes.
-bool numberfiles(LINKS *links, const TVKINFO *info, int64_t *nodes) {
-    int64_t count = 0;
-    for (const _tagfile *file = info->files; file != nullptr; file = file->next, ++count) {
-        for (const _tagsymlist *node = file->refers; node != nullptr; node = node->next)
-            ++*nodes;
-    }
-    links->files = galloclarge<_tagfile *>(count);
-    if (links->files == nullptr)
-        return false;
-    linksInUse = ++lastStamp;
-    for (_tagfile *file = info->files; file != nullptr; file = file->next) {
-        file->linkstamp = linksInUse;
-        file->links = nullptr;
-        file->number = links->count;
-        links->files[links->count++] = file;
-    }
-    return true;
-}
-
-// Makes the file's list of links from the nodes at `next`, and returns the first one left.
-_tagsymlist *makelinks(LINKS *links, _tagfile *file, _tagsymlist *next) {
-    const int64_t stamp = ++lastStamp;
-    _tagsymlist **end = &file->links;
-    FRAME frame = {file->refers, file->refers, 0};
-    lookahead(&frame, 8);
-    for (const _tagsymlist *node = file->refers; node != nullptr; node = node->next) {
-        lookahead(&frame, 1);
-        if (!isneeded(node->symbol, stamp))
-            continue;
-        node->symbol->file->stamp = stamp;
-        links->foreign = links->foreign || !islinked(node->symbol->file);
-        *next = {node->symbol, nullptr};
-        *end = next;
-        end = &next++->next;
-    }
-    return next;
-}
-
-// Obtains the memory of a closure of `files` files.
-bool reserve(int64_t files) {
-    if (stack.room < files && !growstack(files))
-        return false;
-    _tagfilelist *list = nullptr;
-    for (; files > 0; --files) {
-        _tagfilelist *entry = newentry();
-        if (entry == nullptr)
-            break;
-        entry->next = list;
-        list = entry;
-    }
-    flfree(list);
-    return files == 0;
 }
 
 } // namespace
@@ -182,8 +128,8 @@ _tagfilelist *symneedfiles(_tagsymbol *symbol, _tagfilelist *list, int limit, in
         failed = false;
     }
     stack.count = 0;
-    if (!isneeded(symbol, stampInUse) || !append(&list, symbol, level) ||
-        (level < limit && !push(symbol->file, level)))
+    if (!isneeded(symbol->file, stampInUse) || !append(&list, symbol, level) ||
+        (level < limit && !push(symbol->file->refers, level)))
         return list;
     while (stack.count > 0) {
         FRAME *top = &stack.frames[stack.count - 1];
@@ -192,7 +138,7 @@ _tagfilelist *symneedfiles(_tagsymbol *symbol, _tagfilelist *list, int limit, in
         if (node == nullptr)
             --stack.count;
         else if (!append(&list, node->symbol, below) ||
-                 (below < limit && !push(node->symbol->file, below)))
+                 (below < limit && !push(node->symbol->file->refers, below)))
             break;
     }
     return list;
@@ -209,38 +155,22 @@ void flfree(_tagfilelist *list) {
 }
 
 bool closurefailed() {
-    const bool result = failed;
-    failed = false;
-    return result;
+    return failed;
 }
 
-bool closurebegin(LINKS *links, const TVKINFO *info) {
-    int64_t nodes = 0;
-    *links = {};
-    if (!numberfiles(links, info, &nodes))
-        return false;
-    links->nodes = galloclarge<_tagsymlist>(nodes);
-    if (links->nodes == nullptr)
-        return false;
-    stampInUse = ++lastStamp; // the files lose their list's stamp
-    _tagsymlist *next = links->nodes;
-    for (int32_t i = 0; i < links->count; ++i)
-        next = makelinks(links, links->files[i], next);
-    return reserve(links->count);
-}
-
-void closureend(LINKS *links) {
-    linksInUse = ++lastStamp;
-    failed = false;
-    if (links->files != nullptr)
-        gfree(links->files);
-    if (links->nodes != nullptr)
-        gfree(links->nodes);
-    *links = {};
-}
-
-bool islinked(const _tagfile *file) {
-    return file->linkstamp == linksInUse;
+bool closurereserve(const TVKINFO *info) {
+    int64_t files = 0;
+    _tagfilelist *list = nullptr;
+    for (const _tagfile *file = info->files; file != nullptr; file = file->next) {
+        _tagfilelist *entry = newentry();
+        if (entry == nullptr)
+            return false;
+        entry->next = list;
+        list = entry;
+        ++files;
+    }
+    flfree(list);
+    return stack.room >= files || growstack(files);
 }
 
 int32_t saturated(int64_t sum) {

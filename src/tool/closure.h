@@ -15,25 +15,11 @@ _tagfilelist *symneedfiles(_tagsymbol *symbol, _tagfilelist *list, int limit, in
 // Releases a whole closure for later ones; null is ignored.
 void flfree(_tagfilelist *list);
 
-// Whether memory ran out in the closure that was begun last; false when asked again.
+// Whether memory ran out in the closure that was begun last.
 bool closurefailed();
 
-// The object files of a store and, in the files, private lists of their references: what makes
-// many closures fast. Of references to the same file the first is kept.
-struct LINKS {
-    int32_t count; // of files
-    _tagfile **files;
-    _tagsymlist *nodes; // of all lists
-    bool foreign;       // some reference leads to a file that is not in the store's list
-};
-
-// Fills in the links of the store and obtains the memory of a closure of all its files. The store
-// must not change before closureend. False when memory runs out; closureend is then due too.
-bool closurebegin(LINKS *links, const TVKINFO *info);
-void closureend(LINKS *links);
-
-// Whether the file's `number` and `links` are those of the last closurebegin.
-bool islinked(const _tagfile *file);
+// Obtains the memory of a closure of all files of the store's list; false when there is none.
+bool closurereserve(const TVKINFO *info);
 
 // Sums saturate at the ends of 32 bits.
 int32_t saturated(int64_t sum);

@@ -1,6 +1,7 @@
 // The file report.
 #include "brax/text.h"
 #include "tool/closure.h"
+#include "tool/graph.h"
 #include "tool/options.h"
 #include "tool/output.h"
 #include "tool/report.h"
@@ -21,7 +22,9 @@ struct FILEREPORT {
     int refer;
     int links;
     int limit;
-    bool totalInline; // the total of the links stands in the FILE line
+    bool totalInline;   // the total of the links stands in the FILE line
+    GRAPH graph = {};   // with links
+    LINKWALK walk = {}; // the closure of the file at hand
 };
 
 void printheading(OUTPUT *out, const char *title) {
@@ -93,17 +96,21 @@ void printrefers(OUTPUT *out, const _tagfile *file) {
                  symfile(node->symbol), ")\n");
 }
 
-// The closure of the file and of everything that it refers to; its sizes are added to *total.
-_tagfilelist *findlinks(const _tagfile *file, int limit, int64_t *total) {
-    _tagfilelist *list = nullptr;
-    if (file->defines != nullptr)
-        list = symneedfiles(file->defines->symbol, list, 0, 0);
-    const _tagsymlist *node = islinked(file) ? file->links : file->refers;
-    for (; node != nullptr; node = node->next)
-        list = symneedfiles(node->symbol, list, limit, 1);
-    for (const _tagfilelist *entry = list; entry != nullptr; entry = entry->next)
-        *total += entry->file->size;
-    return list;
+// Finds the closure of the file's first definition and of everything that it refers to, and
+// returns the sum of the sizes.
+int64_t findlinks(FILEREPORT *report, const _tagfile *file) {
+    LINKWALK *walk = &report->walk;
+    const GRAPH &graph = report->graph;
+    restartwalk(walk);
+    const _tagsymbol *first = file->defines != nullptr ? file->defines->symbol : nullptr;
+    if (first != nullptr && first->file != nullptr)
+        walkfrom(walk, first->file->number, first, 0, 0);
+    for (int32_t i = graph.first[file->number]; i < graph.first[file->number + 1]; ++i)
+        walkfrom(walk, graph.target[i], graph.symbol[i], report->limit, 1);
+    int64_t total = 0;
+    for (int32_t i = 0; i < walk->count; ++i)
+        total += graph.files[walk->reached[i].file]->size;
+    return total;
 }
 
 void printfileline(FILEREPORT *report, const _tagfile *file, int64_t total) {
@@ -137,42 +144,48 @@ bool addlibrary(char *line, size_t *length, const char *library) {
 
 // The libraries of all linked files, the file's own in black, the others in dark red, also
 // in the text form. The line is cut after a whole entry.
-void printlibraries(OUTPUT *out, const _tagfile *file, const _tagfilelist *list) {
+void printlibraries(FILEREPORT *report, const _tagfile *file) {
     char line[BRAXFIELDSIZE] = "";
     size_t length = 0;
-    const char *library = file->library; // the last one added
-    bool fits = addlibrary(line, &length, library);
-    for (; fits && list != nullptr; list = list->next) {
-        if (list->file->library[0] == 0 || strcmp(list->file->library, library) == 0)
+    const char *known[SYMBUCKETS] = {}; // libraries that the line holds, by hash
+    bool fits = addlibrary(line, &length, file->library);
+    for (int32_t i = 0; fits && i < report->walk.count; ++i) {
+        const char *library = report->graph.files[report->walk.reached[i].file]->library;
+        const char **same = &known[symhash(library)];
+        if (library[0] == 0 || (*same != nullptr && strcmp(*same, library) == 0))
             continue;
-        library = list->file->library;
+        *same = library;
         fits = addlibrary(line, &length, library);
     }
     if (length > 0) {
         line[length - 1] = 0;
         memcpy(strstr(line, "#990000"), "#000000", 7);
     }
-    puttexts(out, "    Libraries: ", line, "\n\n");
+    puttexts(&report->out, "    Libraries: ", line, "\n\n");
 }
 
-void printentry(OUTPUT *out, const _tagfilelist *entry, const char *ownLibrary) {
-    const _tagfile *file = entry->file;
-    putspaces(out, 4 * (int64_t{entry->level} + 1));
+void printentry(OUTPUT *out, const _tagfile *file, const REACHED &reached, const char *ownLibrary) {
+    putspaces(out, 4 * (int64_t{reached.level} + 1));
     puttexts(out, file->name, " (");
     if (file->library[0] != 0 && strcmp(file->library, ownLibrary) == 0)
         puttexts(out, file->library, ", ");
     else if (file->library[0] != 0)
         puttexts(out, redMark, file->library, markEnd, ", ");
     putnumber(out, file->size);
-    puttexts(out, ") [", symname(entry->symbol), "]\n");
+    puttexts(out, ") [", symname(reached.symbol), "]\n");
 }
 
-void printlinks(FILEREPORT *report, const _tagfile *file, const _tagfilelist *list, int64_t total) {
+void printlinks(FILEREPORT *report, const _tagfile *file, int64_t total) {
     OUTPUT *out = &report->out;
     printheading(out, "LINKS IN");
-    printlibraries(out, file, list);
-    for (; list != nullptr; list = list->next)
-        printentry(out, list, file->library);
+    printlibraries(report, file);
+    constexpr int32_t ahead = 8; // symbols are fetched beforehand, for they lie all over the store
+    for (int32_t i = 0; i < report->walk.count; ++i) {
+        const REACHED &reached = report->walk.reached[i];
+        if (i + ahead < report->walk.count)
+            __builtin_prefetch(report->walk.reached[i + ahead].symbol);
+        printentry(out, report->graph.files[reached.file], reached, file->library);
+    }
     if (!report->totalInline && total > 0) {
         puttexts(out, "\n    Links ");
         putnumber(out, saturated(total));
@@ -180,13 +193,9 @@ void printlinks(FILEREPORT *report, const _tagfile *file, const _tagfilelist *li
     }
 }
 
-// False when memory runs out; nothing is then written of the file.
-bool printfile(FILEREPORT *report, const _tagfile *file) {
+void printfile(FILEREPORT *report, const _tagfile *file) {
     // The closure comes first: its total stands in the first line.
-    int64_t total = 0;
-    _tagfilelist *list = report->links != 0 ? findlinks(file, report->limit, &total) : nullptr;
-    if (closurefailed())
-        return false;
+    const int64_t total = report->links != 0 ? findlinks(report, file) : 0;
     printheading(&report->out, "FILE");
     printfileline(report, file, total);
     printsource(&report->out, file);
@@ -195,10 +204,8 @@ bool printfile(FILEREPORT *report, const _tagfile *file) {
     if (report->refer != 0)
         printrefers(&report->out, file);
     if (report->links != 0)
-        printlinks(report, file, list, total);
+        printlinks(report, file, total);
     puttexts(&report->out, "\n");
-    flfree(list);
-    return true;
 }
 
 // Whether the file has the given name, which writers of symbol files may have cut.
@@ -221,11 +228,15 @@ int tvkfilereport(FILE *out, TVKINFO *info, char **files, int nfiles, int define
                   int links, int limit) {
     const bool positionable = out != stdout && ftell(out) >= 0;
     FILEREPORT report = {beginoutput(out), define, refer, links, limit, positionable};
-    LINKS prepared = {};
-    bool whole = links == 0 || closurebegin(&prepared, info);
-    for (const _tagfile *file = info->files; whole && file != nullptr; file = file->next)
-        whole = !isselected(file, files, nfiles) || printfile(&report, file);
-    closureend(&prepared);
+    // All memory is obtained here, so that a report is whole or not begun.
+    const bool whole = links == 0 || (makegraph(&report.graph, info, true) &&
+                                      makewalk(&report.walk, &report.graph));
+    for (const _tagfile *file = info->files; whole && file != nullptr; file = file->next) {
+        if (isselected(file, files, nfiles))
+            printfile(&report, file);
+    }
     flushoutput(&report.out);
+    freewalk(&report.walk);
+    freegraph(&report.graph);
     return whole ? 1 : 0;
 }

@@ -64,11 +64,8 @@ struct _tagfile {
     _tagsymlist *refers;
     _tagfile *next; // in the store's list
 
-    // Private to closures:
-    int64_t stamp;      // of the list that holds this file
-    int64_t linkstamp;  // shows that the next two are valid
-    _tagsymlist *links; // references to other files, each file once
-    int32_t number;     // place in the store's list, from 0
+    int64_t stamp;  // private to the closure: of the list that holds this file
+    int32_t number; // private to a graph: its place there
 };
 
 // One file of a closure (see closure.h), in the order in which the files were reached.

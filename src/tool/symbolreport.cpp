@@ -3,12 +3,11 @@
 #include "mem/arena.h"
 #include "mem/galloc.h"
 #include "tool/closure.h"
+#include "tool/graph.h"
 #include "tool/options.h"
 #include "tool/output.h"
 #include "tool/report.h"
 #include "tool/totals.h"
-
-#include <algorithm>
 
 namespace {
 
@@ -24,7 +23,8 @@ struct SYMBOLREPORT {
     // For many symbols:
     bool counted = false;           // their nrefers and firstref are valid
     _tagfile **referrers = nullptr; // in the detailed form: the files that refer to them
-    LINKS files = {};
+    GRAPH graph = {};
+    LINKWALK walk = {};        // in the detailed form
     int64_t *totals = nullptr; // in the compact form: what each file links in
 };
 
@@ -88,20 +88,21 @@ bool collectreferrers(SYMBOLREPORT *report) {
     return true;
 }
 
-// Prepares the closures. Totals are those of files in the store's list only.
-bool findlinks(SYMBOLREPORT *report) {
-    if (!closurebegin(&report->files, report->info))
+bool preparelinks(SYMBOLREPORT *report) {
+    if (!makegraph(&report->graph, report->info, isdetailed()))
         return false;
-    if (isdetailed() || report->files.foreign)
-        return true;
-    report->totals = linktotals(&report->files, report->limit);
+    if (isdetailed())
+        return makewalk(&report->walk, &report->graph);
+    report->totals = linktotals(&report->graph, report->limit);
     return report->totals != nullptr;
 }
 
-// Obtains the memory that a report on many symbols needs.
-bool prepare(SYMBOLREPORT *report) {
+// Obtains the memory that the report needs, so that it is whole or not begun.
+bool prepare(SYMBOLREPORT *report, bool many) {
+    if (!many)
+        return report->links == 0 || closurereserve(report->info);
     return (report->refer == 0 || collectreferrers(report)) &&
-           (report->links == 0 || findlinks(report));
+           (report->links == 0 || preparelinks(report));
 }
 
 void endreport(SYMBOLREPORT *report) {
@@ -110,7 +111,8 @@ void endreport(SYMBOLREPORT *report) {
         gfree(report->referrers);
     if (report->totals != nullptr)
         gfree(report->totals);
-    closureend(&report->files);
+    freewalk(&report->walk);
+    freegraph(&report->graph);
 }
 
 void printdefine(OUTPUT *out, const _tagsymbol *symbol) {
@@ -156,27 +158,58 @@ void printrefer(SYMBOLREPORT *report, const _tagsymbol *symbol) {
     }
 }
 
-void printentry(OUTPUT *out, const _tagfilelist *entry) {
-    putspaces(out, 4 * (int64_t{entry->level} + 1));
-    puttexts(out, entry->file->name, " (");
-    putnumber(out, entry->file->size);
-    puttexts(out, ") [", symname(entry->symbol), "]\n");
+void printentry(OUTPUT *out, const _tagfile *file, int level, const _tagsymbol *symbol) {
+    putspaces(out, 4 * (int64_t{level} + 1));
+    puttexts(out, file->name, " (");
+    putnumber(out, file->size);
+    puttexts(out, ") [", symname(symbol), "]\n");
 }
 
-void printlinks(OUTPUT *out, const _tagfilelist *list, int ownSize, int64_t total) {
+// The closure of a symbol as the report finds it: by its number in the graph, or as a list.
+struct CLOSURE {
+    int32_t number; // of the symbol's file; -1 when the graph does not hold it
+    _tagfilelist *list;
+};
+
+// Prints the closure in the detailed form, and returns the sum of its sizes.
+int64_t printclosure(SYMBOLREPORT *report, const _tagsymbol *symbol, const CLOSURE &closure) {
+    int64_t total = 0;
+    if (closure.number >= 0 && report->totals != nullptr)
+        return report->totals[closure.number];
+    if (closure.number >= 0) {
+        LINKWALK *walk = &report->walk;
+        restartwalk(walk);
+        walkfrom(walk, closure.number, symbol, report->limit, 0);
+        for (int32_t i = 0; i < walk->count; ++i) {
+            const REACHED &reached = walk->reached[i];
+            const _tagfile *file = report->graph.files[reached.file];
+            printentry(&report->out, file, reached.level, reached.symbol);
+            total += file->size;
+        }
+    }
+    for (const _tagfilelist *entry = closure.list; entry != nullptr; entry = entry->next) {
+        if (isdetailed())
+            printentry(&report->out, entry->file, entry->level, entry->symbol);
+        total += entry->file->size;
+    }
+    return total;
+}
+
+void printlinks(SYMBOLREPORT *report, const _tagsymbol *symbol, const CLOSURE &closure,
+                int ownSize) {
+    OUTPUT *out = &report->out;
     printheading(out, "LINKS IN");
-    for (; isdetailed() && list != nullptr; list = list->next)
-        printentry(out, list);
+    const int32_t total = saturated(printclosure(report, symbol, closure));
     if (total <= 0)
         return;
     if (isdetailed()) {
         puttexts(out, "    Total: ");
-        putnumber(out, saturated(total));
+        putnumber(out, total);
         puttexts(out, " bytes\n");
     } else {
         putaligned(out, ownSize, 8);
         puttexts(out, " ");
-        putaligned(out, saturated(total), 8);
+        putaligned(out, total, 8);
         puttexts(out, " ");
     }
 }
@@ -185,33 +218,31 @@ void printlinks(OUTPUT *out, const _tagfilelist *list, int ownSize, int64_t tota
 bool printsymbol(SYMBOLREPORT *report, _tagsymbol *symbol) {
     OUTPUT *out = &report->out;
     const int ownSize = symbol->file != nullptr ? symbol->file->size : 0;
-    _tagfilelist *list = nullptr;
-    int64_t total = 0;
     if (ownSize == 0 && OPTverbose == 1)
         return true;
-    if (report->totals != nullptr && symbol->file != nullptr && islinked(symbol->file))
-        total = report->totals[symbol->file->number];
-    else if (report->links != 0)
-        list = symneedfiles(symbol, nullptr, report->limit, 0);
-    if (closurefailed())
-        return false;
-    for (const _tagfilelist *entry = list; entry != nullptr; entry = entry->next)
-        total += entry->file->size;
+    CLOSURE closure = {filenumber(&report->graph, symbol->file), nullptr};
+    if (report->links != 0 && closure.number < 0) {
+        closure.list = symneedfiles(symbol, nullptr, report->limit, 0);
+        if (closurefailed())
+            return false;
+    }
     printheading(out, "SYMBOL");
     const char *name = symname(symbol);
-    puttexts(out, isdetailed() ? "    " : "", name);
-    if (isdetailed())
-        puttexts(out, symtype(symbol), "\n");
-    else
-        putspaces(out, std::max<int64_t>(32 - static_cast<int64_t>(strlen(name)), 0) + 1);
+    if (isdetailed()) {
+        puttexts(out, "    ", name, symtype(symbol), "\n");
+    } else {
+        puttexts(out, name);
+        putspaces(out, 32 - static_cast<int64_t>(strlen(name)));
+        puttexts(out, " ");
+    }
     if (report->define != 0)
         printdefine(out, symbol);
     if (report->refer != 0)
         printrefer(report, symbol);
     if (report->links != 0)
-        printlinks(out, list, ownSize, total);
+        printlinks(report, symbol, closure, ownSize);
     puttexts(out, "\n");
-    flfree(list);
+    flfree(closure.list);
     return true;
 }
 
@@ -253,8 +284,7 @@ int tvksymbolreport(FILE *out, TVKINFO *info, char **symbols, int nsymbols, int 
                     int links, int limit) {
     SYMBOLREPORT report = {beginoutput(out), info, define, refer, links, limit};
     const bool all = nsymbols > 0 && strcmp(symbols[0], "all") == 0;
-    const bool many = all || nsymbols > fewSymbols;
-    const bool whole = (!many || prepare(&report)) &&
+    const bool whole = prepare(&report, all || nsymbols > fewSymbols) &&
                        (all ? printall(&report) : printnamed(&report, symbols, nsymbols));
     endreport(&report);
     return whole ? 1 : 0;

@@ -51,13 +51,8 @@ void freegroups(GROUPS *groups) {
     }
 }
 
-bool newgroups(GROUPS *groups, const LINKS &links) {
-    const int32_t n = links.count;
-    int64_t references = 0;
-    for (int32_t i = 0; i < n; ++i) {
-        for (const _tagsymlist *node = links.files[i]->links; node != nullptr; node = node->next)
-            ++references;
-    }
+bool newgroups(GROUPS *groups, const GRAPH &graph) {
+    const int32_t n = graph.count;
     *groups = {0,
                galloclarge<int32_t>(n),
                galloclarge<int32_t>(n),
@@ -65,7 +60,7 @@ bool newgroups(GROUPS *groups, const LINKS &links) {
                galloclarge<int64_t>(n),
                galloclarge<int32_t>(n),
                galloclarge<int32_t>(n),
-               galloclarge<int32_t>(references)};
+               galloclarge<int32_t>(graph.first[n])};
     return groups->groupof != nullptr && groups->members != nullptr &&
            groups->firstmember != nullptr && groups->size != nullptr && groups->first != nullptr &&
            groups->last != nullptr && groups->target != nullptr;
@@ -77,15 +72,15 @@ bool newgroups(GROUPS *groups, const LINKS &links) {
 struct TARJAN {
     int32_t *visit; // number of the first visit from 1; 0 before it
     int32_t *low;
-    const _tagsymlist **next; // reference to look at next
+    int32_t *next; // reference to look at next
     int32_t *open;
     int32_t *path;
     int32_t visits, opens, depth;
 };
 
-void enter(TARJAN *t, const LINKS &links, int32_t file) {
+void enter(TARJAN *t, const GRAPH &graph, int32_t file) {
     t->visit[file] = t->low[file] = ++t->visits;
-    t->next[file] = links.files[file]->links;
+    t->next[file] = graph.first[file];
     t->open[t->opens++] = file;
     t->path[t->depth++] = file;
 }
@@ -109,49 +104,42 @@ void leave(TARJAN *t, GROUPS *groups, int32_t file) {
     groups->firstmember[++groups->count] = used;
 }
 
-void followall(TARJAN *t, GROUPS *groups, const LINKS &links) {
+void followall(TARJAN *t, GROUPS *groups, const GRAPH &graph) {
     while (t->depth > 0) {
         const int32_t file = t->path[t->depth - 1];
-        const _tagsymlist *node = t->next[file];
-        if (node == nullptr) {
+        if (t->next[file] == graph.first[file + 1]) {
             leave(t, groups, file);
             continue;
         }
-        t->next[file] = node->next;
-        const int32_t target = node->symbol->file->number;
+        const int32_t target = graph.target[t->next[file]++];
         if (t->visit[target] == 0)
-            enter(t, links, target);
+            enter(t, graph, target);
         else if (groups->groupof[target] < 0)
             t->low[file] = std::min(t->low[file], t->visit[target]);
     }
 }
 
-bool findgroups(GROUPS *groups, const LINKS &links) {
-    const int32_t n = links.count;
-    auto *memory = galloclarge<int32_t>(int64_t{4} * n);
-    auto *next = galloclarge<const _tagsymlist *>(n);
-    const bool whole = memory != nullptr && next != nullptr;
-    TARJAN t = {memory, memory + n, next, memory + n * 2L, memory + n * 3L, 0, 0, 0};
-    if (whole) {
-        std::fill_n(t.visit, n, 0);
-        std::fill_n(groups->groupof, n, -1);
-        groups->firstmember[0] = 0;
-    }
-    for (int32_t file = 0; whole && file < n; ++file) {
+bool findgroups(GROUPS *groups, const GRAPH &graph) {
+    const int32_t n = graph.count;
+    auto *memory = galloclarge<int32_t>(int64_t{5} * n);
+    if (memory == nullptr)
+        return false;
+    TARJAN t = {memory, memory + n, memory + n * 2L, memory + n * 3L, memory + n * 4L, 0, 0, 0};
+    std::fill_n(t.visit, n, 0);
+    std::fill_n(groups->groupof, n, -1);
+    groups->firstmember[0] = 0;
+    for (int32_t file = 0; file < n; ++file) {
         if (t.visit[file] != 0)
             continue;
-        enter(&t, links, file);
-        followall(&t, groups, links);
+        enter(&t, graph, file);
+        followall(&t, groups, graph);
     }
-    if (memory != nullptr)
-        gfree(memory);
-    if (next != nullptr)
-        gfree(next);
-    return whole;
+    gfree(memory);
+    return true;
 }
 
 // Sums up the groups' files and joins their references.
-bool joingroups(GROUPS *groups, const LINKS &links) {
+bool joingroups(GROUPS *groups, const GRAPH &graph) {
     auto *seen = galloclarge<int32_t>(groups->count);
     if (seen == nullptr)
         return false;
@@ -162,10 +150,10 @@ bool joingroups(GROUPS *groups, const LINKS &links) {
         groups->size[group] = 0;
         seen[group] = group;
         for (int32_t i = groups->firstmember[group]; i < groups->firstmember[group + 1]; ++i) {
-            const _tagfile *file = links.files[groups->members[i]];
-            groups->size[group] += file->size;
-            for (const _tagsymlist *node = file->links; node != nullptr; node = node->next) {
-                const int32_t target = groups->groupof[node->symbol->file->number];
+            const int32_t file = groups->members[i];
+            groups->size[group] += graph.files[file]->size;
+            for (int32_t j = graph.first[file]; j < graph.first[file + 1]; ++j) {
+                const int32_t target = groups->groupof[graph.target[j]];
                 if (seen[target] != group)
                     groups->target[used++] = target;
                 seen[target] = group;
@@ -252,13 +240,13 @@ bool sumgroups(GROUPS *groups, int64_t *totals) {
     return whole;
 }
 
-bool completetotals(const LINKS &links, int64_t *totals) {
+bool completetotals(const GRAPH &graph, int64_t *totals) {
     GROUPS groups;
-    auto *grouptotals = galloclarge<int64_t>(links.count);
-    const bool whole = newgroups(&groups, links) && grouptotals != nullptr &&
-                       findgroups(&groups, links) && joingroups(&groups, links) &&
+    auto *grouptotals = galloclarge<int64_t>(graph.count);
+    const bool whole = newgroups(&groups, graph) && grouptotals != nullptr &&
+                       findgroups(&groups, graph) && joingroups(&groups, graph) &&
                        sumgroups(&groups, grouptotals);
-    for (int32_t file = 0; whole && file < links.count; ++file)
+    for (int32_t file = 0; whole && file < graph.count; ++file)
         totals[file] = grouptotals[groups.groupof[file]];
     freegroups(&groups);
     if (grouptotals != nullptr)
@@ -266,30 +254,31 @@ bool completetotals(const LINKS &links, int64_t *totals) {
     return whole;
 }
 
-void limitedtotals(const LINKS &links, int limit, int64_t *totals) {
-    for (int32_t file = 0; file < links.count; ++file) {
-        _tagsymbol start = {};
-        start.file = links.files[file];
-        _tagfilelist *list = symneedfiles(&start, nullptr, limit, 0);
+bool limitedtotals(const GRAPH &graph, int limit, int64_t *totals) {
+    LINKWALK walk;
+    if (!makewalk(&walk, &graph))
+        return false;
+    for (int32_t file = 0; file < graph.count; ++file) {
+        restartwalk(&walk);
+        walkfrom(&walk, file, nullptr, limit, 0);
         totals[file] = 0;
-        for (const _tagfilelist *entry = list; entry != nullptr; entry = entry->next)
-            totals[file] += entry->file->size;
-        flfree(list);
+        for (int32_t i = 0; i < walk.count; ++i)
+            totals[file] += graph.files[walk.reached[i].file]->size;
     }
+    freewalk(&walk);
+    return true;
 }
 
 } // namespace
 
-int64_t *linktotals(const LINKS *links, int limit) {
-    auto *totals = galloclarge<int64_t>(links->count);
-    bool whole = totals != nullptr;
-    if (whole && limit < links->count)
-        limitedtotals(*links, limit, totals); // closurebegin obtained the memory
-    else if (whole)
-        whole = completetotals(*links, totals);
+int64_t *linktotals(const GRAPH *graph, int limit) {
+    auto *totals = galloclarge<int64_t>(graph->count);
+    if (totals == nullptr)
+        return nullptr;
+    const bool whole = limit < graph->count ? limitedtotals(*graph, limit, totals)
+                                            : completetotals(*graph, totals);
     if (whole)
         return totals;
-    if (totals != nullptr)
-        gfree(totals);
+    gfree(totals);
     return nullptr;
 }

@@ -100,10 +100,10 @@ TEST(Closure, TotalsAreTheSumsOfTheClosures) {
                 const bool keep = from > to || kind == 3 || generator() % 200 == 0;
                 map.refer(keep ? from : to, keep ? to : from);
             }
-            LINKS links;
-            ASSERT_TRUE(closurebegin(&links, &map.info));
+            GRAPH graph;
+            ASSERT_TRUE(makegraph(&graph, &map.info, false));
             for (const int limit : {0, 1, 2, 5, INT32_MAX}) {
-                int64_t *totals = linktotals(&links, limit);
+                int64_t *totals = linktotals(&graph, limit);
                 ASSERT_NE(totals, nullptr);
                 for (size_t i = 0; i < n; ++i) {
                     _tagfilelist *list = symneedfiles(&map.symbols[i], nullptr, limit, 0);
@@ -115,7 +115,7 @@ TEST(Closure, TotalsAreTheSumsOfTheClosures) {
                 }
                 gfree(totals);
             }
-            closureend(&links);
+            freegraph(&graph);
         }
     }
 }
@@ -128,15 +128,15 @@ TEST(Closure, FollowsChainsOfAnyLength) {
     _tagfilelist *list = symneedfiles(&map.symbols[0], nullptr, INT32_MAX, 0);
     EXPECT_EQ(list->last->level, static_cast<int>(n) - 1);
     flfree(list);
-    LINKS links;
-    ASSERT_TRUE(closurebegin(&links, &map.info));
-    int64_t *totals = linktotals(&links, INT32_MAX);
+    GRAPH graph;
+    ASSERT_TRUE(makegraph(&graph, &map.info, false));
+    int64_t *totals = linktotals(&graph, INT32_MAX);
     ASSERT_NE(totals, nullptr);
     EXPECT_EQ(totals[0], int64_t{n} * (n + 1) / 2);
     EXPECT_EQ(saturated(totals[0]), INT32_MAX);
     EXPECT_EQ(saturated(-totals[0]), INT32_MIN);
     gfree(totals);
-    closureend(&links);
+    freegraph(&graph);
 }
 
 } // namespace

@@ -1,0 +1,211 @@
+#include "tool/graph.h"
+
+#include "mem/arena.h"
+#include "mem/galloc.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+constexpr int prefetchDistance = 8;
+
+template <typename T> void freearray(T **array) {
+    if (*array != nullptr)
+        gfree(*array);
+    *array = nullptr;
+}
+
+bool addfile(GRAPH *graph, int32_t *room, _tagfile *file) {
+    if (graph->count == *room) {
+        *room = *room == 0 ? 256 : *room * 2;
+        auto *larger = galloclarge<_tagfile *>(*room);
+        if (larger == nullptr)
+            return false;
+        std::copy_n(graph->files, graph->count, larger);
+        freearray(&graph->files);
+        graph->files = larger;
+    }
+    file->number = graph->count;
+    graph->files[graph->count++] = file;
+    return true;
+}
+
+// Whether the symbol's file is missing in the graph.
+bool isforeign(const GRAPH *graph, const _tagsymlist *node) {
+    const _tagfile *file = node->symbol->file;
+    return file != nullptr && filenumber(graph, file) < 0;
+}
+
+// Adds the files that are in no list, in the order in which they are found.
+bool addforeign(GRAPH *graph, int32_t *room) {
+    for (int32_t i = 0; i < graph->count; ++i) {
+        const _tagsymlist *node = graph->files[i]->defines;
+        if (node != nullptr && isforeign(graph, node) && !addfile(graph, room, node->symbol->file))
+            return false;
+        for (node = graph->files[i]->refers; node != nullptr; node = node->next) {
+            if (isforeign(graph, node) && !addfile(graph, room, node->symbol->file))
+                return false;
+        }
+    }
+    return true;
+}
+
+int64_t countnodes(const GRAPH *graph) {
+    int64_t nodes = 0;
+    for (int32_t i = 0; i < graph->count; ++i) {
+        const _tagsymlist *node = graph->files[i]->refers;
+        for (; node != nullptr; node = node->next)
+            ++nodes;
+    }
+    return nodes;
+}
+
+// Appends the file's references to those of the files before it. `seen` holds for each file
+// the last one that refers to it, plus 1. False when some file is foreign.
+bool addrefers(GRAPH *graph, const _tagfile *file, int32_t *seen) {
+    int32_t used = graph->first[file->number];
+    const _tagsymlist *ahead = file->refers;
+    for (int i = 0; i < prefetchDistance && ahead != nullptr; ++i, ahead = ahead->next)
+        __builtin_prefetch(ahead->symbol);
+    for (const _tagsymlist *node = file->refers; node != nullptr; node = node->next) {
+        if (ahead != nullptr) {
+            __builtin_prefetch(ahead->symbol);
+            ahead = ahead->next;
+        }
+        const _tagfile *target = node->symbol->file;
+        if (target == nullptr)
+            continue;
+        const int32_t number = filenumber(graph, target);
+        if (number < 0)
+            return false;
+        if (seen[number] == file->number + 1)
+            continue;
+        seen[number] = file->number + 1;
+        graph->target[used] = number;
+        if (graph->symbol != nullptr)
+            graph->symbol[used] = node->symbol;
+        ++used;
+    }
+    graph->first[file->number + 1] = used;
+    return file->defines == nullptr || !isforeign(graph, file->defines);
+}
+
+enum RESULT { GRAPHMADE, GRAPHFOREIGN, GRAPHMEMORY };
+
+RESULT addallrefers(GRAPH *graph, bool symbols) {
+    const int64_t nodes = countnodes(graph);
+    graph->first = galloclarge<int32_t>(int64_t{graph->count} + 1);
+    graph->target = galloclarge<int32_t>(nodes);
+    graph->symbol = symbols ? galloclarge<_tagsymbol *>(nodes) : nullptr;
+    auto *seen = galloclarge<int32_t>(graph->count);
+    RESULT result = GRAPHMEMORY;
+    if (seen != nullptr && graph->first != nullptr && graph->target != nullptr &&
+        (!symbols || graph->symbol != nullptr)) {
+        result = GRAPHMADE;
+        std::fill_n(seen, graph->count, 0);
+        graph->first[0] = 0;
+        for (int32_t i = 0; i < graph->count && result == GRAPHMADE; ++i)
+            result = addrefers(graph, graph->files[i], seen) ? GRAPHMADE : GRAPHFOREIGN;
+    }
+    freearray(&seen);
+    return result;
+}
+
+RESULT trygraph(GRAPH *graph, const TVKINFO *info, bool symbols, bool foreign) {
+    int32_t room = 0;
+    *graph = {};
+    RESULT result = GRAPHMADE;
+    for (_tagfile *file = info->files; file != nullptr && result == GRAPHMADE; file = file->next)
+        result = addfile(graph, &room, file) ? GRAPHMADE : GRAPHMEMORY;
+    if (result == GRAPHMADE && foreign && !addforeign(graph, &room))
+        result = GRAPHMEMORY;
+    if (result == GRAPHMADE)
+        result = addallrefers(graph, symbols);
+    if (result != GRAPHMADE)
+        freegraph(graph);
+    return result;
+}
+
+} // namespace
+
+bool makegraph(GRAPH *graph, const TVKINFO *info, bool symbols) {
+    // Foreign files exist only in stores that a caller made; to look for them takes time.
+    RESULT result = trygraph(graph, info, symbols, false);
+    if (result == GRAPHFOREIGN)
+        result = trygraph(graph, info, symbols, true);
+    return result == GRAPHMADE;
+}
+
+int32_t filenumber(const GRAPH *graph, const _tagfile *file) {
+    if (file == nullptr ||
+        static_cast<uint32_t>(file->number) >= static_cast<uint32_t>(graph->count) ||
+        graph->files[file->number] != file)
+        return -1;
+    return file->number;
+}
+
+void freegraph(GRAPH *graph) {
+    freearray(&graph->files);
+    freearray(&graph->first);
+    freearray(&graph->target);
+    freearray(&graph->symbol);
+    *graph = {};
+}
+
+bool makewalk(LINKWALK *walk, const GRAPH *graph) {
+    *walk = {graph, galloclarge<REACHED>(graph->count), 0,
+             0,     galloclarge<int32_t>(graph->count), galloclarge<LINKFRAME>(graph->count)};
+    if (walk->reached == nullptr || walk->marks == nullptr || walk->frames == nullptr) {
+        freewalk(walk);
+        return false;
+    }
+    memset(walk->marks, 0, static_cast<size_t>(graph->count) * sizeof *walk->marks);
+    return true;
+}
+
+void freewalk(LINKWALK *walk) {
+    freearray(&walk->reached);
+    freearray(&walk->marks);
+    freearray(&walk->frames);
+}
+
+void restartwalk(LINKWALK *walk) {
+    walk->count = 0;
+    if (walk->mark == INT32_MAX) {
+        walk->mark = 0;
+        memset(walk->marks, 0, static_cast<size_t>(walk->graph->count) * sizeof *walk->marks);
+    }
+    ++walk->mark;
+}
+
+void walkfrom(LINKWALK *walk, int32_t file, const _tagsymbol *symbol, int limit, int level) {
+    const GRAPH &graph = *walk->graph;
+    const int32_t mark = walk->mark;
+    int32_t *marks = walk->marks;
+    if (marks[file] == mark)
+        return;
+    marks[file] = mark;
+    walk->reached[walk->count++] = {file, level, symbol};
+    int depth = -1;
+    if (level < limit)
+        walk->frames[++depth] = {graph.first[file], graph.first[file + 1]};
+    while (depth >= 0) {
+        const int32_t end = walk->frames[depth].end;
+        int32_t next = walk->frames[depth].next;
+        while (next < end && marks[graph.target[next]] == mark)
+            ++next;
+        if (next == end) {
+            --depth;
+            continue;
+        }
+        walk->frames[depth].next = next + 1;
+        const int32_t target = graph.target[next];
+        const int below = level + depth + 1;
+        marks[target] = mark;
+        walk->reached[walk->count++] = {target, below,
+                                        graph.symbol != nullptr ? graph.symbol[next] : nullptr};
+        if (below < limit)
+            walk->frames[++depth] = {graph.first[target], graph.first[target + 1]};
+    }
+}
