@@ -83,7 +83,7 @@ bool starts_with(const char *text, const char *start) {
     return strncmp(text, start, strlen(start)) == 0;
 }
 
-// Compilers mark it by these names; other symbols are a linker's.
+// Compilers mark intermediate code by these names; any other global symbol is for a linker.
 bool is_intermediate(const ELFOBJECT *object) {
     bool found = false;
     ELFSECTION section;

@@ -144,7 +144,7 @@ bool list_contents(DUMP *dump, const ELFOBJECT *object, const OBJDUMPFORM *form)
         case SHT_SYMTAB_SHNDX:
         case SHT_REL:
         case SHT_RELA:
-            continue; // of the object's form, unlike the sections that a program has
+            continue; // objdump does not show them as sections
         default:
             break;
         }

@@ -1,5 +1,4 @@
-# What the stand-ins print where today's programs and those of old differ.
-# Bad input: one message, a status, and no more.
+# Bad input of the librarians and of reverse gives one message and a status of 1; netscape opens a page.
 check() { # STATUS MESSAGE PROGRAM...
     expected=$1
     said=$2
