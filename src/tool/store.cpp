@@ -253,9 +253,6 @@ void tvkfree(TVKINFO *info) {
     SYMTABLE *table = info != nullptr ? tableof(info->symtable) : nullptr;
     if (table == nullptr)
         return;
-    releasefiles(&table->arena, info->files);
-    for (const _tagsymlist &bucket : table->buckets)
-        releasesymbols(&table->arena, bucket.symbol);
     SYMTABLE **link = &tables;
     while (*link != table)
         link = &(*link)->previous;

@@ -8,9 +8,8 @@
 //   a name in one step whatever the chain's length.
 // - Lists are built at the front, so they hold their items in reverse order of insertion.
 //
-// Records are plain memory of galloc, or of the store's arena when they were loaded: only tvkfree
-// releases them. The store is filled once. A run keeps its store until it
-// ends; whoever uses several releases each with tvkfree.
+// finew, symnew, slnew and flnew return plain memory of galloc; the loader's records come from the
+// store's arena. A run keeps its store until it ends.
 #pragma once
 
 #include <bit>
@@ -87,9 +86,8 @@ struct TVKINFO {
 // A new empty store; null when memory runs out.
 TVKINFO *cinew();
 
-// Releases a store of cinew or tvkload and everything that is in it then: the symbols of its
-// buckets, the files of its list, their nodes and texts. Null is ignored. Closures of its files
-// become invalid and may only be given to flfree.
+// Releases a store of cinew or tvkload with all that was loaded; null is ignored. Records of finew,
+// symnew and slnew stay with the caller. Closures of the store's files become invalid.
 void tvkfree(TVKINFO *info);
 
 // A new file record with copies of both texts, the rest empty; the caller sets `next`. Null
