@@ -33,7 +33,6 @@ struct LINES {
     char *end;
     bool hasZeros; // some zero byte is in the buffer
     bool atEnd;
-    bool failed;
 };
 
 // A load in progress. The first `count` entries wait to be entered; their names stand in the
@@ -58,7 +57,6 @@ void fill(LINES *lines) {
     while (!lines->atEnd && lines->end - lines->next < LINELENGTH) {
         const int64_t room = lines->buffer + BUFFERSIZE - lines->end;
         const int64_t got = gread(lines->file, lines->end, room);
-        lines->failed = got < 0;
         lines->atEnd = got <= 0;
         lines->end += got > 0 ? got : 0;
     }
@@ -279,20 +277,6 @@ void readlines(LOAD *load, LINES *lines) {
     }
 }
 
-// Closes the file and says what went wrong, if anything did; what was loaded is then released.
-TVKINFO *endload(LINES *lines, const LOAD *load, const char *path) {
-    gclose(lines->file);
-    if (lines->buffer != nullptr)
-        gfree(lines->buffer);
-    if (!load->outOfMemory && !lines->failed)
-        return load->info;
-    tvkfree(load->info);
-    toolsay(load->outOfMemory ? "tolvik: ERROR: out of memory reading '%s'\n"
-                              : "tolvik: ERROR: could not read '%s'\n",
-            path);
-    return nullptr;
-}
-
 } // namespace
 
 TVKINFO *tvkload(const char *path) {
@@ -311,5 +295,12 @@ TVKINFO *tvkload(const char *path) {
     lines.end = lines.buffer;
     if (!load.outOfMemory)
         readlines(&load, &lines);
-    return endload(&lines, &load, path);
+    gclose(lines.file);
+    if (lines.buffer != nullptr)
+        gfree(lines.buffer);
+    if (!load.outOfMemory)
+        return load.info;
+    tvkfree(load.info);
+    toolsay("tolvik: ERROR: out of memory reading '%s'\n", path);
+    return nullptr;
 }
