@@ -51,9 +51,8 @@ void printdate(OUTPUT *out, int32_t date) {
 void printsourcelink(OUTPUT *out, const _tagfile *file) {
     char directory[BRAXFIELDSIZE];
     char path[BRAXFIELDSIZE];
-    char library[BRAXFIELDSIZE];
+    const char *library = file->library;
     copytext(path, file->source, strcspn(file->source, "@"), sizeof path);
-    copytext(library, file->library, sizeof library);
     copytext(directory, path, strcspn(path, "/\\:"), sizeof directory);
     const char *name = filepart(path);
     const char *slash = library[0] != 0 ? "/" : "";
