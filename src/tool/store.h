@@ -104,7 +104,7 @@ _tagsymlist *slnew();
 _tagfilelist *flnew();
 
 // Enters a symbol of symnew into a table of cinew. When its name is found already, the
-// stored symbol takes what it did not know (type, scope, size that were 0), the given
+// stored symbol takes the given type, scope and size where its own is 0, the given
 // record is released and the stored one returned; else the given one is inserted. The
 // caller goes on with the result. Null when memory runs out; the symbol is then released.
 _tagsymbol *symadd(_tagsymlist *table, _tagsymbol *symbol);
@@ -132,8 +132,8 @@ inline uint64_t eightbytes(const char *text) {
     return std::endian::native == std::endian::little ? word : __builtin_bswap64(word);
 }
 
-// One line of a symbol file for symenterall: a name as it stands in the file, `length`
-// characters with at least 8 readable bytes behind them, and what the line says of it.
+// One line of a symbol file for symenterall: a name as in the file, `length`
+// characters with at least 8 readable bytes after them, and the values of the line.
 struct SYMENTRY {
     const char *name;
     int32_t length;
