@@ -5,7 +5,7 @@
 // framework calls it whenever it sets its own defaults.
 void BRAX_reset();
 
-// Takes the tool's option at `text`, which starts behind the option's '-' and ends at
-// white space or the end of the text. Returns the position behind what it took, or null
+// Takes the tool's option at `text`, which starts after the option's '-' and ends at
+// white space or the end of the text. Returns the position after the option, or null
 // when the option is not the tool's.
 const char *BRAX_opt(const char *text);

@@ -10,7 +10,7 @@ namespace {
 
 constexpr char redMark[] = "<FONT COLOR=\"#990000\">";
 constexpr char markEnd[] = "</FONT>";
-constexpr int reservedSpaces = 32; // behind the FILE line, for the total of the links
+constexpr int reservedSpaces = 32; // at the end of the FILE line, for the total of the links
 
 constexpr const char *monthnames[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                       "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
@@ -46,14 +46,12 @@ void printdate(OUTPUT *out, int32_t date) {
     puttexts(out, ")");
 }
 
-// The first and the last piece of the source path; what lies between is left out. The path
-// ends at its first '@'.
+// Links show the first and the last piece of the source path, which ends at its first '@'.
 void printsourcelink(OUTPUT *out, const _tagfile *file) {
     char directory[BRAXFIELDSIZE];
     char path[BRAXFIELDSIZE];
-    char library[BRAXFIELDSIZE];
+    const char *library = file->library;
     copytext(path, file->source, strcspn(file->source, "@"), sizeof path);
-    copytext(library, file->library, sizeof library);
     copytext(directory, path, strcspn(path, "/\\:"), sizeof directory);
     const char *name = filepart(path);
     const char *slash = library[0] != 0 ? "/" : "";

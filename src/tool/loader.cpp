@@ -1,7 +1,6 @@
-// The file is read in large blocks and its lines are taken where they stand. Names are not
-// looked up one by one: every lookup waits for memory twice, for the index and for the
-// record, so the lines of a batch are prepared together and their waits overlap. That, and
-// no copies, is what makes loading about as fast as reading.
+// The file is read in large blocks and lines are not copied. Names are looked up in batches, so
+// that cache misses in the index and in the records overlap. This makes loading about as fast as
+// reading.
 #include "tool/loader.h"
 
 #include "brax/text.h"
@@ -16,10 +15,10 @@ namespace {
 
 constexpr int64_t LINELENGTH = SYMBOLLINE; // longest piece that is read as one line
 constexpr int64_t BUFFERSIZE = 64 * 1024;
-constexpr int64_t SPAREBYTES = 16; // readable behind the buffer's last byte
+constexpr int64_t SPAREBYTES = 16; // readable after the buffer's last byte
 constexpr int BATCHSIZE = 64;
 
-// A line or what is left of it; bytes behind a zero byte do not belong to it.
+// A line or the rest of it; a zero byte ends it.
 struct LINE {
     const char *text;
     const char *end;
@@ -33,7 +32,6 @@ struct LINES {
     char *end;
     bool hasZeros; // some zero byte is in the buffer
     bool atEnd;
-    bool failed;
 };
 
 // A load in progress. The first `count` entries wait to be entered; their names stand in the
@@ -49,7 +47,7 @@ struct LOAD {
     bool defines[BATCHSIZE];    // a definition, else a reference
 };
 
-// Moves what is left to the buffer's start and reads on behind it.
+// Moves the rest to the buffer's start and fills the buffer.
 void fill(LINES *lines) {
     const auto kept = lines->end - lines->next;
     memmove(lines->buffer, lines->next, static_cast<size_t>(kept));
@@ -58,7 +56,6 @@ void fill(LINES *lines) {
     while (!lines->atEnd && lines->end - lines->next < LINELENGTH) {
         const int64_t room = lines->buffer + BUFFERSIZE - lines->end;
         const int64_t got = gread(lines->file, lines->end, room);
-        lines->failed = got < 0;
         lines->atEnd = got <= 0;
         lines->end += got > 0 ? got : 0;
     }
@@ -100,8 +97,8 @@ bool isspacechar(char c) {
     return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
-// Reads a decimal integer, blanks and a sign in front of it allowed, into *value, which
-// keeps its value when there is none.
+// Reads a decimal integer after optional blanks and sign into *value, which keeps its value
+// when there is none.
 void readnumber(LINE line, int32_t *value) {
     while (line.text < line.end && isspacechar(*line.text))
         ++line.text;
@@ -168,7 +165,7 @@ void readsource(LOAD *load, LINE line) {
         readnumber({pathEnd + 1, end}, &load->file->date);
 }
 
-// Enters the waiting names and puts a node for each in front of its file's list.
+// Enters the waiting names and puts a node for each at the head of its file's list.
 void enterall(LOAD *load) {
     if (load->count == 0)
         return;
@@ -225,14 +222,14 @@ void readdefine(LOAD *load, LINE line) {
 }
 
 // Whether any of the characters is a blank or another control character, eight at a time;
-// reads up to seven bytes behind them.
+// reads up to seven bytes after them.
 bool hasblank(const char *text, int64_t length) {
     constexpr uint64_t ones = 0x0101010101010101ULL;
     uint64_t found = 0;
     for (; length > 0; text += 8, length -= 8) {
         uint64_t word = eightbytes(text);
         if (length < 8)
-            word |= ~uint64_t{0} << 8 * length; // what does not belong to it is no blank
+            word |= ~uint64_t{0} << 8 * length; // bytes after the text are no blanks
         found |= (word - ones * '!') & ~word & ones * 0x80;
     }
     return found != 0;
@@ -279,20 +276,6 @@ void readlines(LOAD *load, LINES *lines) {
     }
 }
 
-// Closes the file and says what went wrong, if anything did; what was loaded is then released.
-TVKINFO *endload(LINES *lines, const LOAD *load, const char *path) {
-    gclose(lines->file);
-    if (lines->buffer != nullptr)
-        gfree(lines->buffer);
-    if (!load->outOfMemory && !lines->failed)
-        return load->info;
-    tvkfree(load->info);
-    toolsay(load->outOfMemory ? "tolvik: ERROR: out of memory reading '%s'\n"
-                              : "tolvik: ERROR: could not read '%s'\n",
-            path);
-    return nullptr;
-}
-
 } // namespace
 
 TVKINFO *tvkload(const char *path) {
@@ -311,5 +294,12 @@ TVKINFO *tvkload(const char *path) {
     lines.end = lines.buffer;
     if (!load.outOfMemory)
         readlines(&load, &lines);
-    return endload(&lines, &load, path);
+    gclose(lines.file);
+    if (lines.buffer != nullptr)
+        gfree(lines.buffer);
+    if (!load.outOfMemory)
+        return load.info;
+    tvkfree(load.info);
+    toolsay("tolvik: ERROR: out of memory reading '%s'\n", path);
+    return nullptr;
 }

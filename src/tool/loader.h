@@ -16,5 +16,5 @@
 #include "tool/store.h"
 
 // A new store, for tvkfree, with everything that the file describes, or null: without a message
-// when the file cannot be opened, with an error message when it cannot be read or memory runs out.
+// when the file cannot be opened, with an error message when memory runs out.
 TVKINFO *tvkload(const char *path);

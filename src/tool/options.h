@@ -23,13 +23,12 @@ extern int OPTunderscores;           // 0: 1 keeps underscores around symbol nam
 extern int OPTappend;                // 0: 1 keeps an existing symbol file
 extern int OPThtml;                  // 0: 1 selects the HTML form of the reports
 extern int OPTlibnamefrompath;       // 0: 1 derives the library name from each source path
-extern const char *preheader;        // text in front of every report heading; ""
-extern const char *postheader;       // text behind it; ""
+extern const char *preheader;        // text before every report heading; ""
+extern const char *postheader;       // text after it; ""
 
 // Emptied for every batch by BRAX_reset.
-extern char OPTsourcelinkprefix[BRAXFIELDSIZE]; // in front of source links in HTML
+extern char OPTsourcelinkprefix[BRAXFIELDSIZE]; // before source links in HTML
 extern char OPTlibrary[BRAXFIELDSIZE];          // library name of imported objects
 
-// The tool's channel: writes a message to standard error, behind everything that was
-// written to standard output before.
+// Flushes standard output and writes a message to standard error.
 [[gnu::format(printf, 1, 2)]] void toolsay(const char *format, ...);

@@ -1,6 +1,5 @@
-// Small writers for the reports, which write hundreds of megabytes when asked for all
-// closures: no format text is looked at twice for every entry, and the stream sees large
-// blocks only.
+// Small writers for the reports, which may write hundreds of megabytes: they avoid the parsing of
+// a format per entry and write blocks of 64 KiB.
 #pragma once
 
 #include <cstddef>
@@ -10,8 +9,8 @@
 
 constexpr size_t OUTPUTSIZE = 64 * 1024;
 
-// Text on its way to a stream. Whoever begins with one ends it with flushoutput before the
-// stream is used again. There is room for one at a time.
+// Buffered text for a stream. flushoutput is due before the stream is used otherwise. All share
+// one buffer, so that one may be in use at a time.
 struct OUTPUT {
     FILE *stream;
     char *next;
@@ -20,7 +19,7 @@ struct OUTPUT {
 
 OUTPUT beginoutput(FILE *stream);
 
-// Hands everything to the stream, whose error flag shows a failure.
+// Writes the buffer to the stream, whose error flag shows a failure.
 void flushoutput(OUTPUT *out);
 
 // Writes a text that does not fit, for puttext.
@@ -33,7 +32,7 @@ inline void puttext(OUTPUT *out, const char *text, size_t length) {
     out->next += length;
 }
 
-// Writes the texts one behind the other.
+// Writes the texts one after the other.
 template <typename... TEXTS> void puttexts(OUTPUT *out, TEXTS... texts) {
     (puttext(out, texts, strlen(texts)), ...);
 }

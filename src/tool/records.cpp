@@ -4,24 +4,6 @@
 
 #include <cstring>
 
-namespace {
-
-// Gives back a block unless the arena holds it, which is released as a whole.
-void release(const ARENA *arena, void *block) {
-    if (block != nullptr && !arenaowns(arena, block))
-        gfree(block);
-}
-
-void releasenodes(const ARENA *arena, _tagsymlist *node) {
-    while (node != nullptr) {
-        _tagsymlist *next = node->next;
-        release(arena, node);
-        node = next;
-    }
-}
-
-} // namespace
-
 void discardblocks(void *a, void *b, void *c) {
     void *const blocks[] = {a, b, c};
     for (void *block : blocks) {
@@ -71,28 +53,6 @@ _tagfilelist *flnew() {
     if (entry != nullptr)
         *entry = {};
     return entry;
-}
-
-void releasefiles(const ARENA *arena, _tagfile *file) {
-    while (file != nullptr) {
-        _tagfile *next = file->next;
-        releasenodes(arena, file->defines);
-        releasenodes(arena, file->refers);
-        release(arena, file->name);
-        release(arena, file->library);
-        release(arena, file->source);
-        release(arena, file);
-        file = next;
-    }
-}
-
-void releasesymbols(const ARENA *arena, _tagsymbol *symbol) {
-    while (symbol != nullptr) {
-        _tagsymbol *next = symbol->next;
-        release(arena, symbol->name);
-        release(arena, symbol);
-        symbol = next;
-    }
 }
 
 const char *symname(const _tagsymbol *symbol) {

@@ -1,8 +1,6 @@
-// The single records of a symbol store: how they are made and given back. What is public of them
-// is in store.h.
+// The single records of a symbol store. Their public functions are in store.h.
 #pragma once
 
-#include "mem/arena.h"
 #include "tool/options.h"
 #include "tool/store.h"
 
@@ -17,10 +15,5 @@ inline void symstrip(const char **name, size_t *length) {
         --*length;
 }
 
-// Gives back those of the blocks that were obtained, for whoever needs all of them.
+// Frees the blocks that are not null.
 void discardblocks(void *a, void *b, void *c = nullptr);
-
-// Give back a store's list of files with their nodes and texts, and a chain of symbols, but for
-// what the arena holds, which is released as a whole.
-void releasefiles(const ARENA *arena, _tagfile *file);
-void releasesymbols(const ARENA *arena, _tagsymbol *symbol);

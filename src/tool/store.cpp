@@ -17,9 +17,8 @@ struct INDEXSLOT {
     _tagsymbol *symbol; // null in a free slot
 };
 
-// What cinew makes: the buckets that everybody sees, and the index behind them. `heads` is
-// what the index left in the buckets: where a bucket shows something else, somebody put a
-// symbol there by hand, and only its chain tells what it holds.
+// The public buckets of cinew and their index. heads[i] is bucket i's head after the last insert;
+// a bucket with another head was changed by a caller, and its chain is searched.
 struct SYMTABLE {
     _tagsymlist buckets[SYMBUCKETS];
     _tagsymbol *heads[SYMBUCKETS];
@@ -62,7 +61,7 @@ NAME hashedname(const char *text, size_t length) {
     return {text, length, endhash(hash, eightbytes(rest))};
 }
 
-// The same hash for a text with 8 readable bytes behind it, which need not be copied.
+// The same hash for a text with 8 readable bytes after it, which need not be copied.
 uint64_t fasthash(const char *text, size_t length) {
     uint64_t hash = length;
     size_t i = 0;
@@ -71,7 +70,7 @@ uint64_t fasthash(const char *text, size_t length) {
     return endhash(hash, eightbytes(text + i) & ((uint64_t{1} << 8 * (length - i)) - 1));
 }
 
-// What cinew made, or null for an array of buckets that somebody else made.
+// The table of cinew with these buckets; null for a caller's own buckets.
 SYMTABLE *tableof(const _tagsymlist *buckets) {
     for (SYMTABLE *table = tables; table != nullptr; table = table->previous) {
         if (table->buckets == buckets)
@@ -144,7 +143,7 @@ _tagsymbol *chainfind(const _tagsymlist *buckets, const char *name, int n) {
     return nullptr;
 }
 
-// The name with "_" added in front or behind, when any stored name has one there.
+// The name with "_" added before or after it, when any stored name has one there.
 _tagsymbol *findvariant(const SYMTABLE *table, const NAME &name, bool front) {
     if ((front ? table->leading : table->trailing) == 0 || name.length + 2 > VARIANTSIZE)
         return nullptr;
@@ -219,7 +218,7 @@ _tagsymbol *candidate(const SYMTABLE *table, uint64_t hash) {
 
 _tagsymbol *newsymbol(ARENA *arena, const SYMENTRY &entry) {
     const size_t length = static_cast<size_t>(entry.length);
-    // The name stands right behind its record: whoever looks at one soon looks at the other.
+    // Name and record are adjacent for cache locality.
     auto *symbol = static_cast<_tagsymbol *>(arenaalloc(arena, sizeof(_tagsymbol) + length + 1));
     if (symbol == nullptr)
         return nullptr;
@@ -253,9 +252,6 @@ void tvkfree(TVKINFO *info) {
     SYMTABLE *table = info != nullptr ? tableof(info->symtable) : nullptr;
     if (table == nullptr)
         return;
-    releasefiles(&table->arena, info->files);
-    for (const _tagsymlist &bucket : table->buckets)
-        releasesymbols(&table->arena, bucket.symbol);
     SYMTABLE **link = &tables;
     while (*link != table)
         link = &(*link)->previous;

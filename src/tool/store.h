@@ -8,9 +8,8 @@
 //   a name in one step whatever the chain's length.
 // - Lists are built at the front, so they hold their items in reverse order of insertion.
 //
-// Records are plain memory of galloc, or of the store's arena when they were loaded: only tvkfree
-// releases them. The store is filled once. A run keeps its store until it
-// ends; whoever uses several releases each with tvkfree.
+// finew, symnew, slnew and flnew return plain memory of galloc; the loader's records come from the
+// store's arena. A run keeps its store until it ends.
 #pragma once
 
 #include <bit>
@@ -87,9 +86,8 @@ struct TVKINFO {
 // A new empty store; null when memory runs out.
 TVKINFO *cinew();
 
-// Releases a store of cinew or tvkload and everything that is in it then: the symbols of its
-// buckets, the files of its list, their nodes and texts. Null is ignored. Closures of its files
-// become invalid and may only be given to flfree.
+// Releases a store of cinew or tvkload with all that was loaded; null is ignored. Records of finew,
+// symnew and slnew stay with the caller. Closures of the store's files become invalid.
 void tvkfree(TVKINFO *info);
 
 // A new file record with copies of both texts, the rest empty; the caller sets `next`. Null
@@ -106,7 +104,7 @@ _tagsymlist *slnew();
 _tagfilelist *flnew();
 
 // Enters a symbol of symnew into a table of cinew. When its name is found already, the
-// stored symbol takes what it did not know (type, scope, size that were 0), the given
+// stored symbol takes the given type, scope and size where its own is 0, the given
 // record is released and the stored one returned; else the given one is inserted. The
 // caller goes on with the result. Null when memory runs out; the symbol is then released.
 _tagsymbol *symadd(_tagsymlist *table, _tagsymbol *symbol);
@@ -134,8 +132,8 @@ inline uint64_t eightbytes(const char *text) {
     return std::endian::native == std::endian::little ? word : __builtin_bswap64(word);
 }
 
-// One line of a symbol file for symenterall: a name as it stands in the file, `length`
-// characters with at least 8 readable bytes behind them, and what the line says of it.
+// One line of a symbol file for symenterall: a name as in the file, `length`
+// characters with at least 8 readable bytes after them, and the values of the line.
 struct SYMENTRY {
     const char *name;
     int32_t length;

@@ -1,5 +1,5 @@
-// The symbol report. For a few symbols the store's lists are walked as they are; for many,
-// what they all ask for is found at once beforehand.
+// The symbol report. Up to fewSymbols names scan the store's lists; more use a graph and an index
+// of references.
 #include "mem/arena.h"
 #include "mem/galloc.h"
 #include "tool/closure.h"

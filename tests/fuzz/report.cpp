@@ -8,14 +8,10 @@
 #include "fuzz.h"
 
 #include "../unit/plain_store.h"
-#include "mem/galloc.h"
-#include "tool/closure.h"
 #include "tool/loader.h"
 #include "tool/report.h"
-#include "tool/totals.h"
 
 #include <climits>
-#include <set>
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -157,41 +153,6 @@ void comparereports(TVKINFO *info, plain::STORE &store, const plain::REQUEST &r)
         compare(info, store, one);
 }
 
-// Every file stands in a closure once, under a symbol that it defines, at most at the limit, and
-// the sizes are the file's total.
-void checkclosure(_tagsymbol *symbol, int limit, const int64_t *totals) {
-    std::set<const _tagfile *> seen;
-    int64_t sum = 0;
-    int level = -1;
-    _tagfilelist *list = symneedfiles(symbol, nullptr, limit, 0);
-    for (const _tagfilelist *entry = list; entry != nullptr; entry = entry->next) {
-        fuzzrequire(seen.insert(entry->file).second, "a closure holds a file twice");
-        fuzzrequire(entry->symbol->file == entry->file, "a file's symbol is not its own");
-        fuzzrequire(entry->level >= 0 && entry->level <= limit && entry->level <= level + 1,
-                    "a level is wrong");
-        level = entry->level;
-        sum += entry->file->size;
-    }
-    fuzzrequire((list == nullptr) == (symbol->file == nullptr), "a closure misses its start");
-    if (list != nullptr)
-        fuzzrequire(totals[symbol->file->number] == sum, "a total is not the sum of its files");
-    flfree(list);
-}
-
-void checkclosures(const TVKINFO *info, int limit) {
-    GRAPH graph;
-    fuzzrequire(makegraph(&graph, info, false), "no graph");
-    int64_t *totals = linktotals(&graph, limit);
-    for (const _tagfile *file = info->files; file != nullptr; file = file->next) {
-        for (const _tagsymlist *list : {file->defines, file->refers}) {
-            if (list != nullptr)
-                checkclosure(list->symbol, limit, totals);
-        }
-    }
-    gfree(totals);
-    freegraph(&graph);
-}
-
 // Adds the newest symbols of the newest file to the named ones.
 void addnames(const TVKINFO *info, plain::REQUEST *r) {
     if (info->files == nullptr)
@@ -219,6 +180,5 @@ void fuzzinput(const string &input) {
     plain::load(store, bytes);
     addnames(info, &r);
     comparereports(info, store, r);
-    checkclosures(info, r.limit);
     tvkfree(info);
 }

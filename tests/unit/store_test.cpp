@@ -1,6 +1,4 @@
-#include "mem/arena.h"
 #include "mem/galloc.h"
-#include "tool/closure.h"
 #include "tool/options.h"
 #include "tool/paths.h"
 #include "tool/store.h"
@@ -18,8 +16,19 @@ struct Store : testing::Test {
     TVKINFO *info = cinew();
     _tagsymlist *table = info->symtable;
 
+    static void release(_tagsymbol *symbol) {
+        gfree(symbol->name);
+        gfree(symbol);
+    }
     ~Store() override {
         OPTunderscores = 0;
+        for (int i = 0; i < SYMBUCKETS; ++i) {
+            for (_tagsymbol *next = table[i].symbol; next != nullptr;) {
+                _tagsymbol *symbol = next;
+                next = symbol->next;
+                release(symbol);
+            }
+        }
         tvkfree(info);
         EXPECT_EQ(galloccount, blocks);
     }
@@ -53,8 +62,7 @@ TEST_F(Store, StripsUnderscoresUnlessAskedNot) {
             EXPECT_STREQ(symname(symbol), OPTunderscores != 0 ? c.given : c.stripped);
             EXPECT_EQ(symbol->file, nullptr);
             EXPECT_EQ(symbol->next, nullptr);
-            gfree(symbol->name);
-            gfree(symbol);
+            release(symbol);
         }
     }
 }
@@ -119,28 +127,7 @@ TEST_F(Store, FindsWhatWasChainedByHand) {
     _tagsymbol *alone = symadd(own, symnew("alone", TYPE_DATA, SCOPE_LOCAL, 1));
     EXPECT_EQ(symfind(own, "alone"), alone);
     EXPECT_EQ(symfind(table, "alone"), nullptr);
-    gfree(alone->name);
-    gfree(alone);
-}
-
-// The loader's records come from an arena, all others are blocks of their own.
-TEST_F(Store, ReleasesRecordsOfAnyOrigin) {
-    TVKINFO *other = cinew();
-    _tagfile *file = info->files = finew("a.o", "core");
-    file->next = finew("b.o", "");
-    file->source = galloctext("a.c");
-    file->defines = slnew();
-    file->defines->symbol = add("a");
-    char line[] = "b,c.......";
-    SYMENTRY entry = {line, 1, 0, TYPE_UNKNOWN, SCOPE_GLOBAL, nullptr, 0};
-    symprepare(table, &entry);
-    ASSERT_TRUE(symenterall(table, &entry, 1));
-    file->refers = static_cast<_tagsymlist *>(arenaalloc(symarena(table), sizeof(_tagsymlist)));
-    *file->refers = {entry.symbol, slnew()};
-    file->refers->next->symbol = add("c");
-    tvkfree(nullptr);
-    tvkfree(other);
-    EXPECT_EQ(symfind(table, "b"), entry.symbol) << "only the other one was released";
+    release(alone);
 }
 
 TEST_F(Store, KeepsManyNamesApartInChainOrder) {
