@@ -15,7 +15,7 @@
 
 namespace {
 
-// Whether the file's bytes hold the word; true when the file cannot be read.
+// Whether the file's bytes hold the word.
 bool holdsword(const char *path, std::string_view word) {
     char buffer[65536];
     const int file = open(path, O_RDONLY | O_CLOEXEC);
@@ -30,7 +30,7 @@ bool holdsword(const char *path, std::string_view word) {
     }
     if (file >= 0)
         close(file);
-    return found || got < 0;
+    return found;
 }
 
 void copyfile(const char *to, const char *from) {
@@ -61,7 +61,11 @@ void showlibrary(const char *shown, const char *library) {
     }
     appendtext(from, library, sizeof from);
     appendtext(target, from, sizeof target);
-    if (holdsword(from, filepart(shown)) || symlink(target, shown) != 0)
+    struct stat status = {};
+    const bool regular = stat(from, &status) == 0 && S_ISREG(status.st_mode);
+    const bool unsafe = regular && holdsword(from, filepart(shown));
+    const bool linked = !unsafe && symlink(target, shown) == 0;
+    if (regular && !linked)
         copyfile(shown, from);
 }
 

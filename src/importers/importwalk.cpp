@@ -29,10 +29,10 @@ bool islibrary(const TOOLCHAIN *toolchain, const char *source) {
 }
 
 // Lets the lower-case name lead to the object: members are renamed, an object of the user's gets a
-// link beside it. False when that is not possible or another file has the name.
+// link beside it. False when that is not possible, another file has the name, or the listing will.
 bool lowerobject(const IMPORT *import, const char *object, const char *name) {
     struct stat status = {};
-    if (lstat(name, &status) == 0)
+    if (lstat(name, &status) == 0 || strcmp(name, TEMPFILE) == 0)
         return false;
     return (import->library ? rename(object, name) : symlink(object, name)) == 0;
 }

@@ -14,6 +14,8 @@
 #include "search/directory.h"
 
 #include <cstring>
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace {
 
@@ -32,13 +34,13 @@ bool secondword(std::string_view text, std::string_view *word) {
     return takeword(&text, word);
 }
 
-// Reads and terminates the head; returns its length.
+// Reads and terminates the head; returns its length. Does not wait for a writer of a FIFO.
 size_t readhead(const char *object, char (&head)[headBytes]) {
-    size_t length = 0;
-    if (FILE *file = fopen(object, "re")) {
-        length = fread(head, 1, headBytes - 1, file);
-        fclose(file);
-    }
+    const int file = open(object, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    const ssize_t got = file >= 0 ? read(file, head, headBytes - 1) : 0;
+    if (file >= 0)
+        close(file);
+    const size_t length = got > 0 ? static_cast<size_t>(got) : 0;
     head[length] = 0;
     return length;
 }

@@ -116,13 +116,14 @@ void importsource(const char *source, const char *symbolfile) {
     if (issymbolfile(source))
         return;
     lockworkdir(true);
-    if (importerof(OPTobjtype)(source, symbolfile) == 0)
+    if (importerof(OPTobjtype)(source, symbolfile) == 0 && importsignal() == 0)
         toolsay("tolvik: ERROR reading symbols from '%s'\n", source);
 }
 
 // Ends the run by the signal that a command died of. What the batch added to the symbol file, which
 // had `length` bytes before it (none for -1), is taken back.
 void endbysignal(const char *symbolfile, int64_t length) {
+    unlink(TEMPFILE);
     cleanup();
     if (length < 0)
         unlink(symbolfile);

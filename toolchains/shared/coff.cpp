@@ -26,6 +26,7 @@ constexpr size_t BIGHEADERSIZE = 56;
 constexpr size_t SECTIONSIZE = 40;
 constexpr size_t SYMBOLSIZE = 18;
 constexpr size_t LONGESTNAME = 205; // readers take 255 characters of a line, columns included
+constexpr size_t LONGESTTEXT = 250; // of names that are read, and of a line after four columns
 
 struct OBJECT {
     const unsigned char *bytes;
@@ -75,7 +76,7 @@ std::string_view string_at(OBJECT *object, uint64_t offset) {
         object->fault = "a name lies outside its string table";
         return "";
     }
-    const std::string_view rest = object->strings.substr(static_cast<size_t>(offset));
+    const std::string_view rest = object->strings.substr(static_cast<size_t>(offset), LONGESTTEXT);
     return rest.substr(0, rest.find('\0'));
 }
 
@@ -198,13 +199,19 @@ void settle(OBJECT *object, SYMBOL *symbol) {
     }
 }
 
-// Control characters would break the line.
-void print_line(FILE *out, std::string_view text) {
+// Prints at most so many characters. Control characters would break the line.
+void print_line(FILE *out, std::string_view text, size_t most) {
     for (const char c : text) {
-        if (c >= 0 && c < ' ') {
-            fputc('^', out);
+        const bool control = c >= 0 && c < ' ';
+        if (most < (control ? 2 : 1)) {
+            break;
         }
-        fputc(c >= 0 && c < ' ' ? c + '@' : c, out);
+        if (control) {
+            fputc('^', out);
+            most--;
+        }
+        fputc(control ? c + '@' : c, out);
+        most--;
     }
     fputc('\n', out);
 }
@@ -238,7 +245,7 @@ void print_columns(FILE *out, const SYMBOL *symbol) {
 
 void print_symbol(FILE *out, const SYMBOL *symbol) {
     print_columns(out, symbol);
-    print_line(out, symbol->name.substr(0, LONGESTNAME));
+    print_line(out, symbol->name, LONGESTNAME);
 }
 
 void print_symbols(OBJECT *object, FILE *out) {
@@ -251,7 +258,7 @@ void print_symbols(OBJECT *object, FILE *out) {
         fprintf(out, "COFF SYMBOL TABLE\n");
         print_symbol(out, &symbol);
         fprintf(out, "    ");
-        print_line(out, source);
+        print_line(out, source, LONGESTTEXT);
     }
     for (size_t index = 0; next_symbol(object, &index, &symbol);) {
         settle(object, &symbol);
@@ -270,7 +277,7 @@ void print_import(const OBJECT *object, FILE *out) {
             SYMBOL symbol = {0, "", 0, SECTION_COMMON, 0, CLASS_EXTERNAL, 0, nullptr};
             print_columns(out, &symbol);
             fputs(prefix, out);
-            print_line(out, name);
+            print_line(out, name, LONGESTNAME - strlen(prefix));
         }
     }
 }

@@ -96,7 +96,7 @@ bool list_sections(LISTING *listing) {
             return false;
         }
         char *name = listing->sections[index].name;
-        copy_name(name, SECTIONSIZE, section.name, strlen(section.name));
+        copy_name(name, SECTIONSIZE, section.name, strnlen(section.name, ELFNAMESIZE));
         std::replace(name, name + strlen(name), ' ', '_');
         listing->sections[index].executable = section.header.sh_flags & SHF_EXECINSTR;
         if (section.header.sh_flags & SHF_ALLOC) {
@@ -128,7 +128,8 @@ const char *kind_of(const ELFSYMBOL *symbol, const SECTION *section) {
 
 void print_symbol(LISTING *listing, const ELFSYMBOL *symbol) {
     static const char *const places[] = {"UNDEF", "", "ABS", "COMMON"};
-    size_t size = std::min(elf_name_size(symbol->name), strcspn(symbol->name, " "));
+    size_t size = elf_name_size(symbol->name);
+    size = static_cast<size_t>(std::find(symbol->name, symbol->name + size, ' ') - symbol->name);
     if (!size) {
         return;
     }

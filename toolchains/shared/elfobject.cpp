@@ -6,11 +6,10 @@ namespace {
 
 enum { LARGE_COMMON = 0xff02 }; // x86-64, not in elf.h
 
-// Null unless a string starts at the offset and ends within the table.
+// Null unless a string starts at the offset. Tables end with a NUL, so that the string does too.
 const char *string_at(BYTES table, size_t offset) {
-    BYTES rest = part_of(table, offset, table.size);
-    bool ended = rest.size && memchr(rest.data, 0, rest.size);
-    return ended ? reinterpret_cast<const char *>(rest.data) : nullptr;
+    bool inside = offset < table.size && !table.data[table.size - 1];
+    return inside ? reinterpret_cast<const char *>(table.data + offset) : nullptr;
 }
 
 bool read_header(const ELFOBJECT *object, size_t index, GElf_Shdr *header) {
@@ -164,5 +163,7 @@ bool elf_read_symbol(const ELFOBJECT *object, size_t index, ELFSYMBOL *symbol) {
 }
 
 size_t elf_name_size(const char *name) {
-    return *name ? 1 + strcspn(name + 1, "@") : 0;
+    size_t size = strnlen(name, ELFNAMESIZE);
+    const void *version = size ? memchr(name + 1, '@', size - 1) : nullptr;
+    return version ? static_cast<size_t>(static_cast<const char *>(version) - name) : size;
 }

@@ -46,7 +46,11 @@ void elf_close_object(ELFOBJECT *object);
 bool elf_read_section(const ELFOBJECT *object, size_t index, ELFSECTION *section);
 bool elf_read_symbol(const ELFOBJECT *object, size_t index, ELFSYMBOL *symbol);
 
-/* The size of a symbol's name without the version that follows a '@'. */
+/* The most characters of a name that are looked at, so that long names which many symbols share
+   cost no quadratic time. */
+enum { ELFNAMESIZE = 4096 };
+
+/* The size of a symbol's name without the version that follows a '@', at most ELFNAMESIZE. */
 size_t elf_name_size(const char *name);
 
 #endif

@@ -6,13 +6,13 @@
 
 namespace {
 
-enum { ROWBYTES = 16, NAMESIZE = 4096 };
+enum { ROWBYTES = 16, NAMELENGTH = 219 };
+enum { LINELENGTH = 255, COLUMNS = 12 }; // of a symbol: flags, separators and line feed
 
-// Control characters would end a line or a field: they become ^X. Readers take far less than
-// NAMESIZE; the limit keeps the listing of a hostile object small.
+// Control characters would end a line or a field: they become ^X.
 std::string printable(const char *name, size_t size) {
     std::string text;
-    for (size = std::min<size_t>(size, NAMESIZE); size; size--, name++) {
+    for (; size; size--, name++) {
         bool control = static_cast<unsigned char>(*name) < ' ' || *name == 0x7F;
         text += control ? "^" : "";
         text += control ? static_cast<char>(*name ^ 0x40) : *name;
@@ -21,7 +21,7 @@ std::string printable(const char *name, size_t size) {
 }
 
 std::string section_name(const ELFSECTION *section, const OBJDUMPFORM *form) {
-    std::string name = printable(section->name, strlen(section->name));
+    std::string name = printable(section->name, strnlen(section->name, ELFNAMESIZE));
     if (form->word) {
         std::replace(name.begin(), name.end(), ' ', '_');
     }
@@ -73,6 +73,18 @@ void set_flags(const ELFSYMBOL *symbol, char *flags) {
     }
 }
 
+// Shortens the texts of a line, so that readers take it for one. Names are cut to one length, so
+// that definitions and references still meet; a section's name is not cut to that of another one.
+void fit_line(std::string *place, std::string *name, const OBJDUMPFORM *form) {
+    size_t room = LINELENGTH - COLUMNS - static_cast<size_t>(2 * form->digits);
+    size_t longest = std::min<size_t>(NAMELENGTH, room - strlen("*UND*"));
+    name->resize(std::min(name->size(), longest));
+    if (place->size() > room - name->size()) {
+        place->resize(room - name->size());
+        place->back() = '~';
+    }
+}
+
 bool list_symbol(DUMP *dump, const ELFOBJECT *object, const ELFSYMBOL *symbol,
                  const OBJDUMPFORM *form) {
     static const char *const places[] = {"*UND*", "", "*ABS*", "*COM*"};
@@ -86,10 +98,11 @@ bool list_symbol(DUMP *dump, const ELFOBJECT *object, const ELFSYMBOL *symbol,
         }
         place = section_name(&section, form);
         if (symbol->type == STT_SECTION && name.empty()) {
-            name = printable(section.name, strlen(section.name));
+            name = printable(section.name, strnlen(section.name, ELFNAMESIZE));
         }
         value += object->header.e_type == ET_REL ? section.header.sh_addr : 0;
     }
+    fit_line(&place, &name, form);
     unsigned long long most = form->digits == 8 ? 0xFFFFFFFF : ~0ULL;
     char flags[8];
     set_flags(symbol, flags);

@@ -17,6 +17,9 @@ for signal in 2 3; do
         expect_files B.o a.o lib.a old.tvk
     done
 done
+STUB_SAY_DUMP='kill -INT $PPID $$' run -v1 -tsgi a.o=new.tvk
+expect_status 130
+expect_err </dev/null
 unset STUB_SAY_DUMP
 STUB_SAY_EXTRACT='kill -INT $PPID $$' run -v1 -tgc lib.a=new.tvk
 expect_status 130

@@ -169,3 +169,14 @@ for file in sub/g.o sub/inner.a; do
         done
     done
 done
+
+# A name of 180 characters, also in its section's name, is read whole from every listing.
+name=$(printf '%0180d' 0 | tr 0 x)
+echo "int $name(void) { return 1; }" >long.c
+echo "int $name(void); int h(void) { return $name(); }" >user.c
+gcc -ffunction-sections -c long.c user.c
+for type in gc ps2 sgi; do
+    run -v1 -t$type -ref -s"$name" long.o=long.tvk user.o
+    run -v1 -ref -def -s"$name" long.tvk
+    expect_has out "long.o        1 refs"
+done
