@@ -60,15 +60,6 @@ void *arenaalloc(ARENA *arena, size_t size) {
     return memory;
 }
 
-bool arenaowns(const ARENA *arena, const void *memory) {
-    const auto address = reinterpret_cast<uintptr_t>(memory);
-    for (const ARENABLOCK *block = arena->newest; block != nullptr; block = block->previous) {
-        if (address - reinterpret_cast<uintptr_t>(block) < block->bytes)
-            return true;
-    }
-    return false;
-}
-
 void arenafree(ARENA *arena) {
     while (arena->newest != nullptr) {
         ARENABLOCK *block = arena->newest;

@@ -18,9 +18,6 @@ struct ARENA {
 // `size` bytes, at least 1, not cleared, aligned to 8; null when memory runs out.
 void *arenaalloc(ARENA *arena, size_t size);
 
-// Whether the memory was handed out by the arena.
-bool arenaowns(const ARENA *arena, const void *memory);
-
 // Gives back all that the arena handed out; it is then empty.
 void arenafree(ARENA *arena);
 
