@@ -99,7 +99,10 @@ TEST_F(Report, TakesStoresMadeByHand) {
                            "            far.o (40) [far]\n    Total: 70 bytes\n"),
                   string::npos);
         EXPECT_EQ(symbols(made, "all", 1), one);
-        EXPECT_EQ(symbols(made, "main", 6), one + one + one + one + one + one);
+        string six;
+        for (int i = 0; i < 6; ++i)
+            six += one;
+        EXPECT_EQ(symbols(made, "main", 6), six);
     }
 }
 
