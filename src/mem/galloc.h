@@ -44,7 +44,7 @@ template <typename T> void grelease(T *&block) {
     block = nullptr;
 }
 
-// Makes room for one more element behind the first `count` of an array that holds `room`, by
+// Makes room for one more element after the first `count` of an array that holds `room`, by
 // doubling it. False when memory runs out, with nothing changed.
 template <typename T, typename N> bool growarray(T *&array, N count, N &room) {
     if (count < room)
