@@ -1,11 +1,11 @@
 // The parts of a run on a large symbol file: reading lines, entering and finding names,
 // closures, totals and report writing.
 #include "mem/galloc.h"
-#include "tool/closure.h"
-#include "tool/loader.h"
-#include "tool/options.h"
-#include "tool/report.h"
-#include "tool/totals.h"
+#include "report/closure.h"
+#include "report/report.h"
+#include "report/totals.h"
+#include "symbols/loader.h"
+#include "symbols/options.h"
 
 #include <benchmark/benchmark.h>
 #include <climits>

@@ -1,10 +1,10 @@
 #include "brax/builtin.h"
 
-#include "brax/fields.h"
+#include "base/fields.h"
+#include "base/options.h"
+#include "base/text.h"
 #include "brax/help.h"
-#include "brax/options.h"
 #include "brax/run.h"
-#include "brax/text.h"
 #include "mem/galloc.h"
 
 #include <cstdio>

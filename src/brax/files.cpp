@@ -1,6 +1,6 @@
 #include "brax/files.h"
 
-#include "brax/text.h"
+#include "base/text.h"
 #include "mem/gstream.h"
 
 #include <cstdio>

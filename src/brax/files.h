@@ -1,7 +1,7 @@
 // Whole files in and out of memory, and the progress texts shown around that.
 #pragma once
 
-#include "brax/options.h"
+#include "base/options.h"
 
 #include <cstdint>
 

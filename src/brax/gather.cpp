@@ -1,9 +1,9 @@
 // Gathers the option text of a run.
+#include "base/fields.h"
+#include "base/text.h"
 #include "brax/builtin.h"
-#include "brax/fields.h"
 #include "brax/help.h"
 #include "brax/run.h"
-#include "brax/text.h"
 
 #include <cstdio>
 #include <cstdlib>

@@ -1,8 +1,8 @@
 #include "brax/help.h"
 
-#include "brax/options.h"
-#include "brax/shellword.h"
-#include "brax/text.h"
+#include "base/options.h"
+#include "base/shellword.h"
+#include "base/text.h"
 
 #include <cstdio>
 #include <cstdlib>

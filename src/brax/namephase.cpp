@@ -1,10 +1,10 @@
 // The name phase: pairs the names of a batch with their destinations and fills the search
 // list with them.
+#include "base/fields.h"
+#include "base/text.h"
 #include "brax/builtin.h"
-#include "brax/fields.h"
 #include "brax/names.h"
 #include "brax/run.h"
-#include "brax/text.h"
 #include "mem/galloc.h"
 
 #include <cstring>

@@ -1,9 +1,9 @@
 #include "brax/names.h"
 
+#include "base/fields.h"
+#include "base/options.h"
+#include "base/text.h"
 #include "brax/builtin.h"
-#include "brax/fields.h"
-#include "brax/options.h"
-#include "brax/text.h"
 
 #include <cstring>
 

@@ -3,10 +3,10 @@
 // It stands either between options or in an option, behind a '-'. Built-in options may
 // follow one another in one word; whatever the program's own callback leaves of a word is
 // read between options, that is as a name.
+#include "base/fields.h"
+#include "base/text.h"
 #include "brax/builtin.h"
-#include "brax/fields.h"
 #include "brax/run.h"
-#include "brax/text.h"
 
 #include <cstring>
 

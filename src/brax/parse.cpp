@@ -1,9 +1,9 @@
 #include "brax/parse.h"
 
+#include "base/text.h"
 #include "brax/builtin.h"
 #include "brax/help.h"
 #include "brax/run.h"
-#include "brax/text.h"
 #include "mem/galloc.h"
 #include "search/argv.h"
 #include "search/find.h"

@@ -11,7 +11,7 @@
 // call scans it up to the next batch separator (';', or '^' followed by '&').
 #pragma once
 
-#include "brax/options.h"
+#include "base/options.h"
 
 // Registers the program's callbacks and version history (any may be null) and sets the
 // option defaults.

@@ -2,11 +2,11 @@
 // expanded is one RESPONSE record, the file that named it is the one below.
 #include "brax/response.h"
 
-#include "brax/fields.h"
+#include "base/fields.h"
+#include "base/options.h"
+#include "base/text.h"
 #include "brax/files.h"
-#include "brax/options.h"
 #include "brax/run.h"
-#include "brax/text.h"
 #include "mem/galloc.h"
 
 #include <climits>

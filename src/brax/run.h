@@ -2,7 +2,7 @@
 // have files of their own. Private to the framework.
 #pragma once
 
-#include "brax/options.h"
+#include "base/options.h"
 #include "search/list.h"
 
 #include <cstddef>

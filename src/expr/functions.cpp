@@ -2,7 +2,7 @@
 // every evaluator has registered.
 #include "expr/internal.h"
 
-#include "brax/text.h"
+#include "base/text.h"
 
 #include <cctype>
 #include <cmath>
@@ -117,6 +117,13 @@ double callseparately(EXPRFUNC2 function, const EXPRCALL *call) {
 }
 
 } // namespace
+
+void EXPR_addfunc(EXPR *evaluator, const char *name, EXPRFUNC function, int kind) {
+    if (evaluator->functionCount >= EXPRMAXFUNCTIONS)
+        return;
+    evaluator->functions[evaluator->functionCount] = {function, kind};
+    HASH_add(evaluator->functionTable, name, evaluator->functionCount++);
+}
 
 void InitFunctions(EXPR *e) {
     add(e, "max", maximum);

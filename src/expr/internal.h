@@ -185,18 +185,11 @@ const char *AddName(EXPR *e, const char *name, int64_t length);
 // Ends the program because the stacks would meet.
 [[noreturn]] void EXPR_overflow(EXPR *e);
 
-// Makes sure that one more value fits between the stacks.
-inline void ParseSpace(EXPR *e) {
-    const auto *top = reinterpret_cast<const unsigned char *>(e->operators);
-    const auto *bottom = reinterpret_cast<const unsigned char *>(e->values);
-    if (top - bottom < static_cast<ptrdiff_t>(sizeof(EXPRVALUE)))
-        EXPR_overflow(e);
-}
-
 // Reports an error and remembers that there was one.
 void Error(EXPR *e, int32_t number, int32_t position);
 
-// A block that must be had: ends the program when it cannot.
+// Report that memory ran out and end the program; EXPR_require allocates or does that.
+[[noreturn]] void EXPR_outofmemory(EXPR *e);
 void *EXPR_require(EXPR *e, int64_t bytes);
 
 // Releases the evaluator and ends the program with exit status 10.

@@ -1,7 +1,7 @@
 // Operands: numbers, character constants and names.
 #include "expr/internal.h"
 
-#include "brax/text.h"
+#include "base/text.h"
 
 #include <cstdio>
 #include <cstring>

@@ -2,7 +2,7 @@
 // as far as precedence allows and is then pushed; nothing is kept but the two stacks.
 #include "expr/internal.h"
 
-#include "brax/text.h"
+#include "base/text.h"
 
 #include <algorithm>
 #include <cstring>
@@ -90,6 +90,14 @@ bool syntaxerror(const PARSER *parser, const char *p) {
 void skipblanks(PARSER *parser) {
     while (charat(parser, parser->p) == ' ')
         ++parser->p;
+}
+
+// Ends the program unless one more value fits between the stacks.
+void ParseSpace(EXPR *e) {
+    const auto *top = reinterpret_cast<const unsigned char *>(e->operators);
+    const auto *bottom = reinterpret_cast<const unsigned char *>(e->values);
+    if (top - bottom < static_cast<ptrdiff_t>(sizeof(EXPRVALUE)))
+        EXPR_overflow(e);
 }
 
 void pushoperator(EXPR *e, uint8_t code, int32_t precedence) {

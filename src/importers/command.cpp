@@ -1,7 +1,7 @@
 #include "importers/command.h"
 
-#include "brax/shellword.h"
-#include "brax/text.h"
+#include "base/shellword.h"
+#include "base/text.h"
 
 #include <csignal>
 #include <cstdio>

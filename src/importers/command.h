@@ -1,7 +1,7 @@
 // The commands that importers run, through the shell.
 #pragma once
 
-#include "brax/options.h"
+#include "base/options.h"
 
 // Size of a command: each character of a name takes up to three.
 constexpr int COMMANDSIZE = 3 * BRAXFIELDSIZE + 256;

@@ -2,10 +2,10 @@
 // name in its command. A link with that name leads to the library while the extractor runs.
 #include "importers/extract.h"
 
-#include "brax/text.h"
+#include "base/text.h"
 #include "importers/command.h"
 #include "importers/tempdir.h"
-#include "tool/options.h"
+#include "symbols/options.h"
 
 #include <cstdio>
 #include <cstring>

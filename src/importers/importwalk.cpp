@@ -1,12 +1,12 @@
 #include "importers/importwalk.h"
 
-#include "brax/text.h"
+#include "base/text.h"
 #include "importers/command.h"
 #include "importers/extract.h"
 #include "importers/members.h"
+#include "importers/paths.h"
 #include "importers/tempdir.h"
-#include "tool/options.h"
-#include "tool/paths.h"
+#include "symbols/options.h"
 
 #include <cerrno>
 #include <cstring>

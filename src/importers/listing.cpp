@@ -1,6 +1,6 @@
 #include "importers/listing.h"
 
-#include "brax/text.h"
+#include "base/text.h"
 
 #include <algorithm>
 

@@ -11,7 +11,7 @@
 //       Summary
 //
 //               1A .text
-#include "brax/text.h"
+#include "base/text.h"
 #include "importers/importers.h"
 #include "importers/importwalk.h"
 #include "importers/parsers.h"

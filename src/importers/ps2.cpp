@@ -13,7 +13,7 @@
 //      0000 67616d65 2f707332 2f72656e 6465722e  game/ps2/render.
 //                          ^                     ^
 //     column of the section's name: 21           43  the bytes as text
-#include "brax/text.h"
+#include "base/text.h"
 #include "importers/importers.h"
 #include "importers/importwalk.h"
 #include "importers/parsers.h"

@@ -7,7 +7,7 @@
 // The source file's name is in the object itself, after a folder called LIB:
 //
 //     C:\LIB\SRC\MAIN.C:
-#include "brax/text.h"
+#include "base/text.h"
 #include "importers/importers.h"
 #include "importers/importwalk.h"
 #include "importers/parsers.h"

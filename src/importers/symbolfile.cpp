@@ -1,7 +1,7 @@
 #include "importers/symbolfile.h"
 
-#include "tool/options.h"
-#include "tool/store.h"
+#include "symbols/options.h"
+#include "symbols/store.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include "importers/tempdir.h"
 
-#include "tool/options.h"
+#include "symbols/options.h"
 
 #include <cerrno>
 #include <dirent.h>

@@ -1,6 +1,6 @@
 #include "range/range.h"
 
-#include "brax/text.h"
+#include "base/text.h"
 
 #include <cstring>
 

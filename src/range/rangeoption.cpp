@@ -1,7 +1,7 @@
 #include "range/range.h"
 
-#include "brax/fields.h"
-#include "brax/options.h"
+#include "base/fields.h"
+#include "base/options.h"
 
 #include <cstdlib>
 

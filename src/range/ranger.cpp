@@ -1,6 +1,6 @@
 #include "range/ranger.h"
 
-#include "brax/text.h"
+#include "base/text.h"
 #include "mem/galloc.h"
 
 #include <algorithm>

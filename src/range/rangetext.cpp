@@ -8,7 +8,7 @@
 // in the product of both lengths.
 #include "range/range.h"
 
-#include "brax/text.h"
+#include "base/text.h"
 #include "mem/galloc.h"
 
 #include <cstring>

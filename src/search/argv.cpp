@@ -1,7 +1,7 @@
 #include "search/argv.h"
 
-#include "brax/options.h"
-#include "brax/text.h"
+#include "base/options.h"
+#include "base/text.h"
 #include "mem/galloc.h"
 
 #include <climits>

@@ -5,8 +5,8 @@
 // and destination moved there) is made when the first name asks for it.
 #include "search/find.h"
 
-#include "brax/options.h"
-#include "brax/text.h"
+#include "base/options.h"
+#include "base/text.h"
 #include "mem/galloc.h"
 #include "search/nameindex.h"
 #include "search/record.h"

@@ -2,8 +2,8 @@
 //
 // A component without wildcards is looked at directly where the matcher allows it, so that a
 // batch of many such names costs a few system calls each instead of a listing each.
-#include "brax/options.h"
-#include "brax/text.h"
+#include "base/options.h"
+#include "base/text.h"
 #include "mem/galloc.h"
 #include "search/find.h"
 #include "search/record.h"

@@ -2,8 +2,8 @@
 // hundred thousand names or files cost no more than their own copies.
 #include "search/list.h"
 
-#include "brax/options.h"
-#include "brax/text.h"
+#include "base/options.h"
+#include "base/text.h"
 #include "mem/galloc.h"
 
 #include <cstring>

@@ -1,6 +1,6 @@
 #include "search/nameindex.h"
 
-#include "brax/text.h"
+#include "base/text.h"
 #include "mem/galloc.h"
 #include "search/record.h"
 

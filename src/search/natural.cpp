@@ -5,7 +5,7 @@
 // stand beside it and decide most comparisons.
 #include "search/natural.h"
 
-#include "brax/text.h"
+#include "base/text.h"
 #include "mem/galloc.h"
 
 #include <algorithm>

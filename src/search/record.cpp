@@ -1,7 +1,7 @@
 #include "search/record.h"
 
-#include "brax/options.h"
-#include "brax/text.h"
+#include "base/options.h"
+#include "base/text.h"
 #include "mem/galloc.h"
 #include "search/relative.h"
 #include "wild/wild.h"

@@ -2,8 +2,8 @@
 // matcher's hook, and recording what was found. Private to this folder.
 #pragma once
 
+#include "base/growtext.h"
 #include "search/directory.h"
-#include "search/growtext.h"
 #include "search/list.h"
 
 // The name behind its last '/' or '\'; unlike for filepart, a ':' belongs to it.

@@ -1,6 +1,6 @@
 #include "search/relative.h"
 
-#include "brax/text.h"
+#include "base/text.h"
 #include "mem/galloc.h"
 
 #include <cstddef>

@@ -1,9 +1,9 @@
 #include "search/rules.h"
 
-#include "brax/options.h"
-#include "brax/text.h"
+#include "base/growtext.h"
+#include "base/options.h"
+#include "base/text.h"
 #include "mem/galloc.h"
-#include "search/growtext.h"
 #include "search/record.h"
 #include "wild/wild.h"
 

@@ -1,7 +1,7 @@
 #include "search/sort.h"
 
-#include "brax/options.h"
-#include "brax/text.h"
+#include "base/options.h"
+#include "base/text.h"
 #include "mem/galloc.h"
 #include "search/argv.h"
 #include "search/natural.h"

@@ -9,8 +9,8 @@
 // what was still to be visited below it.
 #pragma once
 
+#include "base/growtext.h"
 #include "search/directory.h"
-#include "search/growtext.h"
 
 #include <cstdint>
 #include <sys/types.h>

@@ -1,8 +1,8 @@
 #include "tool/analysis.h"
 
-#include "tool/loader.h"
-#include "tool/options.h"
-#include "tool/report.h"
+#include "report/report.h"
+#include "symbols/loader.h"
+#include "symbols/options.h"
 
 int tolvik(const char *symbolfile, const char *reportfile) {
     // Leak checkers see a store that a variable leads to as reachable; "volatile" keeps it.

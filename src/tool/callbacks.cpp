@@ -1,9 +1,9 @@
 #include "tool/callbacks.h"
 
-#include "brax/fields.h"
-#include "brax/text.h"
+#include "base/fields.h"
+#include "base/text.h"
 #include "mem/galloc.h"
-#include "tool/options.h"
+#include "symbols/options.h"
 
 #include <cstring>
 

@@ -4,16 +4,16 @@
 // The command line comes in batches. Each batch names a symbol file, which the importer of
 // the chosen object type fills from the batch's sources; after the last batch the symbol
 // file is loaded and reported on.
+#include "base/text.h"
 #include "brax/parse.h"
-#include "brax/text.h"
 #include "importers/command.h"
 #include "importers/importers.h"
 #include "importers/tempdir.h"
+#include "report/report.h"
 #include "search/argv.h"
+#include "symbols/options.h"
 #include "tool/analysis.h"
 #include "tool/callbacks.h"
-#include "tool/options.h"
-#include "tool/report.h"
 #include "tool/usage.h"
 
 #include <cerrno>

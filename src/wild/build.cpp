@@ -1,5 +1,5 @@
 // The building half: reads the destination and writes the output.
-#include "brax/options.h"
+#include "base/options.h"
 #include "range/range.h"
 #include "wild/mathrules.h"
 #include "wild/wildstate.h"

@@ -2,7 +2,7 @@
 //
 // A step that fails still compares the literal run behind its wildcard before the match ends:
 // the length that is then reported counts those characters, and callers see it.
-#include "brax/options.h"
+#include "base/options.h"
 #include "wild/wildstate.h"
 
 #include <cstring>

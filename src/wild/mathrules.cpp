@@ -1,7 +1,7 @@
 #include "wild/mathrules.h"
 
-#include "brax/options.h"
-#include "brax/text.h"
+#include "base/options.h"
+#include "base/text.h"
 #include "expr/expr.h"
 #include "mem/galloc.h"
 #include "wild/wild.h"

@@ -1,7 +1,7 @@
 // What the matching half hands to the building half of one string match. Private to wild/.
 #pragma once
 
-#include "brax/text.h"
+#include "base/text.h"
 #include "wild/wild.h"
 
 #include <cstddef>

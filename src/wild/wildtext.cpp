@@ -1,5 +1,5 @@
 // The settings and the small text helpers of the matcher.
-#include "brax/options.h"
+#include "base/options.h"
 #include "mem/galloc.h"
 #include "range/range.h"
 #include "wild/wildstate.h"

@@ -6,12 +6,12 @@
 // the response file "list"; behind a third the response file "more".
 #include "fuzz.h"
 
-#include "brax/options.h"
+#include "base/options.h"
 #include "brax/parse.h"
 #include "mem/galloc.h"
 #include "search/argv.h"
+#include "symbols/options.h"
 #include "tool/callbacks.h"
-#include "tool/options.h"
 
 #include <cerrno>
 #include <cstdlib>

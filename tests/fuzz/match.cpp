@@ -2,7 +2,7 @@
 // chooses the entry point.
 #include "fuzz.h"
 
-#include "brax/options.h"
+#include "base/options.h"
 #include "mem/galloc.h"
 #include "wild/mathrules.h"
 #include "wild/wild.h"

@@ -3,7 +3,7 @@
 // the defaults.
 #include "fuzz.h"
 
-#include "brax/options.h"
+#include "base/options.h"
 #include "expr/expr.h"
 #include "mem/galloc.h"
 #include "range/range.h"

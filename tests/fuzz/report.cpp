@@ -8,8 +8,8 @@
 #include "fuzz.h"
 
 #include "../unit/plain_store.h"
-#include "tool/loader.h"
-#include "tool/report.h"
+#include "report/report.h"
+#include "symbols/loader.h"
 
 #include <climits>
 #include <sys/mman.h>

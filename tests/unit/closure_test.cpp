@@ -1,8 +1,8 @@
 #include "plain_store.h"
 
 #include "mem/galloc.h"
-#include "tool/closure.h"
-#include "tool/totals.h"
+#include "report/closure.h"
+#include "report/totals.h"
 
 #include <gtest/gtest.h>
 #include <memory>

@@ -1,5 +1,5 @@
-#include "brax/fields.h"
-#include "brax/options.h"
+#include "base/fields.h"
+#include "base/options.h"
 
 #include <gtest/gtest.h>
 #include <string>

@@ -1,6 +1,6 @@
 #include "search_tree.h"
 
-#include "tool/loader.h"
+#include "symbols/loader.h"
 
 #include <gtest/gtest.h>
 

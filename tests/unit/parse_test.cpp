@@ -1,8 +1,8 @@
+#include "base/fields.h"
+#include "base/text.h"
 #include "brax/builtin.h"
-#include "brax/fields.h"
 #include "brax/names.h"
 #include "brax/parse.h"
-#include "brax/text.h"
 #include "mem/galloc.h"
 #include "search/argv.h"
 

@@ -2,8 +2,8 @@
 // no sharing, no thought of speed. The program's own must show the same, byte for byte.
 #pragma once
 
-#include "brax/text.h"
-#include "tool/options.h"
+#include "base/text.h"
+#include "symbols/options.h"
 
 #include <algorithm>
 #include <cstdarg>

@@ -3,8 +3,8 @@
 #include "plain_store.h"
 #include "search_tree.h"
 
-#include "tool/loader.h"
-#include "tool/report.h"
+#include "report/report.h"
+#include "symbols/loader.h"
 
 #include <climits>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
-#include "tool/closure.h"
-#include "tool/options.h"
-#include "tool/report.h"
+#include "report/closure.h"
+#include "report/report.h"
+#include "symbols/options.h"
 
 #include <climits>
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
+#include "base/options.h"
 #include "brax/files.h"
-#include "brax/options.h"
 #include "brax/response.h"
 #include "mem/galloc.h"
 #include "search_tree.h"

@@ -1,5 +1,5 @@
-#include "brax/options.h"
-#include "brax/text.h"
+#include "base/options.h"
+#include "base/text.h"
 #include "mem/galloc.h"
 #include "search/argv.h"
 #include "search/list.h"

@@ -1,4 +1,4 @@
-#include "brax/options.h"
+#include "base/options.h"
 #include "mem/galloc.h"
 #include "search/argv.h"
 #include "search/natural.h"

@@ -1,7 +1,7 @@
+#include "importers/paths.h"
 #include "mem/galloc.h"
-#include "tool/options.h"
-#include "tool/paths.h"
-#include "tool/store.h"
+#include "symbols/options.h"
+#include "symbols/store.h"
 
 #include <gtest/gtest.h>
 #include <string>

@@ -1,6 +1,6 @@
 #include "wild/wild.h"
 
-#include "brax/options.h"
+#include "base/options.h"
 #include "mem/galloc.h"
 #include "wild/mathrules.h"
 

@@ -12,7 +12,7 @@
 //
 // Time is references times groups / 512 at worst, memory 64 bytes a group. With a level limit
 // the order of the walk matters, so every file is walked.
-#include "tool/totals.h"
+#include "report/totals.h"
 
 #include "mem/arena.h"
 #include "mem/galloc.h"

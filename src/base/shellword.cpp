@@ -1,6 +1,6 @@
-#include "brax/shellword.h"
+#include "base/shellword.h"
 
-#include "brax/text.h"
+#include "base/text.h"
 
 #include <cstring>
 

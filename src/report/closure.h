@@ -5,7 +5,7 @@
 // file where it was first reached; it is not looked at again from a lower level.
 #pragma once
 
-#include "tool/store.h"
+#include "symbols/store.h"
 
 // Adds to the closure `list` (null for a new one) what the symbol, reached at `level`,
 // brings into a link, and returns its head. Files reached at `limit` or beyond are listed

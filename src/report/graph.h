@@ -3,7 +3,7 @@
 // store as it was when the graph was made.
 #pragma once
 
-#include "tool/store.h"
+#include "symbols/store.h"
 
 // References of one file to the same other file lead nowhere new, so of those only the first
 // is kept; the order is that of the refers lists. Files are numbered as in the store's list,

@@ -2,7 +2,7 @@
 // callback and main write them, the importers, the loader and the reports read them.
 #pragma once
 
-#include "brax/options.h"
+#include "base/options.h"
 
 // Object file types of "-t<type>".
 enum OBJTYPE { OBJTYPE_SGI = 1, OBJTYPE_N64, OBJTYPE_PC, OBJTYPE_PSX, OBJTYPE_PS2, OBJTYPE_GC };

@@ -7,7 +7,7 @@
 // name, defining file, references, own size and size of everything linked in.
 #pragma once
 
-#include "tool/store.h"
+#include "symbols/store.h"
 
 #include <cstdio>
 

@@ -1,10 +1,9 @@
+// What users of the evaluator call: opening, values of names, values of texts.
 #include "expr/expr.h"
 
-#include "brax/options.h"
 #include "expr/internal.h"
 #include "mem/galloc.h"
 
-#include <cstdlib>
 #include <cstring>
 #include <new>
 
@@ -14,27 +13,7 @@ namespace {
 // buckets costs.
 constexpr int32_t functionBuckets = 256;
 
-void freeblocks(EXPRBLOCK *block) {
-    while (block != nullptr) {
-        EXPRBLOCK *next = block->next;
-        gfree(block);
-        block = next;
-    }
-}
-
-[[noreturn]] void outofmemory(EXPR *e) {
-    BRAX_say("Out of memory!\n");
-    quit_cleanup(e);
-}
-
 } // namespace
-
-void *EXPR_require(EXPR *e, int64_t bytes) {
-    void *block = gallocarray<char>(bytes);
-    if (block == nullptr)
-        outofmemory(e);
-    return block;
-}
 
 EXPR *EXPR_open() {
     void *room = gallocarray<EXPR>(1);
@@ -63,23 +42,11 @@ EXPR *EXPR_open() {
         static_cast<EXPRFUNCTION *>(EXPR_require(e, sizeof(EXPRFUNCTION) * EXPRMAXFUNCTIONS));
     e->functionTable = HASH_init(functionBuckets);
     if (e->functionTable == nullptr)
-        outofmemory(e);
+        EXPR_outofmemory(e);
     InitFunctions(e);
     if (e->functionTable->count != e->functionCount)
-        outofmemory(e);
+        EXPR_outofmemory(e);
     return e;
-}
-
-void EXPR_close(EXPR *evaluator) {
-    if (evaluator == nullptr)
-        return;
-    HASH_purge(evaluator->functionTable);
-    grelease(evaluator->functions);
-    grelease(evaluator->calls);
-    grelease(evaluator->chains);
-    freeblocks(evaluator->symbolBlocks);
-    freeblocks(evaluator->nameBlocks);
-    gfree(evaluator);
 }
 
 int EXPR_set(EXPR *evaluator, const char *name, double value) {
@@ -105,32 +72,4 @@ double EXPR_get(EXPR *evaluator, const char *text, int64_t length) {
 
 int EXPR_error(const EXPR *evaluator) {
     return evaluator->error;
-}
-
-void EXPR_addfunc(EXPR *evaluator, const char *name, EXPRFUNC function, int kind) {
-    if (evaluator->functionCount >= EXPRMAXFUNCTIONS)
-        return;
-    evaluator->functions[evaluator->functionCount] = {function, kind};
-    HASH_add(evaluator->functionTable, name, evaluator->functionCount++);
-}
-
-void Error(EXPR *e, int32_t number, int32_t position) {
-    if (number == EXPRUNDEFINED)
-        BRAX_say("expression - ERROR UNDEFINED SYMBOL AT POSITION %d\n", position);
-    else if (number == EXPRSYNTAX)
-        BRAX_say("expression - ERROR OPERAND SYNTAX ERROR AT POSITION %d\n", position);
-    else
-        BRAX_say("expression - ERROR # %d AT POSITION %d\n", number, position);
-    e->error = -1;
-}
-
-void EXPR_overflow(EXPR *e) {
-    BRAX_say("\n%5d   %s\n", 0, "");
-    BRAX_say("Secondary heap overflow - assembly terminated.");
-    quit_cleanup(e);
-}
-
-void quit_cleanup(EXPR *e) {
-    EXPR_close(e);
-    exit(10);
 }

@@ -1,10 +1,10 @@
 // The file report.
-#include "brax/text.h"
-#include "tool/closure.h"
-#include "tool/graph.h"
-#include "tool/options.h"
-#include "tool/output.h"
-#include "tool/report.h"
+#include "base/text.h"
+#include "report/closure.h"
+#include "report/graph.h"
+#include "report/output.h"
+#include "report/report.h"
+#include "symbols/options.h"
 
 namespace {
 

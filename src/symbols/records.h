@@ -1,8 +1,8 @@
 // The single records of a symbol store. Their public functions are in store.h.
 #pragma once
 
-#include "tool/options.h"
-#include "tool/store.h"
+#include "symbols/options.h"
+#include "symbols/store.h"
 
 // Takes the underscores off both ends of a name, unless OPTunderscores is set. It is called for
 // every line of a symbol file.

@@ -1,4 +1,4 @@
-#include "tool/output.h"
+#include "report/output.h"
 
 namespace {
 

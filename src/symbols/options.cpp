@@ -1,4 +1,4 @@
-#include "tool/options.h"
+#include "symbols/options.h"
 
 #include <cstdarg>
 #include <cstdio>

@@ -1,4 +1,4 @@
-#include "tool/records.h"
+#include "symbols/records.h"
 
 #include "mem/galloc.h"
 

@@ -13,7 +13,7 @@
 // its own.
 #pragma once
 
-#include "tool/store.h"
+#include "symbols/store.h"
 
 // A new store, for tvkfree, with everything that the file describes, or null: without a message
 // when the file cannot be opened, with an error message when memory runs out.

@@ -1,7 +1,7 @@
-#include "tool/paths.h"
+#include "importers/paths.h"
 
-#include "brax/text.h"
-#include "tool/options.h"
+#include "base/text.h"
+#include "symbols/options.h"
 
 #include <cstring>
 

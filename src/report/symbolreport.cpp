@@ -2,12 +2,12 @@
 // of references.
 #include "mem/arena.h"
 #include "mem/galloc.h"
-#include "tool/closure.h"
-#include "tool/graph.h"
-#include "tool/options.h"
-#include "tool/output.h"
-#include "tool/report.h"
-#include "tool/totals.h"
+#include "report/closure.h"
+#include "report/graph.h"
+#include "report/output.h"
+#include "report/report.h"
+#include "report/totals.h"
+#include "symbols/options.h"
 
 namespace {
 

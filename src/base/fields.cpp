@@ -1,7 +1,7 @@
-#include "brax/fields.h"
+#include "base/fields.h"
 
-#include "brax/options.h"
-#include "brax/text.h"
+#include "base/options.h"
+#include "base/text.h"
 
 #include <cstring>
 

@@ -1,4 +1,4 @@
-#include "search/growtext.h"
+#include "base/growtext.h"
 
 #include "mem/galloc.h"
 

@@ -1,7 +1,7 @@
-#include "tool/report.h"
+#include "report/report.h"
 
-#include "tool/options.h"
-#include "tool/output.h"
+#include "report/output.h"
+#include "symbols/options.h"
 
 #include <csignal>
 #include <cstring>

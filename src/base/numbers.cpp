@@ -1,7 +1,7 @@
 // The number and string syntax of option values.
-#include "brax/fields.h"
-#include "brax/options.h"
-#include "brax/text.h"
+#include "base/fields.h"
+#include "base/options.h"
+#include "base/text.h"
 
 #include <cstring>
 

@@ -1,4 +1,4 @@
-#include "tool/closure.h"
+#include "report/closure.h"
 
 #include "mem/arena.h"
 #include "mem/galloc.h"

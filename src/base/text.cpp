@@ -1,6 +1,6 @@
-#include "brax/text.h"
+#include "base/text.h"
 
-#include "brax/options.h"
+#include "base/options.h"
 
 #include <cstring>
 #include <sys/time.h>

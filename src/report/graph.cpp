@@ -1,4 +1,4 @@
-#include "tool/graph.h"
+#include "report/graph.h"
 
 #include "mem/arena.h"
 #include "mem/galloc.h"

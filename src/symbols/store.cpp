@@ -1,9 +1,9 @@
-#include "tool/store.h"
+#include "symbols/store.h"
 
-#include "brax/text.h"
+#include "base/text.h"
 #include "mem/arena.h"
 #include "mem/galloc.h"
-#include "tool/records.h"
+#include "symbols/records.h"
 
 #include <cstring>
 

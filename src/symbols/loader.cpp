@@ -1,13 +1,13 @@
 // The file is read in large blocks and lines are not copied. Names are looked up in batches, so
 // that cache misses in the index and in the records overlap. This makes loading about as fast as
 // reading.
-#include "tool/loader.h"
+#include "symbols/loader.h"
 
-#include "brax/text.h"
+#include "base/text.h"
 #include "mem/arena.h"
 #include "mem/galloc.h"
 #include "mem/gstream.h"
-#include "tool/options.h"
+#include "symbols/options.h"
 
 #include <cstring>
 
