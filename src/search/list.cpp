@@ -1,5 +1,5 @@
-// The arrays are documented as growing with every addition; they double instead, so that a
-// hundred thousand names or files cost no more than their own copies.
+// The arrays double when full, although documented as growing by one element: adding n elements
+// takes time proportional to n.
 #include "search/list.h"
 
 #include "base/options.h"
@@ -7,6 +7,7 @@
 #include "mem/galloc.h"
 
 #include <cstring>
+#include <utility>
 
 namespace {
 
@@ -16,20 +17,17 @@ void freematch(Match *match) {
     gfree(match);
 }
 
-void freematches(FileInfo *entry) {
+void freeentry(FileInfo *entry) {
     for (int32_t i = 0; i < entry->nmatches; ++i)
         freematch(entry->matches[i]);
     grelease(entry->matches);
-    entry->nmatches = 0;
-    entry->matchRoom = 0;
-    entry->incomplete = false;
-}
-
-void freeentry(FileInfo *entry) {
-    freematches(entry);
     grelease(entry->source);
     grelease(entry->dest);
     gfree(entry);
+}
+
+uint8_t eitherwild(const char *source, const char *dest) {
+    return BRAX_iswildcards(source) || BRAX_iswildcards(dest) ? 1 : 0;
 }
 
 FileInfo *createentry(const char *source, const char *dest) {
@@ -44,20 +42,13 @@ FileInfo *createentry(const char *source, const char *dest) {
         return nullptr;
     }
     entry->type = static_cast<int8_t>(BRAX_typeofname(source));
-    entry->wild = BRAX_iswildcards(source) || BRAX_iswildcards(dest) ? 1 : 0;
+    entry->wild = eitherwild(source, dest);
     entry->separateDest = dest == source ? 0 : 1;
     return entry;
 }
 
-bool holds(const SearchList *list, int32_t index) {
+bool hasindex(const SearchList *list, int32_t index) {
     return list != nullptr && index >= 0 && index < list->count;
-}
-
-void replacetext(char **text, char *replacement) {
-    if (replacement != nullptr) {
-        grelease(*text);
-        *text = replacement;
-    }
 }
 
 } // namespace
@@ -80,22 +71,17 @@ bool AddToSearchList(SearchList *list, const char *source, const char *dest) {
 }
 
 int UpdateSearchList(SearchList *list, int32_t index, const char *source, const char *dest) {
-    if (!holds(list, index))
+    if (!hasindex(list, index))
         return 0;
-    char *newSource = source != nullptr ? galloctext(source) : nullptr;
-    char *newDest = dest != nullptr ? galloctext(dest) : nullptr;
-    if ((source != nullptr && newSource == nullptr) || (dest != nullptr && newDest == nullptr)) {
-        grelease(newSource);
-        grelease(newDest);
-        return 0;
-    }
     FileInfo *entry = list->files[index];
-    entry->wild = BRAX_iswildcards(source) || BRAX_iswildcards(dest) ? 1 : 0;
-    replacetext(&entry->source, newSource);
-    replacetext(&entry->dest, newDest);
-    entry->type = static_cast<int8_t>(BRAX_typeofname(entry->source));
-    entry->found = FOUNDNOT;
-    freematches(entry);
+    FileInfo *updated = createentry(source != nullptr ? source : entry->source,
+                                    dest != nullptr ? dest : entry->dest);
+    if (updated == nullptr)
+        return 0;
+    updated->wild = eitherwild(source, dest);
+    updated->separateDest = entry->separateDest;
+    std::swap(*entry, *updated);
+    freeentry(updated);
     return 1;
 }
 
@@ -104,7 +90,7 @@ bool RemoveFromSearchList(SearchList *list, int32_t index, char *source, char *d
         *source = 0;
     if (dest != nullptr)
         *dest = 0;
-    if (!holds(list, index))
+    if (!hasindex(list, index))
         return false;
     FileInfo *entry = list->files[index];
     if (source != nullptr)
