@@ -68,9 +68,10 @@ bool appendentry(const FileInfo *entry) {
     return entry->nmatches > 0 || !kept(entry) || appendfile(&pattern);
 }
 
-void releasetexts(char **texts) {
+void releasetexts(char **&texts) {
     for (int32_t i = 0; texts != nullptr && i < BRAXargnum; ++i)
         grelease(texts[i]);
+    grelease(texts);
 }
 
 } // namespace
@@ -93,8 +94,6 @@ void freeFiles() {
     releasetexts(BRAXsargv);
     releasetexts(BRAXdargv);
     BRAXargnum = 0;
-    grelease(BRAXsargv);
-    grelease(BRAXdargv);
     grelease(BRAXdateargv);
     grelease(BRAXsizeargv);
     grelease(BRAXattribargv);

@@ -66,10 +66,6 @@ const char *keyof(const SEARCH *search, const FileInfo *entry) {
     return literal(entry) || (search->exact && !holdswildcard(key)) ? key : nullptr;
 }
 
-void touch(SEARCH *search, int32_t i) {
-    search->touched[search->touchedCount++] = i;
-}
-
 void forgetdirectory(SEARCH *search) {
     for (int32_t k = 0; k < search->touchedCount; ++k) {
         const int32_t i = search->touched[k];
@@ -104,7 +100,7 @@ void compareliteral(SEARCH *search, int32_t i, SGI_finddata *data) {
     record(search, entry, data, dest);
     gfree(dest);
     entry->found = FOUNDRECORDED;
-    touch(search, i);
+    search->touched[search->touchedCount++] = i;
 }
 
 bool moveentry(SEARCH *search, int32_t i) {
@@ -121,7 +117,7 @@ bool moveentry(SEARCH *search, int32_t i) {
         grelease(moved->pattern);
         return false;
     }
-    touch(search, i);
+    search->touched[search->touchedCount++] = i;
     return true;
 }
 
@@ -209,16 +205,11 @@ bool searchlisting(SEARCH *search, WALK *walk) {
     return complete;
 }
 
-// The path as seen from the root.
-const char *relativedirectory(const char *path, const char *root) {
-    path = aftershared(path, root);
-    return path + (isslash(*path) ? 1 : 0);
-}
-
 bool visitdirectory(WALK *walk, void *context) {
     auto *search = static_cast<SEARCH *>(context);
     const int depth = walk->atStart ? search->depth : 1;
-    search->relative = relativedirectory(walk->path.text, search->root);
+    search->relative = aftershared(walk->path.text, search->root);
+    search->relative += isslash(*search->relative) ? 1 : 0;
     search->atStart = depth == 0;
     search->plain = matchesitself(search);
     if (OPTrecurse != 1)

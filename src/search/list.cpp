@@ -1,12 +1,11 @@
-// The arrays double when full, although documented as growing by one element: adding n elements
-// takes time proportional to n.
+// The arrays double when full, so that adding n elements takes time proportional to n.
 #include "search/list.h"
 
 #include "base/options.h"
 #include "base/text.h"
 #include "mem/galloc.h"
 
-#include <cstring>
+#include <algorithm>
 #include <utility>
 
 namespace {
@@ -86,21 +85,17 @@ int UpdateSearchList(SearchList *list, int32_t index, const char *source, const 
 }
 
 bool RemoveFromSearchList(SearchList *list, int32_t index, char *source, char *dest) {
+    const bool found = hasindex(list, index);
+    FileInfo *entry = found ? list->files[index] : nullptr;
     if (source != nullptr)
-        *source = 0;
+        copytext(source, found ? entry->source : "", BRAXFIELDSIZE);
     if (dest != nullptr)
-        *dest = 0;
-    if (!hasindex(list, index))
+        copytext(dest, found ? entry->dest : "", BRAXFIELDSIZE);
+    if (!found)
         return false;
-    FileInfo *entry = list->files[index];
-    if (source != nullptr)
-        copytext(source, entry->source, BRAXFIELDSIZE);
-    if (dest != nullptr)
-        copytext(dest, entry->dest, BRAXFIELDSIZE);
     freeentry(entry);
+    std::copy(list->files + index + 1, list->files + list->count, list->files + index);
     --list->count;
-    memmove(list->files + index, list->files + index + 1,
-            static_cast<size_t>(list->count - index) * sizeof(FileInfo *));
     if (list->count == 0) {
         grelease(list->files);
         list->room = 0;

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <string_view>
 #include <utility>
 
 namespace {
@@ -30,8 +31,7 @@ NAMEPART filename(const char *name) {
     return wholename(filepart(name));
 }
 
-// The text from the last '.' of the name after its last '/' or '\\'; unlike in filepart, a ':' is
-// no separator.
+// The text from the last '.' after the last '/' or '\', else empty. Here ':' is no separator.
 NAMEPART extension(const char *name) {
     const char *end = name + strlen(name);
     const char *at = end;
@@ -188,20 +188,19 @@ void sortaroundoptions(int low, int high, int key, int bydirs) {
     }
 }
 
-bool samespan(const NAMEPART &a, const NAMEPART &b) {
-    return a.end - a.text == b.end - b.text &&
-           memcmp(a.text, b.text, static_cast<size_t>(a.end - a.text)) == 0;
+std::string_view directoryof(int i) {
+    return {BRAXsargv[i], static_cast<size_t>(filepart(BRAXsargv[i]) - BRAXsargv[i])};
 }
 
 // Sorts each run of files with the same directory part by itself.
 void sortruns(int start, int last, int key) {
     // Sorting moves the elements, but not their texts.
-    NAMEPART current = directorypart(BRAXsargv[0]);
+    std::string_view current = directoryof(0);
     bool changed = false;
     int runStart = start;
     for (int i = start; i <= last; ++i) {
-        const NAMEPART directory = directorypart(BRAXsargv[i]);
-        if (!samespan(directory, current)) {
+        const std::string_view directory = directoryof(i);
+        if (directory != current) {
             BRAX_qsort(runStart, i - 1, key, 0);
             current = directory;
             runStart = i;
