@@ -12,8 +12,6 @@
 
 namespace {
 
-char optsvariable[BRAXFIELDSIZE];
-
 void nameprogram(const char *path) {
     char last[BRAXFIELDSIZE];
     BRAX_changeext(prgnamebuf, BRAX_getname(last, path), "=");
@@ -131,10 +129,6 @@ void addargument(TEXTEND *text, const char *argument) {
 }
 
 } // namespace
-
-const char *BRAX_optsvariable() {
-    return optsvariable;
-}
 
 bool BRAX_append(TEXTEND *end, std::string_view text, const char *what, const char *input) {
     if (text.size() >= static_cast<size_t>(BRAXLISTSIZE - end->length)) {

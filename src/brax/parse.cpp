@@ -16,6 +16,7 @@ char *optlist = nullptr;
 const char *optptr = nullptr;
 char firstcall = 1;
 char helpaddress[BRAXFIELDSIZE];
+char optsvariable[BRAXFIELDSIZE];
 
 namespace {
 
@@ -57,7 +58,7 @@ void findfiles() {
 }
 
 void usage(int level) {
-    BRAX_usagefunc(prgnamebuf, BRAX_optsvariable(), helpaddress, level);
+    BRAX_usagefunc(prgnamebuf, optsvariable, helpaddress, level);
 }
 
 // Shows the banner if there are files, usage if there are too few, and requested help.

@@ -12,9 +12,13 @@
 extern BRAXBUF optnamebuf;
 extern char *namelist;
 extern char *optlist;
-extern const char *optptr;              // position of the scan; null if no run is active
-extern char firstcall;                  // 1 until the end of the first call of a run
-extern char helpaddress[BRAXFIELDSIZE]; // of the program's help page, made at the start of a run
+extern const char *optptr; // position of the scan; null if no run is active
+extern char firstcall;     // 1 until the end of the first call of a run
+
+// Made at the start of a run: the address of the program's help page, and the name of the
+// environment variable with its default options.
+extern char helpaddress[BRAXFIELDSIZE];
+extern char optsvariable[BRAXFIELDSIZE];
 
 // A text in the working block with its length.
 struct TEXTEND {
@@ -32,9 +36,6 @@ bool BRAX_appendresponse(const char *specification, TEXTEND *output);
 // Replaces every ';' among the blanks and ';' at the end of the text's first `length` characters.
 // Returns whether there was one, which ends the batch.
 bool BRAX_cutbatchend(char *text, size_t length, char replacement);
-
-// Name of the environment variable with the program's default options.
-const char *BRAX_optsvariable();
 
 // Builds the option text of the run in optlist, and helpaddress.
 void BRAX_gather(int argc, char *argv[], const char *name);

@@ -279,9 +279,7 @@ void searchlistedpaths(SearchList *list, char *paths) {
 } // namespace
 
 int FindRecursive(const char *path, const char *root, SearchList *list, int depth) {
-    if (list == nullptr || list->count == 0)
-        return 0;
-    return searchfrom(path, path, root, list, depth);
+    return list == nullptr || list->count == 0 ? 0 : searchfrom(path, path, root, list, depth);
 }
 
 void BRAX_findbatch(SearchList *list) {

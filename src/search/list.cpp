@@ -60,7 +60,7 @@ SearchList *CreateSearchList() {
 }
 
 bool AddToSearchList(SearchList *list, const char *source, const char *dest) {
-    if (list == nullptr || !growarray(list->files, list->count, list->room))
+    if (list == nullptr || !growarray(list->files, list->count, list->capacity))
         return false;
     FileInfo *entry = createentry(source, dest);
     if (entry == nullptr)
@@ -98,7 +98,7 @@ bool RemoveFromSearchList(SearchList *list, int32_t index, char *source, char *d
     --list->count;
     if (list->count == 0) {
         grelease(list->files);
-        list->room = 0;
+        list->capacity = 0;
     }
     return true;
 }
@@ -121,7 +121,7 @@ bool AddMatch(FileInfo *entry, const Match *match) {
         copy->source = galloctext(match->source);
         copy->dest = galloctext(match->dest);
         if (copy->source != nullptr && copy->dest != nullptr &&
-            growarray(entry->matches, entry->nmatches, entry->matchRoom)) {
+            growarray(entry->matches, entry->nmatches, entry->matchCapacity)) {
             entry->matches[entry->nmatches++] = copy;
             return true;
         }

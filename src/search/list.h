@@ -32,15 +32,15 @@ struct FileInfo {
     int32_t nmatches;
     Match **matches; // in the order found; null if there are none
 
-    int32_t matchRoom; // private: elements allocated for `matches`
-    bool incomplete;   // private: a match or its name was lost because memory ran out
+    int32_t matchCapacity; // private: elements allocated for `matches`
+    bool incomplete;       // private: a match or its name was lost because memory ran out
 };
 
 struct SearchList {
     FileInfo **files; // null if the list is empty
     int32_t count;
 
-    int32_t room; // private: elements allocated for `files`
+    int32_t capacity; // private: elements allocated for `files`
 };
 
 // Returns a new empty list, to be freed by DestroySearchList; null when memory runs out.

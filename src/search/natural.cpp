@@ -46,7 +46,7 @@ char biased(char c) {
 }
 
 // Upper limit of the size of a part's key: a run of one digit takes three bytes.
-int64_t keyroom(const NAMEPART &part) {
+int64_t keysize(const NAMEPART &part) {
     const auto length =
         part.end != nullptr ? part.end - part.text : static_cast<int64_t>(strlen(part.text));
     return 3 * length;
@@ -126,12 +126,12 @@ int naturalorder(NAMEPART a, NAMEPART b) {
 
 int32_t *naturalplaces(int low, int high, NAMEPART (*part)(int element)) {
     const int count = high - low + 1;
-    int64_t room = 1;
+    int64_t bytes = 1;
     for (int i = low; i <= high; ++i)
-        room += keyroom(part(i));
+        bytes += keysize(part(i));
     auto *places = gallocarray<int32_t>(count);
     auto *keys = gallocarray<SORTKEY>(count);
-    auto *text = gallocarray<char>(room);
+    auto *text = gallocarray<char>(bytes);
     const bool possible = places != nullptr && keys != nullptr && text != nullptr;
     if (possible) {
         makekeys(keys, text, low, count, part);

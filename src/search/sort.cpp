@@ -144,11 +144,11 @@ namespace {
 void sortsteps(int low, int high, int key, int bydirs) {
     int *highs = nullptr;
     int count = 0;
-    int room = 0;
+    int capacity = 0;
     for (;;) {
         if (low < high) {
             const int split = BRAX_randpartition(low, high, key, bydirs);
-            if (!growarray(highs, count, room))
+            if (!growarray(highs, count, capacity))
                 break; // leave the rest unsorted; galloc reported the error
             highs[count++] = high;
             high = split;

@@ -33,7 +33,7 @@ WALKLEVEL *top(WALK *walk) {
 }
 
 bool pushlevel(WALK *walk, const WALKLEVEL &level) {
-    if (!growarray(walk->levels, walk->count, walk->room))
+    if (!growarray(walk->levels, walk->count, walk->capacity))
         return false;
     walk->levels[walk->count++] = level;
     return true;

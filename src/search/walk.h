@@ -38,7 +38,7 @@ struct WALK {
     SGI_place start;
     WALKLEVEL *levels;
     int64_t count;
-    int64_t room;
+    int64_t capacity;
     GROWTEXT pending; // the subdirectories of all levels not yet entered
     bool outOfMemory;
 };
