@@ -12,7 +12,7 @@
 
 namespace {
 
-void nameprogram(const char *path) {
+void setprogramname(const char *path) {
     char last[BRAXFIELDSIZE];
     BRAX_changeext(prgnamebuf, BRAX_getname(last, path), "=");
     lowertext(prgnamebuf);
@@ -154,7 +154,7 @@ bool BRAX_cutbatchend(char *text, size_t length, char replacement) {
 
 void BRAX_gather(int argc, char *argv[], const char *name) {
     const bool named = argc > 0 && argv[0] != nullptr && argv[0][0] != 0;
-    nameprogram(named ? argv[0] : name);
+    setprogramname(named ? argv[0] : name);
     TEXTEND text = {optlist, 0};
     const char *defaults = getenv(optsvariable);
     if (defaults != nullptr && append(&text, defaults))

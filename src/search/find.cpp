@@ -51,7 +51,7 @@ bool literal(const FileInfo *entry) {
 }
 
 // Literal names are searched for only if they are compared in every directory, or must exist.
-bool lookedfor(const FileInfo *entry) {
+bool issearched(const FileInfo *entry) {
     if (entry->type == BRAXNAMEOPTION)
         return false;
     return !literal(entry) || OPTkeepunfound == 0 || OPTrecurse == 1;
@@ -66,7 +66,7 @@ const char *keyof(const SEARCH *search, const FileInfo *entry) {
     return literal(entry) || (search->exact && !holdswildcard(key)) ? key : nullptr;
 }
 
-void forgetdirectory(SEARCH *search) {
+void resetdirectory(SEARCH *search) {
     for (int32_t k = 0; k < search->touchedCount; ++k) {
         const int32_t i = search->touched[k];
         grelease(search->moved[i].pattern);
@@ -215,7 +215,7 @@ bool visitdirectory(WALK *walk, void *context) {
     if (OPTrecurse != 1)
         search->found += FindDirs(search->list, search->relative, depth);
     const bool complete = nameindexempty(&search->index) || searchlisting(search, walk);
-    forgetdirectory(search);
+    resetdirectory(search);
     return complete;
 }
 
@@ -232,14 +232,14 @@ bool preparesearch(SEARCH *search) {
         FileInfo *entry = search->list->files[i];
         search->moved[i] = {nullptr, nullptr};
         entry->found = FOUNDNOT;
-        if (lookedfor(entry))
+        if (issearched(entry))
             nameindexadd(&search->index, i, keyof(search, entry));
     }
     return true;
 }
 
 void endsearch(SEARCH *search) {
-    forgetdirectory(search);
+    resetdirectory(search);
     nameindexfree(&search->index);
     grelease(search->moved);
     grelease(search->touched);

@@ -164,8 +164,8 @@ void sortsteps(int low, int high, int key, int bydirs) {
 
 // Sorts a range. Long ranges of texts are compared by places, with the same result.
 void sortrange(int low, int high, int key, int bydirs) {
-    constexpr int worthwhile = 32;
-    const PARTFUNC part = high - low >= worthwhile ? partof(key, bydirs) : nullptr;
+    constexpr int leastRange = 32;
+    const PARTFUNC part = high - low >= leastRange ? partof(key, bydirs) : nullptr;
     firstplaced = low;
     places = part != nullptr ? naturalplaces(low, high, part) : nullptr;
     sortsteps(low, high, key, bydirs);
