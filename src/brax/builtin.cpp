@@ -7,9 +7,12 @@
 #include "brax/run.h"
 #include "mem/galloc.h"
 
+#include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 
 const char *BRAXversiontext = "";
 const char *BRAXprogram = "";
@@ -26,7 +29,7 @@ bool iswordalone(const char *text, const char *word) {
     return beginswith(text, word) && !isletter(text[strlen(word)]);
 }
 
-// The value field at `text` is a lone "?".
+// Whether the value at `text` is a lone "?".
 bool asksforvalue(const char *text) {
     return text[0] == '?' && (text[1] == ',' || text[1] == '=' || isblankchar(text[1]));
 }
@@ -46,7 +49,7 @@ const char *optsort(const char *value) {
     return value;
 }
 
-// Prints the banner and the lines, which an empty text or null ends.
+// Prints the banner and the lines up to a null or empty one.
 void showversion(const char *const *line) {
     if (BRAXhelpgiven != 0)
         return;
@@ -57,7 +60,7 @@ void showversion(const char *const *line) {
     BRAXhelpgiven = 1;
 }
 
-// The anchor of the help page, and the page itself at the end of the call.
+// Sets the anchor of the help page, which is opened at the end of the call.
 const char *optwebhelp(const char *text) {
     char anchor[BRAXFIELDSIZE];
     const char *end = BRAX_getfield(anchor, text, true, true);
@@ -89,7 +92,7 @@ const char *opthelp(const char *text) {
     return optverbosity(text + 1, "help");
 }
 
-// The words that start with a second '-'; null for any other.
+// The words that begin with a second '-'; null for others.
 const char *optlong(const char *text) {
     if (beginswith(text, "help") && isblankchar(text[4])) {
         autohelp = 2;
@@ -101,7 +104,7 @@ const char *optlong(const char *text) {
     return text + 7;
 }
 
-// The scan hands out the address kept since the start of the run.
+// The scan passes the help address built at the start of the run.
 void showtopic(const char *topic, bool scanning) {
     char address[BRAXFIELDSIZE];
     BRAX_usagefunc(prgnamebuf, topic, scanning ? helpaddress : BRAX_geturl(address, prgnamebuf), 4);
@@ -130,12 +133,12 @@ const char *optrecurse(const char *text) {
     grelease(OPTenvpath);
     OPTenvpath = galloctext(list);
     if (OPTenvpath == nullptr)
-        BRAXhelpgiven = 1; // nothing would be found, for want of memory alone
+        BRAXhelpgiven = 1; // out of memory: end the run
     OPTrecurse = 2;
     return end;
 }
 
-// Ends the process when the program is older than the version asked for.
+// Ends the process if the program is older than the required version.
 void checkversion() {
     int major = 0;
     int minor = 0;
@@ -146,12 +149,9 @@ void checkversion() {
         BRAX_say("brax - No version number in TextVersion string\n");
         exit(statusOldVersion);
     }
-    // Cut to an integer, as versions are counted in hundredths; the bounds only keep the
-    // conversion defined.
-    double required = static_cast<double>(OPTversion) * 100.0 + 0.5;
-    required = required < 1e9 ? required : 1e9;
-    required = required > -1e9 ? required : -1e9;
-    if (version >= static_cast<int>(required))
+    // Versions are counted in hundredths. The bounds keep the conversion defined, also for NaN.
+    const double required = static_cast<double>(OPTversion) * 100.0 + 0.5;
+    if (version >= static_cast<int>(std::fmax(std::fmin(required, 1e9), -1e9)))
         return;
     if (OPTverbose != 0)
         BRAX_say("brax - The current version is %.2f; Please get the latest version of %s\n",
@@ -188,32 +188,29 @@ const char *optdestination(const char *text) {
     return end;
 }
 
-// The built-in options whose value is a number, for help on a lone one.
+// Whether the word is a built-in option with a number as value.
 bool isnumericoption(const char *word) {
     const char *words[] = {"b", "h", "log", "nologo", "sort", "strippaths", "time", "v", "w"};
-    for (const char *known : words) {
-        if (stricmp(word, known) == 0)
-            return true;
-    }
-    return false;
+    return std::any_of(std::begin(words), std::end(words),
+                       [word](const char *known) { return stricmp(word, known) == 0; });
 }
 
-void unknownoption(int place, const char *text) {
-    char word[BRAXFIELDSIZE];
-    BRAX_getfield(word, text, true, true);
-    BRAX_say("brax - %d UNKNOWN OPTION <%s>\n", place, word);
-    BRAXhelpgiven = 1;
+// Words that are built-in options even if the program's callback would accept them.
+bool isreserved(const char *text) {
+    return iswordalone(text, "sort") || iswordalone(text, "nologo");
 }
 
-// One option word, with its effect; null when it is unknown.
-const char *recognise(const char *text) {
-    if (const char *end = BRAX_topichelp(text, false); end != nullptr)
-        return end;
-    if (!BRAX_isreserved(text) && BRAX_optfunc != nullptr) {
-        if (const char *end = BRAX_optfunc(text); end != nullptr)
-            return end;
-    }
-    return BRAX_builtin(text, false);
+// Shows help on the option word at `text` if it asks for that; returns the position after it, or
+// null. A lone numeric option also shows its value and range.
+const char *topichelp(const char *text, bool scanning) {
+    char topic[BRAXFIELDSIZE];
+    if (!BRAX_optionhelp(topic, text) || BRAX_usagefunc == nullptr || BRAXhelpgiven != 0)
+        return nullptr;
+    const bool numeric = isnumericoption(topic + 1);
+    if (!numeric && isreserved(text))
+        return nullptr;
+    showtopic(topic, scanning);
+    return numeric ? BRAX_builtin(text, false) : text + strlen(topic);
 }
 
 } // namespace
@@ -268,34 +265,35 @@ const char *BRAX_builtin(const char *text, bool scanning) {
     }
 }
 
-bool BRAX_isreserved(const char *text) {
-    return iswordalone(text, "sort") || iswordalone(text, "nologo");
+const char *BRAX_programoption(const char *text, bool scanning) {
+    if (const char *end = topichelp(text, scanning); end != nullptr)
+        return end;
+    return BRAX_optfunc != nullptr && !isreserved(text) ? BRAX_optfunc(text) : nullptr;
 }
 
-const char *BRAX_topichelp(const char *text, bool scanning) {
-    char topic[BRAXFIELDSIZE];
-    if (!BRAX_optionhelp(topic, text) || BRAX_usagefunc == nullptr || BRAXhelpgiven != 0)
-        return nullptr;
-    const bool numeric = isnumericoption(topic + 1);
-    if (!numeric && BRAX_isreserved(text))
-        return nullptr;
-    showtopic(topic, scanning);
-    return numeric ? BRAX_builtin(text, false) : text + strlen(topic);
+void BRAX_unknownoption(int place, const char *text) {
+    char word[BRAXFIELDSIZE];
+    if (OPTverbose == 0)
+        return;
+    BRAX_getfield(word, text, true, true);
+    BRAX_say("brax - %d UNKNOWN OPTION <%s>\n", place, word);
+    BRAXhelpgiven = 1;
 }
 
 const char *Zop(const char *text) {
-    const char *end = recognise(text);
+    const char *end = BRAX_programoption(text, false);
+    if (end == nullptr)
+        end = BRAX_builtin(text, false);
     if (end == nullptr) {
-        if (OPTverbose != 0)
-            unknownoption(1, text);
+        BRAX_unknownoption(1, text);
         opterror = -1;
         autohelp = 1;
         return nullptr;
     }
     if (static_cast<unsigned char>(*end) <= 32)
         return end;
-    if (OPTverbose != 0 && BRAXhelpgiven == 0)
-        unknownoption(2, text);
+    if (BRAXhelpgiven == 0)
+        BRAX_unknownoption(2, text);
     return nullptr;
 }
 

@@ -1,39 +1,40 @@
-// The built-in options that every program built on the framework understands, and the
-// tests that recognise a text as an option.
+// The built-in options that every program with this framework has, and the functions that
+// recognise a text as an option.
 #pragma once
 
-// Tries the built-in options by the first character of `text` (which starts behind the
-// '-'), applies the one found, and returns the position behind it; null when none matches.
-// `scanning` is true for the scan of the option text, where the option "version" is
-// checked, which may end the process with status 101.
+// Recognises a built-in option at `text` (after its '-') by its first character and applies it.
+// Returns the position after it, or null if there is none. `scanning` is true for the scan of
+// the option text. The option "version" is checked only there, which may end the process with
+// status 101.
 const char *BRAX_builtin(const char *text, bool scanning);
 
-// Whether the text begins with the word ("sort", "nologo") and no letter follows it. Such
-// words are the framework's before the program's callback sees them.
-bool BRAX_isreserved(const char *text);
+// Recognises a request for help on the option word at `text`, or an option of the program's
+// callback; "sort" and "nologo" are never passed to the callback. Returns the position after it,
+// or null. Help is shown if the word ends in '?', there is a usage callback and no help was
+// given yet. For a numeric built-in option alone (v?, log?, sort?) that includes its value and
+// range.
+const char *BRAX_programoption(const char *text, bool scanning);
 
-// Shows help on the option word at `text` when it ends in '?', is not reserved, there is a
-// usage callback and no help was given yet. Returns the position behind what that consumed,
-// or null when it was no such request. A lone built-in numeric option (v?, log?, sort?) then
-// also shows its value and range.
-const char *BRAX_topichelp(const char *text, bool scanning);
+// Reports the word at `text` as an unknown option, met at one of the places 1 to 3, and sets
+// BRAXhelpgiven. Does nothing if OPTverbose is 0.
+void BRAX_unknownoption(int place, const char *text);
 
-// Recognises one option word, the program's or a built-in one, at `text` (behind its '-'),
-// with the option's effect. Returns the position behind it; null, with a message when
-// OPTverbose is non-zero, when the word is unknown or other text sticks to it.
+// Recognises one option word of either kind at `text` (after its '-') and applies it. Returns the
+// position after it. Null, with a message if OPTverbose is not 0, if the word is unknown or
+// other text follows it directly.
 const char *Zop(const char *text);
 
-// Whether `name` reads as an option and Zop recognises it: behind a '-' or the '.' of a bare
-// extension without that character, behind '=' or '+' whole.
+// Whether `name` has the form of an option and Zop recognises it. A leading '-', or the '.' of a
+// bare extension, is not passed to Zop; a leading '=' or '+' is.
 bool BRAX_isoption(const char *name);
 
-// Whether a command-line argument must be quoted to stay one name: it holds a space, is not
-// enclosed already and is not an option. Has Zop's effects on the option values.
+// Whether a command-line argument needs quotes to remain one name: it contains a space, is not
+// enclosed and is not an option. Applies it if it is an option, as Zop does.
 bool BRAX_nameneedsquotes(const char *text);
 
-// Sets the path rule or, when the text is no path, the name rule of the batch.
+// Sets the batch's path rule if the text is a path, else its name rule.
 void BRAX_setdestinationrule(const char *text);
 
-// What the option "version" compares with: the version and name given to BRAX_parse.
+// The version and name given to BRAX_parse, used by the option "version".
 extern const char *BRAXversiontext;
 extern const char *BRAXprogram;

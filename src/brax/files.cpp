@@ -4,17 +4,11 @@
 #include "mem/gstream.h"
 
 #include <cstdio>
+#include <utility>
 
 namespace {
 
-char *joined(char *destination, const char *first, const char *second, const char *third) {
-    copytext(destination, first, BRAXFIELDSIZE);
-    appendtext(destination, second, BRAXFIELDSIZE);
-    appendtext(destination, third, BRAXFIELDSIZE);
-    return destination;
-}
-
-// Reads the open file, of `length` bytes, into a new block; null when that fails.
+// Reads a file of `length` bytes into a new block; null on failure.
 void *readwhole(BRAXBUF *buffer, GSTREAM file, int64_t length) {
     if (length <= 0 || length >= INT32_MAX ||
         BRAX_alloc(buffer, static_cast<int32_t>(length) + 1) == nullptr)
@@ -59,7 +53,7 @@ bool BRAX_savefile(BRAXBUF *buffer, const char *fileName) {
     const GSTREAM file = gwopen(fileName);
     bool saved =
         file != 0 && buffer->size >= 0 && gwrite(file, buffer->p, buffer->size) == buffer->size;
-    // Some file systems tell only now that there was no room.
+    // Some file systems report a full disk only here.
     saved = gclose(file) && saved;
     if (!saved && OPTverbose != 0)
         BRAX_say("BRAX_savefile - COULD NOT WRITE FILE '%s'\n", fileName);
@@ -67,27 +61,25 @@ bool BRAX_savefile(BRAXBUF *buffer, const char *fileName) {
 }
 
 char *BRAX_loadstr(char *destination, const char *fileName, int verbose) {
-    if (verbose <= 0)
-        return joined(destination, "", "", "");
-    if (verbose == 1)
-        return joined(destination, filepart(fileName), " ", "");
-    return joined(destination, verbose == 2 ? filepart(fileName) : fileName, ": Reading, ", "");
+    const char *name = verbose <= 0 ? "" : verbose <= 2 ? filepart(fileName) : fileName;
+    const char *after = verbose <= 0 ? "" : verbose == 1 ? " " : ": Reading, ";
+    snprintf(destination, BRAXFIELDSIZE, "%s%s", name, after);
+    return destination;
 }
 
 char *BRAX_savestr(char *destination, const char *fileName, int verbose) {
+    const char *name = verbose == 3 ? filepart(fileName) : fileName;
     if (verbose <= 2)
-        return joined(destination, verbose == 2 ? "Writing, " : "", "", "");
-    return joined(destination, "Writing as ", verbose == 3 ? filepart(fileName) : fileName, ", ");
+        copytext(destination, verbose == 2 ? "Writing, " : "", BRAXFIELDSIZE);
+    else
+        snprintf(destination, BRAXFIELDSIZE, "Writing as %s, ", name);
+    return destination;
 }
 
 char *BRAX_percentstr(char *destination, int32_t before, int32_t after) {
-    const char *sign = "";
-    if (before < after) {
-        const int32_t smaller = before;
-        before = after;
-        after = smaller;
-        sign = "-";
-    }
+    const char *sign = before < after ? "-" : "";
+    if (before < after)
+        std::swap(before, after);
     const double percent =
         before == 0 || after == 0 ? 100.0 : 100.0 - static_cast<double>(after) * 100.0 / before;
     snprintf(destination, BRAXPERCENTSIZE, "%s%.1f%%", sign, percent);

@@ -1,4 +1,5 @@
-// Gathers the option text of a run.
+// Builds the option text of a run: the default options, then every argument, with response files
+// expanded.
 #include "base/fields.h"
 #include "base/text.h"
 #include "brax/builtin.h"
@@ -11,9 +12,7 @@
 
 namespace {
 
-char optsvariable[BRAXFIELDSIZE];
-
-void nameprogram(const char *path) {
+void setprogramname(const char *path) {
     char last[BRAXFIELDSIZE];
     BRAX_changeext(prgnamebuf, BRAX_getname(last, path), "=");
     lowertext(prgnamebuf);
@@ -21,7 +20,7 @@ void nameprogram(const char *path) {
     uppertext(optsvariable);
 }
 
-// Bytes above 127, which the scanner takes for blanks.
+// Whether the text contains bytes above 127, which are blanks to the scan.
 bool holdsbytes(const char *text, size_t length) {
     while (length > 0 && charvalue(text[length - 1]) >= 0)
         --length;
@@ -48,8 +47,8 @@ size_t lengthofname(const char *text) {
     return end;
 }
 
-// Length of the start of an argument that is copied unquoted: the mark of a rule, an option, or
-// all of an enclosed argument.
+// Length of the prefix to copy unquoted: the mark of a rule, an option, or all of an enclosed
+// argument.
 size_t lengthofmark(const char *argument) {
     if (argument[0] == '-' && (argument[1] == '=' || argument[1] == '.'))
         return 2;
@@ -61,41 +60,29 @@ size_t lengthofmark(const char *argument) {
     return argument[0] == '=' ? 1 : 0;
 }
 
-bool append(TEXTEND *text, const char *part, size_t length) {
-    return BRAX_append(text, part, length, "OPTION TEXT", part);
+bool append(TEXTEND *text, std::string_view part) {
+    return BRAX_append(text, part, "OPTION TEXT", part.data());
 }
 
 // Appends the argument, with quotes around each name that holds bytes above 127.
 bool appendnames(TEXTEND *text, const char *argument) {
     size_t length = lengthofmark(argument);
-    bool fits = append(text, argument, length);
+    bool fits = append(text, {argument, length});
     for (argument += length; fits && *argument != 0; argument += length) {
         length = lengthofname(argument);
         size_t quoted = length;
         while (quoted > 0 && argument[quoted - 1] == ';')
             --quoted;
-        const size_t quote = argument[0] != '-' && holdsbytes(argument, quoted) ? 1 : 0;
+        const char *quote = argument[0] != '-' && holdsbytes(argument, quoted) ? "\"" : "";
         length += argument[length] != 0 ? 1 : 0;
-        fits = append(text, "\"", quote) && append(text, argument, quoted) &&
-               append(text, "\"", quote) && append(text, argument + quoted, length - quoted);
+        fits = append(text, quote) && append(text, {argument, quoted}) && append(text, quote) &&
+               append(text, {argument + quoted, length - quoted});
     }
     return fits;
 }
 
-// A response file's name ends its batch when a ';' stands behind it: cuts such ends off.
-bool cutbatchend(char *name) {
-    bool ends = false;
-    for (char *p = name + strlen(name); p > name && (isblankchar(p[-1]) || p[-1] == ';'); --p) {
-        if (p[-1] == ';') {
-            p[-1] = 0;
-            ends = true;
-        }
-    }
-    return ends;
-}
-
-// The argument at `start` of the option text names a response file: its contents go there
-// instead.
+// Replaces the argument at `start` of the option text by the contents of the response file that it
+// names.
 void expandresponse(TEXTEND *text, int start) {
     char specification[BRAXFIELDSIZE];
     const bool quoted = text->text[start] == '"';
@@ -105,13 +92,13 @@ void expandresponse(TEXTEND *text, int start) {
     const bool refused = length == 0 && end > name;
     if (quoted && length > 0)
         specification[length - 1] = 0;
-    const bool ends = cutbatchend(specification);
+    const bool ends = BRAX_cutbatchend(specification, strlen(specification), 0);
     text->length = start;
     text->text[start] = 0;
     if (refused || !BRAX_appendresponse(specification, text))
         BRAXhelpgiven = 1;
     if (ends)
-        append(text, " ; ", 3);
+        append(text, " ; ");
 }
 
 bool namesresponse(const char *argument) {
@@ -123,9 +110,8 @@ bool namesresponse(const char *argument) {
 void addargument(TEXTEND *text, const char *argument) {
     const int start = text->length;
     const bool fits = BRAX_nameneedsquotes(argument)
-                          ? append(text, "\"", 1) && append(text, argument, strlen(argument)) &&
-                                append(text, "\"", 1)
-                      : namesresponse(argument) ? append(text, argument, strlen(argument))
+                          ? append(text, "\"") && append(text, argument) && append(text, "\"")
+                      : namesresponse(argument) ? append(text, argument)
                                                 : appendnames(text, argument);
     if (!fits) {
         text->length = start;
@@ -139,34 +125,40 @@ void addargument(TEXTEND *text, const char *argument) {
     if (namesresponse(text->text + start))
         expandresponse(text, start);
     else
-        append(text, " ", 1);
+        append(text, " ");
 }
 
 } // namespace
 
-const char *BRAX_optsvariable() {
-    return optsvariable;
-}
-
-bool BRAX_append(TEXTEND *end, const char *text, size_t length, const char *what,
-                 const char *input) {
-    if (length >= static_cast<size_t>(BRAXLISTSIZE - end->length)) {
+bool BRAX_append(TEXTEND *end, std::string_view text, const char *what, const char *input) {
+    if (text.size() >= static_cast<size_t>(BRAXLISTSIZE - end->length)) {
         BRAX_refuse(what, input);
         return false;
     }
-    memcpy(end->text + end->length, text, length);
-    end->length += static_cast<int>(length);
+    memcpy(end->text + end->length, text.data(), text.size());
+    end->length += static_cast<int>(text.size());
     end->text[end->length] = 0;
     return true;
 }
 
+bool BRAX_cutbatchend(char *text, size_t length, char replacement) {
+    bool ends = false;
+    for (char *p = text + length; p > text && (isblankchar(p[-1]) || p[-1] == ';'); --p) {
+        if (p[-1] == ';') {
+            p[-1] = replacement;
+            ends = true;
+        }
+    }
+    return ends;
+}
+
 void BRAX_gather(int argc, char *argv[], const char *name) {
     const bool named = argc > 0 && argv[0] != nullptr && argv[0][0] != 0;
-    nameprogram(named ? argv[0] : name);
+    setprogramname(named ? argv[0] : name);
     TEXTEND text = {optlist, 0};
     const char *defaults = getenv(optsvariable);
-    if (defaults != nullptr && append(&text, defaults, strlen(defaults)))
-        append(&text, " ", 1);
+    if (defaults != nullptr && append(&text, defaults))
+        append(&text, " ");
     BRAX_geturl(helpaddress, prgnamebuf);
     for (int i = 1; i < argc && argv[i] != nullptr; ++i)
         addargument(&text, argv[i]);

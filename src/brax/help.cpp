@@ -58,14 +58,13 @@ bool BRAX_openurl(const char *address) {
         return false;
     }
     char command[BRAXFIELDSIZE];
-    copytext(command, browser, sizeof command);
-    if (!shellword(word, sizeof word, address) || !appendtext(command, " ", sizeof command) ||
-        !appendtext(command, word, sizeof command) || !appendtext(command, " &", sizeof command))
+    if (!shellword(word, sizeof word, address) ||
+        snprintf(command, sizeof command, "%s %s &", browser, word) >= BRAXFIELDSIZE)
         return false;
     if (OPTverbose > 4)
         BRAX_say("%s\n", command);
     fflush(stdout);
-    // The browser runs in the background: what the shell says of it tells nothing.
+    // The browser runs in the background: the shell's status does not show whether it started.
     [[maybe_unused]] const int status = system(command);
     return true;
 }

@@ -1,11 +1,9 @@
-// The name phase: pairs the names of a batch with their destinations and fills the search
-// list with them.
+// The name phase: fills the search list with the names of a batch and their destinations.
 #include "base/fields.h"
 #include "base/text.h"
 #include "brax/builtin.h"
 #include "brax/names.h"
 #include "brax/run.h"
-#include "mem/galloc.h"
 
 #include <cstring>
 
@@ -16,17 +14,16 @@ constexpr int32_t noEntry = -1;
 struct NAMEPHASE {
     SearchList *list;
     const char *position;
-    int skip;          // names that still do not get the name rule
-    bool pending;      // the name before was a pair, which "=dest" may continue
-    int32_t lastPlain; // entry that a lone destination belongs to, or noEntry
+    int skip;          // number of names still exempt from the name rule
+    bool pending;      // the previous name was a pair, which "=dest" may continue
+    int32_t lastPlain; // entry for a destination without a source, or noEntry
     bool outOfMemory;
     char source[BRAXFIELDSIZE];
     char destination[BRAXFIELDSIZE];
     char previous[BRAXFIELDSIZE]; // source of the pending pair
 };
 
-// The last name, when it is a directory, is where the destinations go: takes it out of the
-// name list.
+// If the last name is a directory, makes it the path rule and removes it from the name list.
 void takedestinationdirectory() {
     char source[BRAXFIELDSIZE];
     char destination[BRAXFIELDSIZE];
@@ -41,16 +38,16 @@ void takedestinationdirectory() {
     }
     if (directory == nullptr)
         return;
-    const char *behind = BRAX_nextnames(directory, OPTpathrulebuf, destination);
+    const char *rest = BRAX_nextnames(directory, OPTpathrulebuf, destination);
     OPTpathrule = OPTpathrulebuf;
     OPTpathrule += *OPTpathrule == '-' ? 1 : 0;
     OPTpathrule += *OPTpathrule == '=' ? 1 : 0;
-    memmove(namelist + (directory - namelist), behind, strlen(behind) + 1);
+    memmove(namelist + (directory - namelist), rest, strlen(rest) + 1);
     if (OPTverbose > 5)
         BRAX_say("destdir '%s'\n", OPTpathrule);
 }
 
-void soften(char *text) {
+void replacehardspaces(char *text) {
     for (; *text != 0; ++text)
         *text = tosoftspace(*text);
 }
@@ -60,8 +57,8 @@ void add(NAMEPHASE *phase, const char *source, const char *destination) {
         phase->outOfMemory = true;
 }
 
-// No destination was typed: the name rule gives one, or "=dest" behind a pair is a further
-// destination of its source.
+// Gives a name without a destination the name rule as one. "=dest" after a pair is a further
+// destination of the pair's source.
 void completedestination(NAMEPHASE *phase) {
     if (phase->destination[0] != 0 || *OPTnamerule == 0 || phase->skip != 0)
         return;
@@ -93,7 +90,7 @@ void addpair(NAMEPHASE *phase) {
     phase->lastPlain = noEntry;
 }
 
-// A destination without a source belongs to the last plain source before it.
+// Gives a destination without a source to the last plain source before it.
 void adddestination(NAMEPHASE *phase) {
     if (phase->lastPlain == noEntry) {
         if (OPTverbose > 2)
@@ -114,15 +111,15 @@ void adddestination(NAMEPHASE *phase) {
     phase->pending = false;
 }
 
-// Takes the next name; false at the end of the list.
+// Reads the next name; false at the end of the list.
 bool readname(NAMEPHASE *phase) {
     const bool optionLike = BRAX_isoption(phase->position);
     const char *next = BRAX_nextnames(phase->position, phase->source, phase->destination);
     if (next == nullptr)
         return false;
     phase->position = next;
-    soften(phase->source);
-    soften(phase->destination);
+    replacehardspaces(phase->source);
+    replacehardspaces(phase->destination);
     completedestination(phase);
     if (phase->source[0] != 0 && phase->destination[0] == 0)
         addplain(phase);
@@ -139,17 +136,14 @@ bool readname(NAMEPHASE *phase) {
 
 SearchList *BRAX_readnames() {
     takedestinationdirectory();
-    SearchList *list = CreateSearchList();
-    auto *phase = static_cast<NAMEPHASE *>(galloc(static_cast<int>(sizeof(NAMEPHASE))));
-    if (list != nullptr && phase != nullptr) {
-        *phase = {list, namelist, OPTskiprules, false, noEntry, false, "", "", ""};
-        while (!phase->outOfMemory && readname(phase)) {
-        }
+    NAMEPHASE phase = {
+        CreateSearchList(), namelist, OPTskiprules, false, noEntry, false, "", "", ""};
+    bool more = phase.list != nullptr;
+    while (more)
+        more = readname(&phase) && !phase.outOfMemory;
+    if (phase.outOfMemory) {
+        DestroySearchList(phase.list);
+        return nullptr;
     }
-    if (list != nullptr && (phase == nullptr || phase->outOfMemory)) {
-        DestroySearchList(list);
-        list = nullptr;
-    }
-    grelease(phase);
-    return list;
+    return phase.list;
 }

@@ -1,8 +1,8 @@
-// The scan of the option text: options take effect, names are collected for the batch.
+// The scan of the option text: applies options and collects the names of the batch.
 //
-// It stands either between options or in an option, behind a '-'. Built-in options may
-// follow one another in one word; whatever the program's own callback leaves of a word is
-// read between options, that is as a name.
+// The scan is either between options or in an option, after a '-'. Built-in options may follow
+// one another in one word. The rest of a word after an option of the program's callback is read
+// between options, that is as a name.
 #include "base/fields.h"
 #include "base/text.h"
 #include "brax/builtin.h"
@@ -16,7 +16,7 @@ struct SCAN {
     char *p;
     TEXTEND names;
     bool inOption;
-    bool batchEnd; // ends the batch behind the option or name that is being read
+    bool batchEnd; // the batch ends after the current option or name
     int options;
 };
 
@@ -26,7 +26,7 @@ void addname(SCAN *scan, const char *before, const char *name, const char *after
     const int start = scan->names.length;
     const char *parts[] = {before, name, after, " "};
     for (const char *part : parts) {
-        if (!BRAX_append(&scan->names, part, strlen(part), "NAME LIST", part)) {
+        if (!BRAX_append(&scan->names, part, "NAME LIST", part)) {
             scan->names.length = start;
             scan->names.text[start] = 0;
             return;
@@ -34,8 +34,7 @@ void addname(SCAN *scan, const char *before, const char *name, const char *after
     }
 }
 
-// The option text is the framework's own block, so a position that a reader of constant
-// text returned may be written through again.
+// Moves to a position in the option text, which is writable although readers return const.
 void moveto(SCAN *scan, const char *position) {
     scan->p += position - scan->p;
 }
@@ -51,12 +50,7 @@ void scanrule(SCAN *scan) {
 void scanname(SCAN *scan) {
     char name[BRAXFIELDSIZE];
     const char *end = BRAX_getfield(name, scan->p, false, true);
-    for (char *p = name + strlen(name); p > name && (isblankchar(p[-1]) || p[-1] == ';'); --p) {
-        if (p[-1] == ';') {
-            p[-1] = 0;
-            scan->batchEnd = true;
-        }
-    }
+    scan->batchEnd = BRAX_cutbatchend(name, strlen(name), 0) || scan->batchEnd;
     moveto(scan, end);
     addname(scan, "", name, "");
 }
@@ -86,8 +80,8 @@ void scanbetween(SCAN *scan) {
     }
 }
 
-// Length of the option word at `text`. A bracket or quote that is not closed within the length
-// of a field encloses nothing, so that words full of them do not cost the whole text each.
+// Length of the option word at `text`. A bracket or quote must be closed within the length of a
+// field; otherwise every such word would be searched to the end of the text.
 size_t wordlength(const char *text) {
     char window[BRAXFIELDSIZE];
     const bool whole = copytext(window, text, strnlen(text, BRAXFIELDSIZE), sizeof window);
@@ -98,17 +92,6 @@ size_t wordlength(const char *text) {
     for (length = 0; text[length] != 0 && !isblankchar(text[length]);)
         ++length;
     return length;
-}
-
-// Every ';' at the end of the option word becomes a blank and ends the batch behind it.
-void endword(SCAN *scan) {
-    for (char *p = scan->p + wordlength(scan->p);
-         p > scan->p && (isblankchar(p[-1]) || p[-1] == ';'); --p) {
-        if (p[-1] == ';') {
-            p[-1] = ' ';
-            scan->batchEnd = true;
-        }
-    }
 }
 
 void keepoption(SCAN *scan) {
@@ -123,35 +106,26 @@ void keepoption(SCAN *scan) {
 }
 
 void refuseoption(SCAN *scan) {
-    if (OPTverbose != 0) {
-        char word[BRAXFIELDSIZE];
-        BRAX_getfield(word, scan->p - 1, true, true);
-        BRAX_say("brax - 3 UNKNOWN OPTION <%s>\n", word);
-        BRAXhelpgiven = 1;
-    }
+    BRAX_unknownoption(3, scan->p - 1);
     opterror = -1;
     autohelp = 1;
     scan->p += strlen(scan->p);
 }
 
-// At the first character of an option word, or of the next built-in option in one.
+// Scans an option word from its first character, or the next built-in option in one.
 void scanoption(SCAN *scan) {
-    if (isblankchar(*scan->p)) {
-        scan->inOption = false;
-        return;
+    if (!isblankchar(*scan->p)) {
+        if (OPToptlower != 0)
+            *scan->p = lowerchar(*scan->p);
+        scan->batchEnd = BRAX_cutbatchend(scan->p, wordlength(scan->p), ' ') || scan->batchEnd;
     }
-    if (OPToptlower != 0)
-        *scan->p = lowerchar(*scan->p);
-    endword(scan);
-    if (isblankchar(*scan->p)) { // nothing but a ';' stood there
+    if (isblankchar(*scan->p)) { // after the word, or the word was ';' alone
         scan->inOption = false;
         return;
     }
     if (OPTkeepopts != 0)
         keepoption(scan);
-    const char *end = BRAX_topichelp(scan->p, true);
-    if (end == nullptr && !BRAX_isreserved(scan->p) && BRAX_optfunc != nullptr)
-        end = BRAX_optfunc(scan->p);
+    const char *end = BRAX_programoption(scan->p, true);
     if (end != nullptr) {
         moveto(scan, end);
         scan->inOption = false;
@@ -182,7 +156,7 @@ int BRAX_scan() {
         else
             scanbetween(&scan);
     }
-    // Blanks and commas behind a separator ask for no further batch.
+    // Blanks and commas after a separator do not make another batch.
     optptr = BRAX_nextfield(scan.p);
     return scan.options;
 }

@@ -16,11 +16,12 @@ char *optlist = nullptr;
 const char *optptr = nullptr;
 char firstcall = 1;
 char helpaddress[BRAXFIELDSIZE];
+char optsvariable[BRAXFIELDSIZE];
 
 namespace {
 
-// Starts a run: the working block, and the option text in it. False when there is no
-// memory for them.
+// Starts a run: allocates the working block and builds the option text in it. False when memory
+// runs out.
 bool startrun(int argc, char *argv[], const char *name) {
     opterror = 0;
     autohelp = 1;
@@ -41,12 +42,12 @@ bool startrun(int argc, char *argv[], const char *name) {
     return true;
 }
 
-// Turns the names of the batch into its files.
+// Finds the files of the batch.
 void findfiles() {
     BRAXargnum = 0;
     SearchList *list = BRAX_readnames();
     if (list == nullptr) {
-        BRAXhelpgiven = 1; // a batch with names missing would not be the one asked for
+        BRAXhelpgiven = 1; // out of memory: end the run
         return;
     }
     ApplyNameRules(list);
@@ -57,11 +58,10 @@ void findfiles() {
 }
 
 void usage(int level) {
-    BRAX_usagefunc(prgnamebuf, BRAX_optsvariable(), helpaddress, level);
+    BRAX_usagefunc(prgnamebuf, optsvariable, helpaddress, level);
 }
 
-// The banner when there is work, usage when too few files were named, and whatever help
-// was asked for.
+// Shows the banner if there are files, usage if there are too few, and requested help.
 void showhelp(int options) {
     const int count = BRAXargnum - (OPTkeepopts != 0 ? options : 0);
     if (autohelp <= 1) {

@@ -1,5 +1,5 @@
-// Expands response files with a stack of its own instead of recursion: each file that is being
-// expanded is one RESPONSE record, the file that named it is the one below.
+// Expands response files without recursion: every open file is a RESPONSE record on a stack, above
+// the record of the file that names it.
 #include "brax/response.h"
 
 #include "base/fields.h"
@@ -12,6 +12,7 @@
 #include <climits>
 #include <cstdlib>
 #include <cstring>
+#include <string_view>
 #include <sys/stat.h>
 
 namespace {
@@ -19,21 +20,20 @@ namespace {
 // Longest name of a file, of a parameter and of a variable.
 constexpr size_t longestname = 127;
 
-// Every file that is being expanded stays in memory, and each new one is compared with all of
-// them.
+// Every open file stays in memory, and each new one is compared with all of them.
 constexpr int deepestnesting = 4096;
 
 struct RESPONSE {
     RESPONSE *outer;
     BRAXBUF contents; // owned
-    const char *p;    // what is to be expanded next
+    const char *p;    // position of the expansion
     const char *end;
-    dev_t device; // these two tell a file whatever path leads to it
+    dev_t device;
     ino_t inode;
     int depth;
     bool endsBatch; // a batch separator follows the contents
     int parameterCount;
-    int parameters[BRAXFIELDSIZE];     // where each begins in the specification
+    int parameters[BRAXFIELDSIZE];     // offset of each in the specification
     char specification[BRAXFIELDSIZE]; // the name, then the parameters, each zero-terminated
 };
 
@@ -41,16 +41,15 @@ struct EXPANSION {
     RESPONSE *top;
     const char *specification; // of the outermost file
     TEXTEND *output;
-    bool stopped; // the whole expansion failed, the reason was reported
+    bool stopped; // the whole expansion failed, which was reported
 };
 
-// What a '%' stands for.
+// The value of an item that begins with '%', or the reason why it has none.
 struct PERCENT {
-    enum { PLAINTEXT, PERCENTSIGN, PARAMETER, VARIABLE } kind;
-    int number;         // of the parameter
-    const char *text;   // the plain text, or the variable's name
-    size_t length;      // of the text
-    const char *behind; // what follows
+    enum { VALUE, NOPARAMETER, NOVARIABLE } kind;
+    std::string_view text; // the value, or the name of the missing variable
+    int number;            // of the missing parameter
+    const char *end;
 };
 
 bool islinebreak(char c) {
@@ -61,18 +60,14 @@ int namelength(const char *specification) {
     return static_cast<int>(strcspn(specification, "({["));
 }
 
-void put(EXPANSION *expansion, const char *text, size_t length) {
+void put(EXPANSION *expansion, std::string_view text) {
     if (!expansion->stopped)
         expansion->stopped =
-            !BRAX_append(expansion->output, text, length, "OPTION TEXT", expansion->specification);
+            !BRAX_append(expansion->output, text, "OPTION TEXT", expansion->specification);
 }
 
-void put(EXPANSION *expansion, const char *text) {
-    put(expansion, text, strlen(text));
-}
-
-// Cuts the parameters apart; `p` stands behind the opening bracket. False, with a message,
-// when they are not closed at the end of the specification.
+// Splits the parameters, which start at `p`, after the opening bracket. False, with a message, if
+// they are not closed at the end of the specification.
 bool splitparameters(RESPONSE *response, char *p, char opening, const char *specification) {
     const char closing = limtodelim(opening);
     int depth = 1;
@@ -101,7 +96,6 @@ bool splitparameters(RESPONSE *response, char *p, char opening, const char *spec
 }
 
 bool splitspecification(RESPONSE *response, const char *specification) {
-    response->parameterCount = 0;
     if (!copytext(response->specification, specification, BRAXFIELDSIZE)) {
         BRAX_refuse("RESPONSE FILE NAME", specification);
         return false;
@@ -127,10 +121,10 @@ bool splitspecification(RESPONSE *response, const char *specification) {
     return true;
 }
 
-// Tells files apart by device and number: false, and the whole expansion stops, when this one
-// is being expanded already. Going on without it could take as long as there are paths
-// through files that name each other.
-bool learnidentity(EXPANSION *expansion, RESPONSE *response) {
+// Compares the file's device and inode with those of the open files. If it is one of them, returns
+// false and stops the whole expansion: skipping the file could take time exponential in the
+// number of files that name each other.
+bool checknesting(EXPANSION *expansion, RESPONSE *response) {
     struct stat status = {};
     if (stat(response->specification, &status) != 0)
         return false;
@@ -149,7 +143,7 @@ bool learnidentity(EXPANSION *expansion, RESPONSE *response) {
     return false;
 }
 
-// Passes over comment lines when `p` stands at the start of one.
+// Skips comment lines if `p` is at the start of one.
 const char *skipcomments(const RESPONSE *response, const char *p) {
     while (*p == ';' && (p == response->contents.p || islinebreak(p[-1]))) {
         while (p < response->end && !islinebreak(*p))
@@ -160,51 +154,45 @@ const char *skipcomments(const RESPONSE *response, const char *p) {
     return p;
 }
 
-// Reads what begins with the '%' at `p`.
-PERCENT readpercent(const char *p) {
+PERCENT readpercent(const RESPONSE *response, const char *p) {
     const char *start = p++;
     if (*p == '%')
-        return {PERCENT::PERCENTSIGN, 0, start, 1, p + 1};
+        return {PERCENT::VALUE, "%", 0, p + 1};
     if (isdigitchar(*p)) {
         int number = 0;
         for (; isdigitchar(*p); ++p)
             number = number < INT_MAX / 10 ? number * 10 + (*p - '0') : INT_MAX;
-        return {PERCENT::PARAMETER, number, start, 0, p};
+        if (number > response->parameterCount)
+            return {PERCENT::NOPARAMETER, "", number, p};
+        const char *value =
+            number > 0 ? response->specification + response->parameters[number - 1] : "";
+        return {PERCENT::VALUE, value, number, p};
     }
     while (isletter(*p) || isdigitchar(*p) || *p == '_')
         ++p;
     const auto length = static_cast<size_t>(p - start);
-    if (*p == '%')
-        return {PERCENT::VARIABLE, 0, start + 1, length - 1, p + 1};
-    return {PERCENT::PLAINTEXT, 0, start, length, p};
+    if (*p != '%')
+        return {PERCENT::VALUE, {start, length}, 0, p};
+    char name[longestname + 1];
+    const bool fits = copytext(name, start + 1, length - 1, sizeof name);
+    if (const char *value = fits ? getenv(name) : nullptr; value != nullptr)
+        return {PERCENT::VALUE, value, 0, p + 1};
+    return {PERCENT::NOVARIABLE, {start + 1, length - 1}, 0, p + 1};
 }
 
-// The variable's value; null when it is not set.
-const char *variablevalue(const PERCENT &percent) {
+void reportmissing(const PERCENT &percent) {
     char name[longestname + 1];
-    return copytext(name, percent.text, percent.length, sizeof name) ? getenv(name) : nullptr;
-}
-
-bool checkpercent(const RESPONSE *response, const PERCENT &percent) {
-    if (percent.kind == PERCENT::PARAMETER && percent.number > response->parameterCount) {
-        if (OPTverbose > 0)
-            BRAX_say("brax - PARAMETER %%%i NOT GIVEN TO RESPONSEFILE.\n", percent.number);
-        return false;
-    }
-    if (percent.kind != PERCENT::VARIABLE || variablevalue(percent) != nullptr)
-        return true;
-    char name[longestname + 1];
-    if (!copytext(name, percent.text, percent.length, sizeof name)) {
+    if (!copytext(name, percent.text.data(), percent.text.size(), sizeof name)) {
         BRAX_refuse("ENVIRONMENT VARIABLE NAME", name);
-        return false;
-    }
-    uppertext(name);
-    if (OPTverbose > 0)
+    } else if (OPTverbose > 0 && percent.kind == PERCENT::NOPARAMETER) {
+        BRAX_say("brax - PARAMETER %%%i NOT GIVEN TO RESPONSEFILE.\n", percent.number);
+    } else if (OPTverbose > 0) {
+        uppertext(name);
         BRAX_say("BRAX - ENVIRONMENT VARIABLE '%s' NOT DEFINED.\n", name);
-    return false;
+    }
 }
 
-// Looks at every '%' before anything is appended.
+// Checks every '%' before anything is appended.
 bool checkcontents(const RESPONSE *response) {
     const char *p = response->p;
     while ((p = skipcomments(response, p)) < response->end) {
@@ -212,16 +200,18 @@ bool checkcontents(const RESPONSE *response) {
             ++p;
             continue;
         }
-        const PERCENT percent = readpercent(p);
-        if (!checkpercent(response, percent))
+        const PERCENT percent = readpercent(response, p);
+        if (percent.kind != PERCENT::VALUE) {
+            reportmissing(percent);
             return false;
-        p = percent.behind;
+        }
+        p = percent.end;
     }
     return true;
 }
 
-// Makes the file the next to be expanded. Its name may be a variable's instead, whose value
-// is appended at once. False when neither is possible.
+// Loads the file, or appends the value of the variable with its name. False if neither is
+// possible.
 bool fillresponse(EXPANSION *expansion, RESPONSE *response, const char *specification) {
     if (!splitspecification(response, specification))
         return false;
@@ -231,7 +221,7 @@ bool fillresponse(EXPANSION *expansion, RESPONSE *response, const char *specific
         response->p = response->end = "";
         return !expansion->stopped;
     }
-    if (!learnidentity(expansion, response) ||
+    if (!checknesting(expansion, response) ||
         BRAX_loadfilev(&response->contents, response->specification, 0) == nullptr)
         return false;
     response->p = static_cast<const char *>(response->contents.p);
@@ -239,7 +229,7 @@ bool fillresponse(EXPANSION *expansion, RESPONSE *response, const char *specific
     return checkcontents(response);
 }
 
-void release(RESPONSE *response) {
+void freeresponse(RESPONSE *response) {
     BRAX_free(&response->contents);
     gfree(response);
 }
@@ -250,20 +240,19 @@ void warn(const char *specification) {
                  specification);
 }
 
-// Puts the file on the stack; false, with a warning, when it cannot be expanded.
+// Pushes the file on the stack; false, with a warning, if it cannot be expanded.
 bool begin(EXPANSION *expansion, const char *specification, bool endsBatch) {
-    auto *response = static_cast<RESPONSE *>(galloc(static_cast<int>(sizeof(RESPONSE))));
+    auto *response = gallocarray<RESPONSE>(1);
     if (response != nullptr) {
-        RESPONSE *outer = expansion->top;
-        response->outer = outer;
-        response->contents = {nullptr, 0};
-        response->depth = outer != nullptr ? outer->depth + 1 : 1;
+        *response = {};
+        response->outer = expansion->top;
+        response->depth = expansion->top != nullptr ? expansion->top->depth + 1 : 1;
         response->endsBatch = endsBatch;
         if (fillresponse(expansion, response, specification)) {
             expansion->top = response;
             return true;
         }
-        release(response);
+        freeresponse(response);
     }
     if (!expansion->stopped)
         warn(specification);
@@ -277,10 +266,10 @@ void finish(EXPANSION *expansion) {
         put(expansion, " ");
     if (response->endsBatch)
         put(expansion, " ; ");
-    release(response);
+    freeresponse(response);
 }
 
-// Begins the response file that the text at the '@' or '&' names.
+// Begins the response file named after the '@' or '&'.
 void expandnested(EXPANSION *expansion, RESPONSE *response) {
     char specification[BRAXFIELDSIZE];
     const char *name = response->p + 1;
@@ -298,25 +287,6 @@ void expandnested(EXPANSION *expansion, RESPONSE *response) {
         put(expansion, " ; ");
 }
 
-void expandpercent(EXPANSION *expansion, RESPONSE *response) {
-    const PERCENT percent = readpercent(response->p);
-    response->p = percent.behind;
-    // What was not checked, because the check took it for a comment that in truth stands
-    // inside the brackets of a nested file, gives nothing.
-    switch (percent.kind) {
-    case PERCENT::PARAMETER:
-        if (percent.number > 0 && percent.number <= response->parameterCount)
-            put(expansion, response->specification + response->parameters[percent.number - 1]);
-        break;
-    case PERCENT::VARIABLE:
-        if (const char *value = variablevalue(percent); value != nullptr)
-            put(expansion, value);
-        break;
-    default:
-        put(expansion, percent.text, percent.length);
-    }
-}
-
 // Expands the next piece of the innermost file.
 void step(EXPANSION *expansion) {
     RESPONSE *response = expansion->top;
@@ -324,13 +294,18 @@ void step(EXPANSION *expansion) {
     if (p == response->end) {
         finish(expansion);
     } else if (*p == '%') {
-        expandpercent(expansion, response);
+        // Missing here if the check skipped it as a comment, but it is inside the brackets of a
+        // nested file.
+        const PERCENT percent = readpercent(response, p);
+        if (percent.kind == PERCENT::VALUE)
+            put(expansion, percent.text);
+        response->p = percent.end;
     } else if ((*p == '@' || *p == '&') && (p == response->contents.p || isblankchar(p[-1]))) {
         expandnested(expansion, response);
     } else {
-        // A zero byte would end the option text; like other control characters it separates.
+        // A zero byte would end the option text.
         const bool blank = islinebreak(*p) || *p == '\t' || *p == 0;
-        put(expansion, blank ? " " : p, 1);
+        put(expansion, {blank ? " " : p, 1});
         ++response->p;
     }
 }

@@ -1,5 +1,5 @@
-// Response files: options and names that would not fit on a command line, or that several
-// runs share.
+// Response files: options and names that are too long for a command line or shared by several
+// runs.
 //
 //     @build(debug,obj)      the file build, with two parameters
 //
@@ -8,17 +8,16 @@
 //     %SRCDIR%/pad.o         a variable of the environment
 //     100%% @other; &more    a percent sign; other files, the first one ends its batch
 //
-// The brackets around the parameters may be (), {} or [] and nest. When the environment has a
-// variable of the file's name, its value is taken as it stands and no file is read.
+// The brackets around the parameters may be (), {} or [] and nest. If the environment has a
+// variable with the file's name, its value is used unchanged and no file is read.
 #pragma once
 
-// Appends the expanded contents of a response file to the option text `output`, which has
-// room for BRAXLISTSIZE bytes. `specification` is what stands behind the '@' or '&'.
+// Appends the expanded contents of a response file to the option text `output`, a buffer of
+// BRAXLISTSIZE bytes. `specification` is the text after the '@' or '&'.
 //
-// False, with the reason and a warning unless OPTverbose is 0 (a missing closing bracket is
-// told at every verbosity), and nothing appended, when the specification is malformed, the
-// file cannot be loaded, a parameter or variable that it uses is missing, it names itself,
-// directly or through others, or a limit is passed. A file named in it that cannot be
-// expanded for one of the first three reasons is left out: BRAXhelpgiven is set, which ends
-// the run, and the result is still true.
+// False, with nothing appended, if the specification is malformed, the file cannot be loaded, a
+// parameter or variable that it uses is missing, it names itself, directly or through other
+// files, or a limit is exceeded. The reason and a warning are reported unless OPTverbose is 0; a
+// missing closing bracket always is. A nested file that fails for one of the first three reasons
+// is skipped: the result is still true, and BRAXhelpgiven is set, which ends the run.
 bool BRAX_responsefile(const char *specification, char *output);

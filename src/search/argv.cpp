@@ -20,8 +20,7 @@ bool kept(const FileInfo *entry) {
     return OPTkeepunfound != 0 || (entry->type == BRAXNAMEOPTION && OPTkeepopts != 0);
 }
 
-// Elements that the list gives; 0 also when it lost a match or gives more than an int can
-// count.
+// Number of files; 0 also if the list lost a match or the number does not fit an int.
 int64_t countfiles(const SearchList *list) {
     int64_t count = 0;
     for (int32_t i = 0; i < list->count; ++i) {
@@ -34,10 +33,9 @@ int64_t countfiles(const SearchList *list) {
 }
 
 template <typename T> bool allocate(T *&vector, int wanted, int64_t count) {
-    if (wanted == 0)
-        return true;
-    vector = gallocarray<T>(count);
-    return vector != nullptr;
+    if (wanted != 0)
+        vector = gallocarray<T>(count);
+    return wanted == 0 || vector != nullptr;
 }
 
 bool allocatevectors(int64_t count) {
@@ -47,7 +45,7 @@ bool allocatevectors(int64_t count) {
            allocate(BRAXattribargv, OPTmakeattriblist, count);
 }
 
-// The element is counted before its texts are there, so that freeFiles finds what there is.
+// Counts the element first, so that freeFiles also frees an incomplete one.
 bool appendfile(const Match *match) {
     const int32_t index = BRAXargnum++;
     BRAXsargv[index] = galloctext(match->source);
@@ -70,9 +68,10 @@ bool appendentry(const FileInfo *entry) {
     return entry->nmatches > 0 || !kept(entry) || appendfile(&pattern);
 }
 
-void releasetexts(char **texts) {
+void releasetexts(char **&texts) {
     for (int32_t i = 0; texts != nullptr && i < BRAXargnum; ++i)
         grelease(texts[i]);
+    grelease(texts);
 }
 
 } // namespace
@@ -95,8 +94,6 @@ void freeFiles() {
     releasetexts(BRAXsargv);
     releasetexts(BRAXdargv);
     BRAXargnum = 0;
-    grelease(BRAXsargv);
-    grelease(BRAXdargv);
     grelease(BRAXdateargv);
     grelease(BRAXsizeargv);
     grelease(BRAXattribargv);

@@ -1,7 +1,4 @@
-// The files of one batch, as the tool reads them: parallel vectors in which element i of
-// each belongs to file i.
-//
-// MakeArgvs builds them from a search list; they live until freeFiles.
+// The files of one batch, as the tool reads them. Element i of every vector belongs to file i.
 #pragma once
 
 #include "search/list.h"
@@ -17,11 +14,11 @@ extern int32_t *BRAXdateargv;   // file times in seconds
 extern int32_t *BRAXsizeargv;   // sizes in bytes
 extern uint8_t *BRAXattribargv; // BRAX_makeattrib
 
-// Builds the vectors: every match in list order, and for an entry without one its own
-// pattern pair when OPTkeepunfound is set or when it is option-like and OPTkeepopts is set.
-// The vectors must be empty before. With nothing to hold, or when memory ran out here or
-// during the search, BRAXargnum is 0 and nothing is allocated: half a batch would mislead.
+// Builds the vectors from every match in list order; they must be empty before. An entry
+// without a match gives its own pattern pair if OPTkeepunfound is set, or if it is option-like
+// and OPTkeepopts is set. If there are no files, or memory ran out here or during the search,
+// BRAXargnum is 0 and nothing is allocated.
 void MakeArgvs(const SearchList *list);
 
-// Releases the vectors and everything in them.
+// Frees the vectors and everything in them.
 void freeFiles();

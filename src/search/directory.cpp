@@ -20,9 +20,10 @@ DIR *stream(SGI_handle handle) {
     return reinterpret_cast<DIR *>(handle);
 }
 
-// Whether the mode lets the owner read but not write.
-bool readonlymode(mode_t mode) {
-    return (mode & (S_IRUSR | S_IWUSR)) == S_IRUSR;
+void clearstatus(SGI_finddata *data) {
+    data->attrib = 0;
+    data->time = 0;
+    data->size = 0;
 }
 
 } // namespace
@@ -34,14 +35,13 @@ SGI_handle SGIfindopen() {
 SGI_handle SGIfindfirst(SGI_finddata *data) {
     *data = {};
     const SGI_handle handle = SGIfindopen();
-    if (handle == 0)
-        return 0;
-    if (SGIfindquick(handle, data) == 0) {
-        SGIfindclose(handle);
-        return 0;
+    if (handle != 0 && SGIfindquick(handle, data) != 0) {
+        SGIfindfill(data);
+        return handle;
     }
-    SGIfindfill(data);
-    return handle;
+    if (handle != 0)
+        SGIfindclose(handle);
+    return 0;
 }
 
 int SGIfindnext(SGI_handle handle, SGI_finddata *data) {
@@ -61,9 +61,7 @@ int SGIfindquick(SGI_handle handle, SGI_finddata *data) {
         return 0;
     }
     copytext(data->name, entry->d_name, sizeof data->name);
-    data->attrib = 0;
-    data->time = 0;
-    data->size = 0;
+    clearstatus(data);
 #ifdef DT_DIR
     if (entry->d_type == DT_DIR) {
         data->attrib = SGIATTRDIRECTORY;
@@ -76,9 +74,7 @@ int SGIfindquick(SGI_handle handle, SGI_finddata *data) {
 }
 
 bool SGIfindfill(SGI_finddata *data) {
-    data->attrib = 0;
-    data->time = 0;
-    data->size = 0;
+    clearstatus(data);
     struct stat status = {};
     if (stat(data->name, &status) != 0)
         return false;
@@ -86,7 +82,7 @@ bool SGIfindfill(SGI_finddata *data) {
     data->time = toint32(status.st_ctime);
     if (S_ISDIR(status.st_mode))
         data->attrib |= SGIATTRDIRECTORY;
-    if (readonlymode(status.st_mode))
+    if ((status.st_mode & (S_IRUSR | S_IWUSR)) == S_IRUSR)
         data->attrib |= SGIATTRREADONLY;
     return true;
 }
@@ -124,23 +120,18 @@ int32_t decimaldate(int32_t seconds) {
     return (1900 + date.tm_year) * 10000 + date.tm_mon * 100 + date.tm_mday;
 }
 
-// Whether the name, which also serves as the destination, matches the entry.
+// Whether an entry matches the name, which is also the destination.
 bool matchesname(const char *entry, const char *name) {
-    char scratch[BRAXFIELDSIZE];
-    if (WILD_imatch(scratch, entry, name, "") == 0)
-        return false;
-    const int64_t room = WILD_outputroom(entry, name);
-    if (room <= BRAXFIELDSIZE)
-        return WILD_imatch(scratch, entry, name, name) != 0;
-    char *large = gallocarray<char>(room);
-    if (large == nullptr)
-        return false;
-    const bool matched = WILD_imatch(large, entry, name, name) != 0;
-    gfree(large);
+    char small[BRAXFIELDSIZE];
+    const int64_t size = WILD_outputroom(entry, name);
+    char *large = size > BRAXFIELDSIZE ? gallocarray<char>(size) : nullptr;
+    char *output = size > BRAXFIELDSIZE ? large : small;
+    const bool matched = output != nullptr && WILD_imatch(output, entry, name, name) != 0;
+    grelease(large);
     return matched;
 }
 
-// The first entry that the name matches.
+// Finds the first entry that matches the name.
 bool findlisted(const char *name, SGI_finddata *data) {
     const SGI_handle handle = SGIfindopen();
     if (handle == 0)

@@ -1,8 +1,7 @@
-// Comparing the names of a directory, and of the tree below it, with a whole search list.
+// Compares the names of a directory, and of the tree below it, with a whole search list.
 //
-// Each directory is listed once: its files are compared while its directories are noted to
-// be entered afterwards. What the comparison needs of an entry in one directory (its pattern
-// and destination moved there) is made when the first name asks for it.
+// Each directory is listed once: its files are compared, its subdirectories made pending. An
+// entry's pattern and destination are moved into the directory when first compared there.
 #include "search/find.h"
 
 #include "base/options.h"
@@ -19,7 +18,7 @@
 
 namespace {
 
-// A wildcard entry moved into the directory that is being searched; null until asked for.
+// A wildcard entry moved into the directory being searched; null until needed.
 struct MOVED {
     char *pattern;
     char *dest;
@@ -33,14 +32,14 @@ struct SEARCH {
     bool exact; // hookisexact
     NAMEINDEX index;
 
-    // The directory that is being searched.
+    // The directory being searched.
     bool atStart;         // entries before OPTstartrecurseat take part
-    const char *relative; // as seen from the root
-    int plain;            // 1 when the matcher accepts its own name as a pattern; -1 unknown
+    const char *relative; // its path as seen from the root
+    bool plain;           // the matcher accepts its path as a pattern
     MOVED *moved;         // per list entry
-    int32_t *touched;     // entries with something in `moved` or with `found` set
-    int32_t touchedCount; // each at most once for either
-    char *relativeName;   // the name being compared, moved here; null until asked for
+    int32_t *touched;     // literal entries found and wildcard entries moved here, each once
+    int32_t touchedCount;
+    char *relativeName; // the name being compared, moved here; null until needed
 
     GROWTEXT source;
     GROWTEXT dest;
@@ -51,32 +50,23 @@ bool literal(const FileInfo *entry) {
     return entry->wild == 0 || OPTexpandwildcards == 0;
 }
 
-// Literal names pass on unlooked-for unless they are asked for in every directory, or must
-// exist.
-bool lookedfor(const FileInfo *entry) {
+// Literal names are searched for only if they are compared in every directory, or must exist.
+bool issearched(const FileInfo *entry) {
     if (entry->type == BRAXNAMEOPTION)
         return false;
     return !literal(entry) || OPTkeepunfound == 0 || OPTrecurse == 1;
 }
 
-// The key is the last component of the pattern that the entry is compared with.
-NAMEUSE use(const void *context, const FileInfo *entry, const char **key) {
-    const auto *search = static_cast<const SEARCH *>(context);
-    if (!lookedfor(entry))
-        return NAMEUSE::none;
-    *key = lastcomponent(entry->source);
-    if (literal(entry))
-        return NAMEUSE::keyed;
-    if (entry->type == BRAXNAMEABSOLUTE)
-        *key = lastcomponent(behindshared(entry->source, search->root));
-    return search->exact && !holdswildcard(*key) ? NAMEUSE::keyed : NAMEUSE::wild;
+// The file name that the entry matches as a whole; null when it must be compared with every name.
+const char *keyof(const SEARCH *search, const FileInfo *entry) {
+    const char *source = entry->source;
+    if (!literal(entry) && entry->type == BRAXNAMEABSOLUTE)
+        source = aftershared(source, search->root);
+    const char *key = lastcomponent(source);
+    return literal(entry) || (search->exact && !holdswildcard(key)) ? key : nullptr;
 }
 
-void touch(SEARCH *search, int32_t i) {
-    search->touched[search->touchedCount++] = i;
-}
-
-void forgetdirectory(SEARCH *search) {
+void resetdirectory(SEARCH *search) {
     for (int32_t k = 0; k < search->touchedCount; ++k) {
         const int32_t i = search->touched[k];
         grelease(search->moved[i].pattern);
@@ -86,7 +76,7 @@ void forgetdirectory(SEARCH *search) {
     search->touchedCount = 0;
 }
 
-// Records the file under its destination here.
+// Records a file of this directory.
 void record(SEARCH *search, FileInfo *entry, SGI_finddata *data, const char *dest) {
     char *recorded = recordeddest(entry, search->relative, dest);
     if (recorded == nullptr)
@@ -110,7 +100,7 @@ void compareliteral(SEARCH *search, int32_t i, SGI_finddata *data) {
     record(search, entry, data, dest);
     gfree(dest);
     entry->found = FOUNDRECORDED;
-    touch(search, i);
+    search->touched[search->touchedCount++] = i;
 }
 
 bool moveentry(SEARCH *search, int32_t i) {
@@ -127,39 +117,36 @@ bool moveentry(SEARCH *search, int32_t i) {
         grelease(moved->pattern);
         return false;
     }
-    touch(search, i);
+    search->touched[search->touchedCount++] = i;
     return true;
 }
 
-// Whether the directory's name can stand in a pattern: the matcher does not accept one with
-// a '#', or one that is longer than its buffers.
-bool plaindirectory(SEARCH *search, FileInfo *entry) {
-    if (search->plain < 0) {
-        bool plain = true;
-        if (*search->relative != 0 && growset(&search->source, search->relative) &&
-            growappend(&search->source, "x"))
-            plain = hookmatches(entry, &search->dest, search->source.text, search->source.text, "");
-        search->plain = plain ? 1 : 0;
-    }
-    return search->plain != 0;
+// Whether the matcher accepts the directory's path as a pattern. It refuses one that contains a
+// '#' or is longer than its buffers.
+bool matchesitself(SEARCH *search) {
+    return *search->relative == 0 || !setjoined(&search->source, search->relative, "x") ||
+           hookmatches(search->list->files[0], &search->dest, search->source.text,
+                       search->source.text, "");
 }
 
-// In a directory whose name cannot stand in a pattern a plain source is compared with the
-// bare name, and the directory is put in front of what the match gives. The result is in
-// `scratch`.
+// Compares a plain source with the bare name, and puts the directory of `dest` before the
+// resulting name. The result is in `scratch`.
 bool matchbare(SEARCH *search, FileInfo *entry, const char *name, const char *dest) {
     const char *destFile = lastcomponent(dest);
-    return hookmatches(entry, &search->dest, name, entry->source, destFile) &&
-           growset(&search->scratch, dest) &&
-           (growcut(&search->scratch, destFile - dest),
-            growappend(&search->scratch, search->dest.text));
+    if (!hookmatches(entry, &search->dest, name, entry->source, destFile))
+        return false;
+    const bool made = growset(&search->scratch, "") &&
+                      growappend(&search->scratch, dest, destFile - dest) &&
+                      growappend(&search->scratch, search->dest.text);
+    entry->incomplete = entry->incomplete || !made;
+    return made;
 }
 
-// The destination that the entry gives the name here; null when it does not match.
+// The destination that the entry gives the name; null when it does not match.
 const char *matchentry(SEARCH *search, int32_t i, const char *name) {
     FileInfo *entry = search->list->files[i];
     const MOVED *moved = &search->moved[i];
-    if (entry->type == BRAXNAMEPLAIN && !plaindirectory(search, entry))
+    if (entry->type == BRAXNAMEPLAIN && !search->plain)
         return matchbare(search, entry, name, moved->dest) ? search->scratch.text : nullptr;
     if (hookmatches(entry, &search->dest, search->relativeName, moved->pattern, moved->dest) ||
         hookmatches(entry, &search->dest, name, moved->pattern, moved->dest))
@@ -181,7 +168,8 @@ void comparewild(SEARCH *search, int32_t i, SGI_finddata *data) {
         record(search, entry, data, dest);
 }
 
-// Compares a file of the directory with every entry that may mean it.
+// Compares a file of the directory with every entry that may match it. False when memory runs
+// out.
 bool comparename(SEARCH *search, SGI_finddata *data) {
     bool complete = true;
     NAMECURSOR cursor = nameindexfind(&search->index, data->name);
@@ -198,7 +186,7 @@ bool comparename(SEARCH *search, SGI_finddata *data) {
     return complete;
 }
 
-// Compares the files of the current directory and makes its directories pending.
+// Compares the files of the current directory and makes its subdirectories pending.
 bool searchlisting(SEARCH *search, WALK *walk) {
     const SGI_handle handle = SGIfindopen();
     if (handle == 0)
@@ -217,44 +205,41 @@ bool searchlisting(SEARCH *search, WALK *walk) {
     return complete;
 }
 
-// The path behind what it shares with the root, less one separator.
-const char *relativedirectory(const char *path, const char *root) {
-    path = behindshared(path, root);
-    return path + (isslash(*path) ? 1 : 0);
-}
-
 bool visitdirectory(WALK *walk, void *context) {
     auto *search = static_cast<SEARCH *>(context);
     const int depth = walk->atStart ? search->depth : 1;
-    search->relative = relativedirectory(walk->path.text, search->root);
+    search->relative = aftershared(walk->path.text, search->root);
+    search->relative += isslash(*search->relative) ? 1 : 0;
     search->atStart = depth == 0;
-    search->plain = -1;
+    search->plain = matchesitself(search);
     if (OPTrecurse != 1)
         search->found += FindDirs(search->list, search->relative, depth);
-    bool complete = true;
-    if (search->index.keyed + search->index.wildCount > 0)
-        complete = searchlisting(search, walk);
-    forgetdirectory(search);
+    const bool complete = nameindexempty(&search->index) || searchlisting(search, walk);
+    resetdirectory(search);
     return complete;
 }
 
-// Makes what the search needs besides the list; false when memory runs out.
+// Allocates what the search needs and fills the index; false when memory runs out.
 bool preparesearch(SEARCH *search) {
     const int32_t count = search->list->count;
+    search->exact = hookisexact();
     search->moved = gallocarray<MOVED>(count);
     search->touched = gallocarray<int32_t>(count);
-    if (search->moved == nullptr || search->touched == nullptr)
+    if (!nameindexcreate(&search->index, count) || search->moved == nullptr ||
+        search->touched == nullptr)
         return false;
-    for (int32_t i = 0; i < count; ++i) {
+    for (int32_t i = count - 1; i >= 0; --i) {
+        FileInfo *entry = search->list->files[i];
         search->moved[i] = {nullptr, nullptr};
-        search->list->files[i]->found = FOUNDNOT;
+        entry->found = FOUNDNOT;
+        if (issearched(entry))
+            nameindexadd(&search->index, i, keyof(search, entry));
     }
-    search->exact = hookisexact();
-    return nameindexbuild(&search->index, search->list, use, search);
+    return true;
 }
 
 void endsearch(SEARCH *search) {
-    forgetdirectory(search);
+    resetdirectory(search);
     nameindexfree(&search->index);
     grelease(search->moved);
     grelease(search->touched);
@@ -263,17 +248,16 @@ void endsearch(SEARCH *search) {
     growfree(&search->scratch);
 }
 
-// FindRecursive from the current directory, which `path` is the name of.
-int searchhere(const char *path, const char *root, SearchList *list, int depth) {
+// FindRecursive from the directory, or from the current one, called `path`, when that is null.
+int searchfrom(const char *directory, const char *path, const char *root, SearchList *list,
+               int depth) {
     SEARCH search = {};
     search.list = list;
     search.root = root;
     search.depth = depth;
     GROWTEXT base = {};
-    const size_t length = strlen(path);
-    const bool separated = length > 0 && isslash(path[length - 1]);
-    if (!growset(&base, path) || (!separated && !growappend(&base, "/")) ||
-        !preparesearch(&search) || !WALK_run(base.text, visitdirectory, &search))
+    if (!setjoined(&base, path, "") || !preparesearch(&search) ||
+        !WALK_run(directory, base.text, visitdirectory, &search))
         list->files[0]->incomplete = true;
     endsearch(&search);
     growfree(&base);
@@ -295,17 +279,7 @@ void searchlistedpaths(SearchList *list, char *paths) {
 } // namespace
 
 int FindRecursive(const char *path, const char *root, SearchList *list, int depth) {
-    if (list == nullptr || list->count == 0)
-        return 0;
-    SGI_place place;
-    if (!SGIsaveplace(&place)) {
-        list->files[0]->incomplete = true;
-        return 0;
-    }
-    const int found = chdir(path) == 0 ? searchhere(path, root, list, depth) : 0;
-    SGIreturn(&place);
-    SGIforgetplace(&place);
-    return found;
+    return list == nullptr || list->count == 0 ? 0 : searchfrom(path, path, root, list, depth);
 }
 
 void BRAX_findbatch(SearchList *list) {
@@ -317,9 +291,9 @@ void BRAX_findbatch(SearchList *list) {
             searchlistedpaths(list, OPTenvpath);
         return;
     }
-    // The process is there already, so that an unknown name of the directory does no harm.
+    // Not entered by its name, which may be unknown.
     char here[65536];
     if (getcwd(here, sizeof here) == nullptr)
         here[0] = 0;
-    searchhere(here, here, list, 0);
+    searchfrom(nullptr, here, here, list, 0);
 }

@@ -1,7 +1,7 @@
-// Following patterns with a directory part, one component at a time.
+// Follows patterns with a directory part, one component at a time.
 //
-// A component without wildcards is looked at directly where the matcher allows it, so that a
-// batch of many such names costs a few system calls each instead of a listing each.
+// A component without wildcards is examined directly if the matcher is case-sensitive: a few
+// system calls instead of a listing.
 #include "base/options.h"
 #include "base/text.h"
 #include "mem/galloc.h"
@@ -17,59 +17,52 @@ namespace {
 
 struct FOLLOW {
     FileInfo *entry;
-    const char *pattern; // a directory's tag says how far it has been followed to there
+    const char *pattern; // a directory's tag is the offset of the rest to follow there
     const char *relativeRoot;
     bool exact; // hookisexact
     int found;
-    GROWTEXT component; // the one being looked for
+    GROWTEXT component; // the current one
     GROWTEXT name;      // of a file, with its directory
     GROWTEXT dest;
 };
 
-bool setjoined(GROWTEXT *text, const char *directory, const char *name) {
-    return growset(text, directory) && growappend(text, name);
+// Sets the text to the name as seen from the starting directory.
+bool setrooted(GROWTEXT *text, const char *root, const char *name) {
+    return *root == 0 ? growset(text, name) : setjoined(text, root, name);
 }
 
-// Puts the relative root in front of a text.
-bool setrooted(GROWTEXT *text, const char *root, const char *rest) {
-    const size_t length = strlen(root);
-    const bool separated = length == 0 || isslash(root[length - 1]);
-    return growset(text, root) && (separated || growappend(text, "/")) && growappend(text, rest);
-}
-
-bool recordfollowed(FOLLOW *follow, const char *directory, SGI_finddata *data) {
+void recordfollowed(FOLLOW *follow, const char *directory, SGI_finddata *data) {
     FileInfo *entry = follow->entry;
     char *dest = recordeddest(entry, directory, follow->dest.text);
     if (dest == nullptr)
-        return false;
+        return;
     GROWTEXT source = {};
-    const bool rooted = *follow->relativeRoot != 0 && BRAX_typeofname(dest) != BRAXNAMEABSOLUTE;
-    const bool made = setrooted(&source, follow->relativeRoot, follow->name.text) &&
-                      setrooted(&follow->dest, rooted ? follow->relativeRoot : "", dest);
-    const bool recorded = made && recordfile(entry, data, source.text, follow->dest.text);
-    entry->incomplete = entry->incomplete || !made;
+    const char *destRoot = BRAX_typeofname(dest) == BRAXNAMEABSOLUTE ? "" : follow->relativeRoot;
+    if (!setrooted(&source, follow->relativeRoot, follow->name.text) ||
+        !setrooted(&follow->dest, destRoot, dest))
+        entry->incomplete = true;
+    else if (recordfile(entry, data, source.text, follow->dest.text))
+        ++follow->found;
     growfree(&source);
     gfree(dest);
-    follow->found += recorded ? 1 : 0;
-    return recorded;
 }
 
-// Takes an entry of the current directory that may be the last component.
+// Tests an entry of the current directory against the last component.
 void considerfile(FOLLOW *follow, WALK *walk, SGI_finddata *data) {
     FileInfo *entry = follow->entry;
     if (!passesfilter(data))
         return;
-    if (!setjoined(&follow->name, walk->path.text, data->name))
+    if (!growset(&follow->name, walk->path.text) || !growappend(&follow->name, data->name)) {
         entry->incomplete = true;
-    else if (hookmatches(entry, &follow->dest, follow->name.text, entry->source, entry->dest)) {
+    } else if (hookmatches(entry, &follow->dest, follow->name.text, entry->source, entry->dest)) {
         entry->found = FOUNDNAME;
         recordfollowed(follow, walk->path.text, data);
     }
 }
 
-// Takes an entry of the current directory that may be a directory component; `behind` is
-// the part of the pattern to be followed from there.
-void considerdirectory(FOLLOW *follow, WALK *walk, const SGI_finddata *data, const char *behind) {
+// Tests an entry of the current directory against a directory component; `rest` is the part of
+// the pattern to follow there.
+void considerdirectory(FOLLOW *follow, WALK *walk, const SGI_finddata *data, const char *rest) {
     FileInfo *entry = follow->entry;
     const char *component = follow->component.text;
     if ((data->attrib & SGIATTRDIRECTORY) == 0)
@@ -79,7 +72,7 @@ void considerdirectory(FOLLOW *follow, WALK *walk, const SGI_finddata *data, con
     if (!hookmatches(entry, &follow->dest, data->name, component, ""))
         return;
     entry->found = FOUNDNAME;
-    if (!WALK_pend(walk, data->name, behind - follow->pattern, holdswildcard(component)))
+    if (!WALK_pend(walk, data->name, rest - follow->pattern, holdswildcard(component)))
         entry->incomplete = true;
 }
 
@@ -106,7 +99,7 @@ void considerall(FOLLOW *follow, WALK *walk, const char *end) {
     SGIfindclose(handle);
 }
 
-// The one entry that a component without wildcards can mean.
+// Tests the only entry that a component without wildcards can match.
 void considerone(FOLLOW *follow, WALK *walk, const char *end) {
     SGI_finddata data = {};
     follow->entry->found = FOUNDNOT;
@@ -117,7 +110,7 @@ void considerone(FOLLOW *follow, WALK *walk, const char *end) {
 bool visitfollowed(WALK *walk, void *context) {
     auto *follow = static_cast<FOLLOW *>(context);
     const char *rest = follow->pattern + walk->tag;
-    // A doubled separator leads nowhere else.
+    // Skip repeated separators.
     for (; isslash(*rest) && walk->path.length > 0; ++rest) {
         if (!growappend(&walk->path, "/"))
             return false;
@@ -134,10 +127,11 @@ bool visitfollowed(WALK *walk, void *context) {
     return !follow->entry->incomplete;
 }
 
-// From the current directory, which `prefix` stands for.
-int followhere(const char *pattern, FileInfo *entry, const char *relativeRoot, const char *prefix) {
+// Follows the pattern from the directory, or from the current one when that is null.
+int followfrom(const char *directory, const char *pattern, FileInfo *entry,
+               const char *relativeRoot, const char *prefix) {
     FOLLOW follow = {entry, pattern, relativeRoot, hookisexact(), 0, {}, {}, {}};
-    if (!WALK_run(prefix, visitfollowed, &follow))
+    if (!WALK_run(directory, prefix, visitfollowed, &follow))
         entry->incomplete = true;
     growfree(&follow.component);
     growfree(&follow.name);
@@ -145,22 +139,8 @@ int followhere(const char *pattern, FileInfo *entry, const char *relativeRoot, c
     return follow.found;
 }
 
-// From the directory, which must not be relative to anywhere.
-int followfrom(const GROWTEXT *directory, const char *pattern, FileInfo *entry) {
-    SGI_place place;
-    if (!SGIsaveplace(&place)) {
-        entry->incomplete = true;
-        return 0;
-    }
-    const int found =
-        chdir(directory->text) == 0 ? followhere(pattern, entry, "", directory->text) : 0;
-    SGIreturn(&place);
-    SGIforgetplace(&place);
-    return found;
-}
-
-// The directory that an absolute pattern starts from, as the first component tells; returns
-// the rest of the pattern, or null when there is no such directory or memory runs out.
+// Sets the directory that an absolute pattern starts from, and returns the rest of the pattern.
+// Null when there is no directory or memory runs out.
 const char *startdirectory(const char *pattern, GROWTEXT *directory, FileInfo *entry) {
     bool made = true;
     const char *rest = pattern;
@@ -203,10 +183,11 @@ const char *GetFirstDir(const char *pattern, char *component) {
 
 int FollowDirs(const char *pattern, FileInfo *entry, const char *relativeRoot, const char *prefix) {
     if (*prefix != 0 || BRAX_typeofname(pattern) != BRAXNAMEABSOLUTE)
-        return followhere(pattern, entry, relativeRoot, prefix);
+        return followfrom(nullptr, pattern, entry, relativeRoot, prefix);
     GROWTEXT directory = {};
     const char *rest = startdirectory(pattern, &directory, entry);
-    const int found = rest == nullptr ? 0 : followfrom(&directory, rest, entry);
+    const int found =
+        rest == nullptr ? 0 : followfrom(directory.text, rest, entry, "", directory.text);
     growfree(&directory);
     return found;
 }

@@ -1,12 +1,12 @@
-// The arrays are documented as growing with every addition; they double instead, so that a
-// hundred thousand names or files cost no more than their own copies.
+// The arrays double when full, so that adding n elements takes time proportional to n.
 #include "search/list.h"
 
 #include "base/options.h"
 #include "base/text.h"
 #include "mem/galloc.h"
 
-#include <cstring>
+#include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -16,20 +16,17 @@ void freematch(Match *match) {
     gfree(match);
 }
 
-void freematches(FileInfo *entry) {
+void freeentry(FileInfo *entry) {
     for (int32_t i = 0; i < entry->nmatches; ++i)
         freematch(entry->matches[i]);
     grelease(entry->matches);
-    entry->nmatches = 0;
-    entry->matchRoom = 0;
-    entry->incomplete = false;
-}
-
-void freeentry(FileInfo *entry) {
-    freematches(entry);
     grelease(entry->source);
     grelease(entry->dest);
     gfree(entry);
+}
+
+uint8_t eitherwild(const char *source, const char *dest) {
+    return BRAX_iswildcards(source) || BRAX_iswildcards(dest) ? 1 : 0;
 }
 
 FileInfo *createentry(const char *source, const char *dest) {
@@ -44,20 +41,13 @@ FileInfo *createentry(const char *source, const char *dest) {
         return nullptr;
     }
     entry->type = static_cast<int8_t>(BRAX_typeofname(source));
-    entry->wild = BRAX_iswildcards(source) || BRAX_iswildcards(dest) ? 1 : 0;
+    entry->wild = eitherwild(source, dest);
     entry->separateDest = dest == source ? 0 : 1;
     return entry;
 }
 
-bool holds(const SearchList *list, int32_t index) {
+bool hasindex(const SearchList *list, int32_t index) {
     return list != nullptr && index >= 0 && index < list->count;
-}
-
-void replacetext(char **text, char *replacement) {
-    if (replacement != nullptr) {
-        grelease(*text);
-        *text = replacement;
-    }
 }
 
 } // namespace
@@ -70,7 +60,7 @@ SearchList *CreateSearchList() {
 }
 
 bool AddToSearchList(SearchList *list, const char *source, const char *dest) {
-    if (list == nullptr || !growarray(list->files, list->count, list->room))
+    if (list == nullptr || !growarray(list->files, list->count, list->capacity))
         return false;
     FileInfo *entry = createentry(source, dest);
     if (entry == nullptr)
@@ -80,44 +70,35 @@ bool AddToSearchList(SearchList *list, const char *source, const char *dest) {
 }
 
 int UpdateSearchList(SearchList *list, int32_t index, const char *source, const char *dest) {
-    if (!holds(list, index))
+    if (!hasindex(list, index))
         return 0;
-    char *newSource = source != nullptr ? galloctext(source) : nullptr;
-    char *newDest = dest != nullptr ? galloctext(dest) : nullptr;
-    if ((source != nullptr && newSource == nullptr) || (dest != nullptr && newDest == nullptr)) {
-        grelease(newSource);
-        grelease(newDest);
-        return 0;
-    }
     FileInfo *entry = list->files[index];
-    entry->wild = BRAX_iswildcards(source) || BRAX_iswildcards(dest) ? 1 : 0;
-    replacetext(&entry->source, newSource);
-    replacetext(&entry->dest, newDest);
-    entry->type = static_cast<int8_t>(BRAX_typeofname(entry->source));
-    entry->found = FOUNDNOT;
-    freematches(entry);
+    FileInfo *updated = createentry(source != nullptr ? source : entry->source,
+                                    dest != nullptr ? dest : entry->dest);
+    if (updated == nullptr)
+        return 0;
+    updated->wild = eitherwild(source, dest);
+    updated->separateDest = entry->separateDest;
+    std::swap(*entry, *updated);
+    freeentry(updated);
     return 1;
 }
 
 bool RemoveFromSearchList(SearchList *list, int32_t index, char *source, char *dest) {
+    const bool found = hasindex(list, index);
+    FileInfo *entry = found ? list->files[index] : nullptr;
     if (source != nullptr)
-        *source = 0;
+        copytext(source, found ? entry->source : "", BRAXFIELDSIZE);
     if (dest != nullptr)
-        *dest = 0;
-    if (!holds(list, index))
+        copytext(dest, found ? entry->dest : "", BRAXFIELDSIZE);
+    if (!found)
         return false;
-    FileInfo *entry = list->files[index];
-    if (source != nullptr)
-        copytext(source, entry->source, BRAXFIELDSIZE);
-    if (dest != nullptr)
-        copytext(dest, entry->dest, BRAXFIELDSIZE);
     freeentry(entry);
+    std::copy(list->files + index + 1, list->files + list->count, list->files + index);
     --list->count;
-    memmove(list->files + index, list->files + index + 1,
-            static_cast<size_t>(list->count - index) * sizeof(FileInfo *));
     if (list->count == 0) {
         grelease(list->files);
-        list->room = 0;
+        list->capacity = 0;
     }
     return true;
 }
@@ -140,7 +121,7 @@ bool AddMatch(FileInfo *entry, const Match *match) {
         copy->source = galloctext(match->source);
         copy->dest = galloctext(match->dest);
         if (copy->source != nullptr && copy->dest != nullptr &&
-            growarray(entry->matches, entry->nmatches, entry->matchRoom)) {
+            growarray(entry->matches, entry->nmatches, entry->matchCapacity)) {
             entry->matches[entry->nmatches++] = copy;
             return true;
         }

@@ -1,38 +1,37 @@
-// The entries of a search list, ordered for the comparison with a directory's names: those
-// whose last component is literal are found by it, case ignored, and only the others are
-// compared with every name. Private to this folder.
+// The entries of a search list, indexed for comparison with the names in a directory. An entry
+// whose last component is literal is found by that name, case ignored. The others are compared
+// with every name. Private to this folder.
 #pragma once
-
-#include "search/list.h"
 
 #include <cstdint>
 
 struct NAMEINDEX {
-    int32_t *wilds; // entries to be compared with every name, ascending
-    int32_t wildCount;
-    int32_t *heads;   // first entry of each bucket, or -1
-    int32_t *next;    // per entry: the next one of its bucket, or -1; ascending
+    int32_t *heads;   // first entry of each bucket, then of the entries without a key; or -1
+    int32_t *next;    // per entry: the next one of its chain, or -1
     uint32_t buckets; // a power of two
-    int32_t keyed;    // entries in the buckets
+    int32_t keyed;    // entries with a key
 };
 
-// How an entry takes part; *key receives the name that a keyed entry is found by.
-enum class NAMEUSE { none, keyed, wild };
-using NAMEUSEFUN = NAMEUSE (*)(const void *context, const FileInfo *entry, const char **key);
+// Makes an empty index for a list of `count` entries. False when memory runs out; the index must
+// be freed in both cases.
+bool nameindexcreate(NAMEINDEX *index, int32_t count);
 
-// Builds the index; false when memory runs out. Either way nameindexfree releases it.
-bool nameindexbuild(NAMEINDEX *index, const SearchList *list, NAMEUSEFUN use, const void *context);
+// Adds an entry under the last component of `key`, or without a key when that is null. Entries
+// must be added in descending order.
+void nameindexadd(NAMEINDEX *index, int32_t entry, const char *key);
 
-// Goes through the entries that may match a name, in list order. Other entries of the same
-// bucket come along.
+bool nameindexempty(const NAMEINDEX *index);
+
+// Iterates in list order over the entries that may match a name. Others of its bucket are
+// included.
 struct NAMECURSOR {
     const NAMEINDEX *index;
-    int32_t wildAt;
     int32_t keyed;
+    int32_t unkeyed;
 };
 NAMECURSOR nameindexfind(const NAMEINDEX *index, const char *name);
 
-// The next entry's index in the list; -1 at the end.
+// The next entry; -1 at the end.
 int32_t nameindexnext(NAMECURSOR *cursor);
 
 void nameindexfree(NAMEINDEX *index);

@@ -1,8 +1,8 @@
 // Places are found by sorting keys: texts that compare byte by byte as the parts do in natural
-// order. A key holds every character with its highest bit inverted, so that bytes compare as
-// signed characters do, and for each run of digits the character '0' likewise, the number of
-// bytes that its value takes, and these bytes, the highest first. A key's first eight bytes
-// stand beside it and decide most comparisons.
+// order. In a key, every character has its highest bit inverted, so that bytes compare as signed
+// characters. A run of digits becomes the character '0', inverted likewise, the number of bytes
+// of its value, and these bytes, highest first. The first eight bytes of a key are kept beside
+// it and decide most comparisons.
 #include "search/natural.h"
 
 #include "base/text.h"
@@ -27,11 +27,7 @@ bool ended(const NAMEPART &part) {
     return part.text == part.end || *part.text == 0;
 }
 
-int order(int64_t a, int64_t b) {
-    return a > b ? 1 : a < b ? -1 : 0;
-}
-
-// Takes a run of digits off the part; its value, at most INT64_MAX.
+// Removes a run of digits from the start of the part; returns its value, at most INT64_MAX.
 int64_t takenumber(NAMEPART &part) {
     constexpr int digitLimit = 99;
     int64_t value = 0;
@@ -49,14 +45,11 @@ char biased(char c) {
     return static_cast<char>(static_cast<unsigned char>(c) ^ 0x80U);
 }
 
-int64_t partlength(const NAMEPART &part) {
-    return part.end != nullptr ? part.end - part.text : static_cast<int64_t>(strlen(part.text));
-}
-
-// Bytes that the part's key takes at most: a run of one digit takes three, the longest runs
-// take fewer than they have digits.
-int64_t keyroom(const NAMEPART &part) {
-    return 3 * partlength(part);
+// Upper limit of the size of a part's key: a run of one digit takes three bytes.
+int64_t keysize(const NAMEPART &part) {
+    const auto length =
+        part.end != nullptr ? part.end - part.text : static_cast<int64_t>(strlen(part.text));
+    return 3 * length;
 }
 
 // Writes the key and returns its end.
@@ -90,10 +83,10 @@ int comparekeys(const SORTKEY &a, const SORTKEY &b) {
         return a.prefix < b.prefix ? -1 : 1;
     const int32_t shorter = std::min(a.length, b.length);
     const int difference = memcmp(a.text, b.text, static_cast<size_t>(shorter));
-    return difference != 0 ? difference : order(a.length, b.length);
+    return difference != 0 ? difference : numericorder(a.length, b.length);
 }
 
-// Fills the keys, whose texts go to `text` one behind the other.
+// Fills the keys, and writes their texts to `text` one after another.
 void makekeys(SORTKEY *keys, char *text, int low, int count, NAMEPART (*part)(int element)) {
     for (int i = 0; i < count; ++i) {
         char *end = writekey(text, part(low + i));
@@ -118,27 +111,27 @@ int naturalorder(NAMEPART a, NAMEPART b) {
     while (!ended(a) && !ended(b)) {
         if (isdigitchar(*a.text) && isdigitchar(*b.text)) {
             const int64_t first = takenumber(a);
-            const int difference = order(first, takenumber(b));
+            const int difference = numericorder(first, takenumber(b));
             if (difference != 0)
                 return difference;
         } else {
             if (*a.text != *b.text)
-                return order(charvalue(*a.text), charvalue(*b.text));
+                return numericorder(charvalue(*a.text), charvalue(*b.text));
             ++a.text;
             ++b.text;
         }
     }
-    return order(ended(b) ? 1 : 0, ended(a) ? 1 : 0);
+    return numericorder(ended(b) ? 1 : 0, ended(a) ? 1 : 0);
 }
 
 int32_t *naturalplaces(int low, int high, NAMEPART (*part)(int element)) {
     const int count = high - low + 1;
-    int64_t room = 1;
+    int64_t bytes = 1;
     for (int i = low; i <= high; ++i)
-        room += keyroom(part(i));
+        bytes += keysize(part(i));
     auto *places = gallocarray<int32_t>(count);
     auto *keys = gallocarray<SORTKEY>(count);
-    auto *text = gallocarray<char>(room);
+    auto *text = gallocarray<char>(bytes);
     const bool possible = places != nullptr && keys != nullptr && text != nullptr;
     if (possible) {
         makekeys(keys, text, low, count, part);

@@ -8,13 +8,6 @@
 
 #include <cstring>
 
-const char *lastcomponent(const char *name) {
-    const char *at = name + strlen(name);
-    while (at > name && !isslash(at[-1]))
-        --at;
-    return at;
-}
-
 bool isdots(const char *name) {
     return strcmp(name, ".") == 0 || strcmp(name, "..") == 0;
 }
@@ -31,6 +24,13 @@ bool holdswildcard(const char *text) {
 bool hookisexact() {
     char output[8] = "";
     return pathmatchfun(output, "A", "a", "") == 0;
+}
+
+bool setjoined(GROWTEXT *text, const char *directory, const char *name) {
+    const size_t length = strlen(directory);
+    const bool separated = length > 0 && isslash(directory[length - 1]);
+    return growset(text, directory) && (separated || growappend(text, "/")) &&
+           growappend(text, name);
 }
 
 bool passesfilter(SGI_finddata *data) {

@@ -3,58 +3,50 @@
 #include "base/text.h"
 #include "mem/galloc.h"
 
-#include <cstddef>
+#include <algorithm>
 #include <cstring>
 
 namespace {
-
-const char *lastslash(const char *text) {
-    const char *at = text + strlen(text);
-    while (at > text) {
-        --at;
-        if (isslash(*at))
-            return at;
-    }
-    return nullptr;
-}
 
 bool samechar(char a, char b) {
     return a == b || (isslash(a) && isslash(b));
 }
 
-char *append(char *end, const char *text, const char *textEnd) {
-    const auto length = static_cast<size_t>(textEnd - text);
-    memcpy(end, text, length);
-    end[length] = 0;
-    return end + length;
-}
-
-// The text from three pieces; the last one runs to its terminator.
+// The text from three pieces; the last one ends at its terminator.
 char *joined(const char *first, const char *firstEnd, const char *second, const char *secondEnd,
              const char *third) {
-    const char *thirdEnd = third + strlen(third);
+    const char *thirdEnd = third + strlen(third) + 1;
     char *result =
-        gallocarray<char>((firstEnd - first) + (secondEnd - second) + (thirdEnd - third) + 10);
+        gallocarray<char>((firstEnd - first) + (secondEnd - second) + (thirdEnd - third));
     if (result != nullptr) {
-        char *end = append(result, first, firstEnd);
-        end = append(end, second, secondEnd);
-        append(end, third, thirdEnd);
+        char *end = std::copy(first, firstEnd, result);
+        end = std::copy(second, secondEnd, end);
+        std::copy(third, thirdEnd, end);
     }
     return result;
 }
 
 } // namespace
 
+const char *lastcomponent(const char *name) {
+    const char *at = name + strlen(name);
+    while (at > name && !isslash(at[-1]))
+        --at;
+    return at;
+}
+
 char *BRAX_makerelative(const char *name, const char *relative) {
-    const char *relativeEnd = relative + strlen(relative);
-    const char *separator = lastslash(relative);
-    const char *nameSlash = lastslash(name);
-    const char *file = nameSlash == nullptr || nameSlash == name ? name : nameSlash + 1;
+    const char *separatorEnd = lastcomponent(relative);
+    const bool separated = separatorEnd > relative;
+    const char *relativeEnd = separatorEnd + strlen(separatorEnd);
+    const char *file = lastcomponent(name);
+    if (file == name + 1) // the only separator comes first
+        file = name;
     if (file != name)
         MakeRelative(&relative, relativeEnd, name, file);
     char *result = joined(name, file, relative, relativeEnd, file);
-    if (result != nullptr && separator != nullptr)
-        swap_slash(result, *separator);
+    if (separated)
+        swap_slash(result, separatorEnd[-1]);
     return result;
 }
 
@@ -90,7 +82,7 @@ void swap_slash(char *text, char separator) {
     }
 }
 
-const char *behindshared(const char *name, const char *root) {
+const char *aftershared(const char *name, const char *root) {
     while (*name != 0 && *name == *root) {
         ++name;
         ++root;
@@ -99,7 +91,7 @@ const char *behindshared(const char *name, const char *root) {
 }
 
 char *BRAX_makerelativeAbs(const char *name, const char *root) {
-    return galloctext(behindshared(name, root));
+    return galloctext(aftershared(name, root));
 }
 
 char *BRAX_makeunrelative(char separateDest, const char *dest, const char *relative,
@@ -114,7 +106,6 @@ char *BRAX_makeunrelative(char separateDest, const char *dest, const char *relat
     const size_t length = destEnd > dest ? static_cast<size_t>(destEnd - dest) - 1 : 0;
     if (strlen(relative) == length + 1 && strncmp(dest, relative, length) == 0)
         return galloctext(name);
-    // A destination whose only separator comes first has a directory part of no characters,
-    // and so loses that separator as well.
+    // A destination whose only separator comes first has an empty directory part.
     return joined(dest, length > 0 ? destEnd : dest, dest, dest, filepart(name));
 }

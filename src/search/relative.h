@@ -1,35 +1,37 @@
-// Moving the names of a search-list entry into a subdirectory of the starting directory
-// and out of it again. These are operations on texts; no directory is looked at.
+// Moves the names of a search-list entry into a subdirectory of the starting directory and
+// out of it again. These functions work on texts only, not on the file system.
 //
-// '/' and '\' both separate. A "relative directory" is a directory's path seen from the
-// starting directory, ending in a separator (lib/x/), or empty. Every result is a new
-// text from galloc, owned by the caller; null when memory runs out.
+// Both '/' and '\' are separators. A "relative directory" is a path as seen from the starting
+// directory: it ends in a separator (lib/x/) or is empty. Results are new texts from galloc,
+// owned by the caller; null when memory runs out.
 #pragma once
 
-// The name moved into the relative directory: a.c with lib/x/ gives lib/x/a.c. A directory
-// that the name begins with already is not put in twice (lib/*.c gives lib/x/*.c), and all
-// separators of the result take the form of the relative directory's last one.
+// The name after its last '/' or '\'. Unlike filepart, it may contain a ':'.
+const char *lastcomponent(const char *name);
+
+// The name moved into the relative directory: a.c with lib/x/ gives lib/x/a.c. A directory that
+// the name already begins with is not repeated (lib/*.c gives lib/x/*.c). All separators of the
+// result become the last separator of the relative directory.
 char *BRAX_makerelative(const char *name, const char *relative);
 
-// Drops from the front of the relative directory [*relative, relativeEnd) what the
-// directory part of `name`, ending at `file`, has already: *relative may move forward.
+// Moves *relative past the leading part of [*relative, relativeEnd) that the directory part of
+// `name`, which ends at `file`, already has.
 void MakeRelative(const char **relative, const char *relativeEnd, const char *name,
                   const char *file);
 
-// Turns every '/' and '\' of the text into `separator`; a null text is left alone.
+// Replaces every '/' and '\' of the text by `separator`. A null text is ignored.
 void swap_slash(char *text, char separator);
 
 // The position in the name after the leading characters that it shares with the root.
-const char *behindshared(const char *name, const char *root);
+const char *aftershared(const char *name, const char *root);
 
-// A copy from there on. Separators are not special, deliberately: /tmp/ax with the root /tmp/ab
-// gives x.
+// A copy of the name from there on. Separators are not special, on purpose: /tmp/ax with the
+// root /tmp/ab gives x.
 char *BRAX_makerelativeAbs(const char *name, const char *root);
 
-// The destination name taken out of the relative directory. `separateDest` 0 means that the
-// source served as destination: the first occurrence of the relative directory (case
-// ignored) is cut out. Otherwise the name keeps its file part and takes the directory of
-// the entry's own destination pattern `dest`, unless that is the relative directory itself,
-// when the name stays as it is.
+// The destination name taken out of the relative directory. With `separateDest` 0 the source
+// served as destination: the first occurrence of the relative directory (case ignored) is cut
+// out. Otherwise the result is the name's file part in the directory of the entry's destination
+// pattern `dest`. If that is the relative directory itself, the name is not changed.
 char *BRAX_makeunrelative(char separateDest, const char *dest, const char *relative,
                           const char *name);

@@ -5,30 +5,21 @@
 #include "base/text.h"
 #include "mem/galloc.h"
 #include "search/record.h"
+#include "search/relative.h"
 #include "wild/wild.h"
 
 #include <cstring>
 
 namespace {
 
-bool joindirectory(GROWTEXT *output, const char *directory, const char *name) {
-    const size_t length = strlen(directory);
-    const bool ends = length > 0 && isslash(directory[length - 1]);
-    return growset(output, directory) && (ends || growappend(output, "/")) &&
-           growappend(output, name);
-}
-
-bool isdrive(const char *directory) {
-    const size_t length = strlen(directory);
-    return length > 0 && directory[length - 1] == ':';
-}
-
 bool movetodirectory(GROWTEXT *output, const char *name, const char *directory) {
-    return joindirectory(output, directory, lastcomponent(name));
+    return setjoined(output, directory, lastcomponent(name));
 }
 
 bool movetodrive(GROWTEXT *output, const char *name, const char *directory) {
-    return joindirectory(output, directory, isdrive(directory) ? name : lastcomponent(name));
+    const size_t length = strlen(directory);
+    const bool drive = length > 0 && directory[length - 1] == ':';
+    return setjoined(output, directory, drive ? name : lastcomponent(name));
 }
 
 bool changeextension(GROWTEXT *output, const char *name, const char *rule) {
@@ -43,7 +34,7 @@ bool changeextension(GROWTEXT *output, const char *name, const char *rule) {
         return true;
     if (!growappend(output, ".") || !growroom(output, output->length + WILD_outputroom(old, rule)))
         return false;
-    // A rule with a broken index gives what stands in front of it.
+    // A rule with an invalid index gives the text before it.
     char *end = output->text + output->length;
     stringmatchfun(end, old, "*", rule);
     output->length += static_cast<int64_t>(strlen(end));
@@ -52,16 +43,22 @@ bool changeextension(GROWTEXT *output, const char *name, const char *rule) {
 
 using REWRITE = bool (*)(GROWTEXT *, const char *, const char *);
 
-// Replaces an owned text by its rewritten form; as it was when memory runs out.
-bool rewritetext(char **text, REWRITE rewrite, const char *rule) {
-    GROWTEXT rewritten = {};
-    char *copy = rewrite(&rewritten, *text, rule) ? galloctext(rewritten.text) : nullptr;
-    growfree(&rewritten);
+// Replaces an owned text by a copy of another; false, with nothing changed, when memory runs out.
+bool replacetext(char **text, const char *replacement) {
+    char *copy = galloctext(replacement);
     if (copy == nullptr)
         return false;
     gfree(*text);
     *text = copy;
     return true;
+}
+
+// Replaces an owned text by its rewritten form, in the same way.
+bool rewritetext(char **text, REWRITE rewrite, const char *rule) {
+    GROWTEXT rewritten = {};
+    const bool replaced = rewrite(&rewritten, *text, rule) && replacetext(text, rewritten.text);
+    growfree(&rewritten);
+    return replaced;
 }
 
 bool rewriteinto(char *output, REWRITE rewrite, const char *name, const char *rule) {
@@ -76,14 +73,8 @@ bool rewriteinto(char *output, REWRITE rewrite, const char *name, const char *ru
 }
 
 bool filldestination(FileInfo *entry, int skip) {
-    if (entry->dest[0] != 0)
-        return true;
-    char *copy = galloctext(*OPTnamerule != 0 && skip == 0 ? OPTnamerule : entry->source);
-    if (copy == nullptr)
-        return false;
-    gfree(entry->dest);
-    entry->dest = copy;
-    return true;
+    const char *dest = *OPTnamerule != 0 && skip == 0 ? OPTnamerule : entry->source;
+    return entry->dest[0] != 0 || replacetext(&entry->dest, dest);
 }
 
 bool applypathrule(FileInfo *entry) {
@@ -125,12 +116,10 @@ void ApplyExtRule(SearchList *list) {
         return;
     for (int32_t i = 0; i < list->count; ++i) {
         FileInfo *entry = list->files[i];
-        bool complete = true;
-        if (entry->nmatches < 1)
-            complete = rewritetext(&entry->dest, changeextension, OPTextrule);
-        for (int32_t k = 0; k < entry->nmatches; ++k)
-            complete =
-                rewritetext(&entry->matches[k]->dest, changeextension, OPTextrule) && complete;
+        bool complete =
+            entry->nmatches > 0 || rewritetext(&entry->dest, changeextension, OPTextrule);
+        for (int32_t k = 0; complete && k < entry->nmatches; ++k)
+            complete = rewritetext(&entry->matches[k]->dest, changeextension, OPTextrule);
         entry->incomplete = entry->incomplete || !complete;
     }
 }

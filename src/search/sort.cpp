@@ -9,17 +9,15 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <string_view>
+#include <utility>
 
 namespace {
 
-// While a range of elements is sorted by a part of their names: the places of these parts, which
-// move along with the elements, and the first element of the range. Null otherwise.
+// While a range is sorted by a part of its names: the places of these parts, which move with the
+// elements, and the first element of the range. Null otherwise.
 int32_t *places = nullptr;
 int firstplaced = 0;
-
-int order(int64_t a, int64_t b) {
-    return a > b ? 1 : a < b ? -1 : 0;
-}
 
 NAMEPART wholename(const char *name) {
     return {name, nullptr};
@@ -29,54 +27,61 @@ NAMEPART directorypart(const char *name) {
     return {name, filepart(name)};
 }
 
-// The text from the last '.' of the name's final component; ':' does not end a component
-// here.
+NAMEPART filename(const char *name) {
+    return wholename(filepart(name));
+}
+
+// The text from the last '.' after the last '/' or '\', else empty. Here ':' is no separator.
 NAMEPART extension(const char *name) {
     const char *end = name + strlen(name);
     const char *at = end;
     while (at > name && at[-1] != '.' && !isslash(at[-1]))
         --at;
-    if (at > name && at[-1] == '.')
-        return {at - 1, end};
-    return {end, end};
+    return {at > name && at[-1] == '.' ? at - 1 : end, end};
+}
+
+template <NAMEPART (*part)(const char *)> NAMEPART ofsource(int element) {
+    return part(BRAXsargv[element]);
+}
+
+template <NAMEPART (*part)(const char *)> NAMEPART ofdest(int element) {
+    return part(BRAXdargv[element]);
 }
 
 int comparenumbers(const int32_t *vector, int i, int j) {
-    return vector == nullptr ? 0 : order(vector[i], vector[j]);
+    return vector == nullptr ? 0 : numericorder(vector[i], vector[j]);
 }
 
 using PARTFUNC = NAMEPART (*)(int element);
 
-// What a key looks at in an element's names; null for the keys that are no texts.
+// The part of an element's names that a key compares; null if the key is not a text.
 PARTFUNC partof(int key, int bydirs) {
     switch (key) {
     case 1:
-        if (bydirs != 0)
-            return [](int i) { return directorypart(BRAXsargv[i]); };
-        return [](int i) { return wholename(BRAXsargv[i]); };
+        return bydirs != 0 ? ofsource<directorypart> : ofsource<wholename>;
     case 2:
-        return [](int i) { return extension(BRAXsargv[i]); };
+        return ofsource<extension>;
     case 5:
-        if (bydirs != 0)
-            return [](int i) { return directorypart(BRAXdargv[i]); };
-        return [](int i) { return wholename(BRAXdargv[i]); };
+        return bydirs != 0 ? ofdest<directorypart> : ofdest<wholename>;
     case 6:
-        return [](int i) { return extension(BRAXdargv[i]); };
+        return ofdest<extension>;
     case 7:
-        if (bydirs != 0)
-            return [](int i) { return wholename(filepart(BRAXsargv[i])); };
-        return [](int i) { return wholename(BRAXsargv[i]); };
+        return bydirs != 0 ? ofsource<filename> : ofsource<wholename>;
     default:
         return nullptr;
     }
 }
 
+// BRAX_compare, by the places if there are any.
+int compareelements(int i, int j, int key, int bydirs) {
+    if (places != nullptr)
+        return numericorder(places[i - firstplaced], places[j - firstplaced]);
+    return BRAX_compare(i, j, key, bydirs);
+}
+
 template <typename T> void swapelements(T *vector, int wanted, int i, int j) {
-    if (wanted == 0 || vector == nullptr)
-        return;
-    const T kept = vector[i];
-    vector[i] = vector[j];
-    vector[j] = kept;
+    if (wanted != 0 && vector != nullptr)
+        std::swap(vector[i], vector[j]);
 }
 
 } // namespace
@@ -99,20 +104,8 @@ void BRAX_exchange(int i, int j) {
     swapelements(BRAXdateargv, OPTmakedatelist, i, j);
     swapelements(BRAXsizeargv, OPTmakesizelist, i, j);
     swapelements(BRAXattribargv, OPTmakeattriblist, i, j);
-    if (places != nullptr)
-        swapelements(places, 1, i - firstplaced, j - firstplaced);
+    swapelements(places, 1, i - firstplaced, j - firstplaced);
 }
-
-namespace {
-
-// BRAX_compare, by the places while there are some.
-int compareelements(int i, int j, int key, int bydirs) {
-    if (places != nullptr)
-        return order(places[i - firstplaced], places[j - firstplaced]);
-    return BRAX_compare(i, j, key, bydirs);
-}
-
-} // namespace
 
 int BRAX_partition(int low, int high, int key, int bydirs) {
     int pivot = low;
@@ -138,56 +131,43 @@ int BRAX_partition(int low, int high, int key, int bydirs) {
 int BRAX_randpartition(int low, int high, int key, int bydirs) {
     if (low >= high)
         return low;
-    // Deliberately not high - low + 1: the last element is never the pivot.
+    // On purpose not high - low + 1: the last element is never the pivot.
     BRAX_exchange(low + rand() % (high - low), low);
     return BRAX_partition(low, high, key, bydirs);
 }
 
 namespace {
 
-// The upper parts that still wait while a lower part is being sorted. They lie one behind
-// the other, so that their last indexes say everything.
-struct WAITING {
-    int *highs;
-    int count;
-    int room;
-};
-
-bool push(WAITING &waiting, int high) {
-    if (!growarray(waiting.highs, waiting.count, waiting.room))
-        return false;
-    waiting.highs[waiting.count++] = high;
-    return true;
-}
-
-// Lower part first, then the upper one, as a recursive quicksort would go, for the sake of
-// the sequence of random numbers; but however badly the pivots fall, without recursion.
+// Sorts the lower part first, then the upper one, like a recursive quicksort: the order of the
+// rand calls depends on it. The upper parts still to be sorted are adjacent, so the stack keeps
+// only their last indexes.
 void sortsteps(int low, int high, int key, int bydirs) {
-    WAITING waiting = {};
+    int *highs = nullptr;
+    int count = 0;
+    int capacity = 0;
     for (;;) {
         if (low < high) {
             const int split = BRAX_randpartition(low, high, key, bydirs);
-            if (!push(waiting, high))
-                break; // unsorted rather than wrong: galloc has said why
+            if (!growarray(highs, count, capacity))
+                break; // leave the rest unsorted; galloc reported the error
+            highs[count++] = high;
             high = split;
-        } else if (waiting.count > 0) {
+        } else if (count > 0) {
             low = high + 1;
-            high = waiting.highs[--waiting.count];
+            high = highs[--count];
         } else {
             break;
         }
     }
-    grelease(waiting.highs);
+    grelease(highs);
 }
 
-// Long ranges are compared by places. The steps and what they compare are the same either way.
+// Sorts a range. Long ranges of texts are compared by places, with the same result.
 void sortrange(int low, int high, int key, int bydirs) {
-    constexpr int worthwhile = 32;
-    const PARTFUNC part = high - low >= worthwhile ? partof(key, bydirs) : nullptr;
-    if (part != nullptr) {
-        places = naturalplaces(low, high, part);
-        firstplaced = low;
-    }
+    constexpr int leastRange = 32;
+    const PARTFUNC part = high - low >= leastRange ? partof(key, bydirs) : nullptr;
+    firstplaced = low;
+    places = part != nullptr ? naturalplaces(low, high, part) : nullptr;
     sortsteps(low, high, key, bydirs);
     grelease(places);
 }
@@ -208,20 +188,19 @@ void sortaroundoptions(int low, int high, int key, int bydirs) {
     }
 }
 
-bool samespan(const NAMEPART &a, const NAMEPART &b) {
-    return a.end - a.text == b.end - b.text &&
-           memcmp(a.text, b.text, static_cast<size_t>(a.end - a.text)) == 0;
+std::string_view directoryof(int i) {
+    return {BRAXsargv[i], static_cast<size_t>(filepart(BRAXsargv[i]) - BRAXsargv[i])};
 }
 
-// Sorts each run of files with one directory part by itself.
+// Sorts each run of files with the same directory part by itself.
 void sortruns(int start, int last, int key) {
-    // The elements move while they are sorted, their texts do not.
-    NAMEPART current = directorypart(BRAXsargv[0]);
+    // Sorting moves the elements, but not their texts.
+    std::string_view current = directoryof(0);
     bool changed = false;
     int runStart = start;
     for (int i = start; i <= last; ++i) {
-        const NAMEPART directory = directorypart(BRAXsargv[i]);
-        if (!samespan(directory, current)) {
+        const std::string_view directory = directoryof(i);
+        if (directory != current) {
             BRAX_qsort(runStart, i - 1, key, 0);
             current = directory;
             runStart = i;
@@ -230,8 +209,7 @@ void sortruns(int start, int last, int key) {
             BRAX_qsort(runStart, i, key, 0);
         }
     }
-    // A single run is sorted once more, deliberately: the second pass decides in which order
-    // equal elements come out.
+    // On purpose a single run is sorted twice: the second pass decides the order of equal elements.
     if (!changed)
         BRAX_qsort(start, last, key, 0);
 }

@@ -9,9 +9,10 @@
 
 namespace {
 
-bool identify(WALKLEVEL *level) {
+// Fills the level with the identity of the directory open as `descriptor`, or AT_FDCWD.
+bool identify(WALKLEVEL *level, int descriptor) {
     struct stat status = {};
-    if (stat(".", &status) != 0)
+    if (fstatat(descriptor, ".", &status, 0) != 0)
         return false;
     level->device = status.st_dev;
     level->inode = status.st_ino;
@@ -22,9 +23,9 @@ bool same(const WALKLEVEL &a, const WALKLEVEL &b) {
     return a.device == b.device && a.inode == b.inode;
 }
 
-bool standsin(const WALKLEVEL &level) {
+bool iscurrent(const WALKLEVEL &level) {
     WALKLEVEL here = {};
-    return identify(&here) && same(here, level);
+    return identify(&here, AT_FDCWD) && same(here, level);
 }
 
 WALKLEVEL *top(WALK *walk) {
@@ -32,37 +33,29 @@ WALKLEVEL *top(WALK *walk) {
 }
 
 bool pushlevel(WALK *walk, const WALKLEVEL &level) {
-    if (!growarray(walk->levels, walk->count, walk->room))
+    if (!growarray(walk->levels, walk->count, walk->capacity))
         return false;
     walk->levels[walk->count++] = level;
     return true;
 }
 
-// Whether the directory lies above the start, or is it.
+// Whether the directory is the start or an ancestor of it.
 bool abovestart(const WALK *walk, const WALKLEVEL &level) {
+    bool found = false;
+    WALKLEVEL here = {};
+    WALKLEVEL below = {};
     int at = dup(walk->start.descriptor);
-    WALKLEVEL seen = {};
-    for (bool first = true; at >= 0; first = false) {
-        struct stat status = {};
-        if (fstat(at, &status) != 0)
-            break;
-        WALKLEVEL now = {};
-        now.device = status.st_dev;
-        now.inode = status.st_ino;
-        if (same(now, level)) {
-            close(at);
-            return true;
-        }
-        if (!first && same(now, seen))
-            break; // the root is its own parent
-        seen = now;
+    // The root is its own parent.
+    while (!found && at >= 0 && identify(&here, at) && !same(here, below)) {
+        found = same(here, level);
+        below = here;
         const int above = openat(at, "..", SGIPLACEFLAGS);
         close(at);
         at = above;
     }
     if (at >= 0)
         close(at);
-    return false;
+    return found;
 }
 
 bool ownancestor(const WALK *walk, const WALKLEVEL &level) {
@@ -73,8 +66,8 @@ bool ownancestor(const WALK *walk, const WALKLEVEL &level) {
     return abovestart(walk, level);
 }
 
-// Goes to the level that is the top one now, from wherever the process is.
-bool comedown(WALK *walk) {
+// Enters the top level by its path from the start.
+bool enteragain(WALK *walk) {
     if (!SGIreturn(&walk->start))
         return false;
     for (int64_t i = 1; i < walk->count; ++i) {
@@ -85,16 +78,15 @@ bool comedown(WALK *walk) {
         if (!entered)
             return false;
     }
-    return standsin(*top(walk));
+    return iscurrent(*top(walk));
 }
 
-// Goes back to the top level from a directory of its own.
+// Enters the top level from one of its subdirectories.
 bool goback(WALK *walk, bool linked) {
-    return (!linked && chdir("..") == 0 && standsin(*top(walk))) || comedown(walk);
+    return (!linked && chdir("..") == 0 && iscurrent(*top(walk))) || enteragain(walk);
 }
 
-// Drops the top level and goes back to the one below it; as often as that one is not there
-// any more.
+// Drops the top level and enters the one below it. Levels that have vanished are dropped too.
 void leave(WALK *walk) {
     bool back = false;
     while (!back && walk->count > 0) {
@@ -113,28 +105,25 @@ struct PENDING {
     bool guarded;
 };
 
-// Enters a pending directory as a new top level; false when it cannot be entered or must
-// not be, with everything as before.
+// Enters a pending directory as a new top level. False, with nothing changed, when it cannot be
+// entered, is a guarded link to an ancestor, or memory runs out.
 bool enter(WALK *walk, const char *name, const PENDING &pending) {
     struct stat status = {};
     const bool linked = lstat(name, &status) != 0 || !S_ISDIR(status.st_mode);
     if (chdir(name) != 0)
         return false;
     WALKLEVEL level = {};
-    const int64_t pathLength = walk->path.length;
     level.linked = linked;
-    level.nameAt = pathLength;
+    level.nameAt = walk->path.length;
     level.nameLength = static_cast<int64_t>(strlen(name));
     level.tag = pending.tag;
-    if (identify(&level) && !(linked && pending.guarded && ownancestor(walk, level))) {
+    if (identify(&level, AT_FDCWD) && !(linked && pending.guarded && ownancestor(walk, level))) {
         walk->outOfMemory = !growappend(&walk->path, name) || !growappend(&walk->path, "/") ||
                             !pushlevel(walk, level);
         return !walk->outOfMemory;
     }
-    if (!goback(walk, linked)) {
-        // What is pending here cannot be reached any more.
+    if (!goback(walk, linked)) // the other pending directories cannot be reached either
         growcut(&walk->pending, top(walk)->nextPending);
-    }
     return false;
 }
 
@@ -148,7 +137,7 @@ bool visitlevel(WALK *walk, WALKVISIT visit, void *context) {
     return goesOn;
 }
 
-// A pending directory is kept as its tag and guard, then its name with the terminator.
+// In `pending`, a directory is a PENDING record followed by its name and a terminator.
 PENDING takepending(WALK *walk, const char **name) {
     PENDING pending = {};
     const char *at = walk->pending.text + top(walk)->nextPending;
@@ -161,30 +150,30 @@ PENDING takepending(WALK *walk, const char **name) {
 bool runlevels(WALK *walk, WALKVISIT visit, void *context) {
     bool goesOn = visitlevel(walk, visit, context);
     while (goesOn && walk->count > 0) {
+        const char *name = nullptr;
         if (top(walk)->nextPending >= walk->pending.length) {
             leave(walk);
-            continue;
-        }
-        const char *name = nullptr;
-        const PENDING pending = takepending(walk, &name);
-        if (enter(walk, name, pending))
+        } else if (const PENDING pending = takepending(walk, &name); enter(walk, name, pending)) {
             goesOn = visitlevel(walk, visit, context);
-        else
+        } else {
             goesOn = !walk->outOfMemory;
+        }
     }
     return goesOn;
 }
 
 } // namespace
 
-bool WALK_run(const char *base, WALKVISIT visit, void *context) {
+bool WALK_run(const char *directory, const char *base, WALKVISIT visit, void *context) {
     WALK walk = {};
+    WALKLEVEL level = {};
     if (!SGIsaveplace(&walk.start))
         return false;
-    WALKLEVEL level = {};
-    const bool whole = identify(&level) && growset(&walk.path, base) &&
-                       growroom(&walk.pending, 1) && pushlevel(&walk, level) &&
-                       runlevels(&walk, visit, context);
+    const bool whole = directory != nullptr
+                           ? chdir(directory) != 0 || WALK_run(nullptr, base, visit, context)
+                           : identify(&level, AT_FDCWD) && growset(&walk.path, base) &&
+                                 growroom(&walk.pending, 1) && pushlevel(&walk, level) &&
+                                 runlevels(&walk, visit, context);
     SGIreturn(&walk.start);
     SGIforgetplace(&walk.start);
     growfree(&walk.path);
@@ -195,9 +184,8 @@ bool WALK_run(const char *base, WALKVISIT visit, void *context) {
 
 bool WALK_pend(WALK *walk, const char *name, int64_t tag, bool guarded) {
     const PENDING pending = {tag, guarded};
-    char bytes[sizeof pending];
-    memcpy(bytes, &pending, sizeof pending);
-    const bool kept = growappend(&walk->pending, bytes, sizeof bytes) &&
+    const auto *bytes = reinterpret_cast<const char *>(&pending);
+    const bool kept = growappend(&walk->pending, bytes, sizeof pending) &&
                       growappend(&walk->pending, name, static_cast<int64_t>(strlen(name)) + 1);
     walk->outOfMemory = walk->outOfMemory || !kept;
     return kept;
