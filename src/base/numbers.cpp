@@ -16,13 +16,6 @@ char escapedchar(char c) {
     return name != nullptr ? "\b\f\n\r\t"[name - names] : c;
 }
 
-uint32_t prefixradix(const char *text, uint32_t radix, size_t *prefix) {
-    const char c = text[0];
-    const bool x = c == '0' && text[1] == 'x' && radix <= 33;
-    *prefix = x ? 2 : c == '@' || c == '$' || c == '&' || c == '%' ? 1 : 0;
-    return x || c == '$' || c == '&' ? 16 : c == '@' ? 8 : c == '%' ? 2 : radix;
-}
-
 uint32_t suffixradix(char c) {
     c = lowerchar(c);
     return c == 'b' ? 2 : c == 'd' ? 10 : c == 'h' ? 16 : c == 'o' || c == 'q' ? 8 : 0;

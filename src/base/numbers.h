@@ -13,7 +13,12 @@ char escapedchar(char c);
 
 // Returns the radix that a number's prefix selects, or `radix` without one. *prefix receives
 // the prefix's length. Two characters of the text are read.
-uint32_t prefixradix(const char *text, uint32_t radix, size_t *prefix);
+inline uint32_t prefixradix(const char *text, uint32_t radix, size_t *prefix) {
+    const char c = text[0];
+    const bool x = c == '0' && text[1] == 'x' && radix <= 33;
+    *prefix = x ? 2 : c == '@' || c == '$' || c == '&' || c == '%' ? 1 : 0;
+    return x || c == '$' || c == '&' ? 16 : c == '@' ? 8 : c == '%' ? 2 : radix;
+}
 
 // Returns the radix of a suffix letter, or 0 for any other character.
 uint32_t suffixradix(char c);

@@ -18,8 +18,9 @@ EXPR *EXPR_open() {
     void *memory = gallocarray<EXPR>(1);
     if (memory == nullptr)
         return nullptr;
-    auto *e = new (memory) EXPR{};
+    auto *e = new (memory) EXPR;
     InitExpression(e);
+    memset(&e->error, 0, sizeof *e - offsetof(EXPR, error)); // all after the stack
     e->radix = 10;
     e->values = reinterpret_cast<EXPRVALUE *>(e->stack);
     e->operators = reinterpret_cast<EXPROPERATOR *>(e->stack + EXPRSTACKBYTES);

@@ -105,12 +105,13 @@ struct EXPR {
     uint8_t binary[256]; // precedences by operator code
     uint8_t unary[256];  // 14 for operators, 2 and 1 for parentheses and ',', 0 otherwise
     uint32_t radix;      // of numbers without prefix or suffix
-    int32_t error;
 
     // Values grow up from the bottom of the stack area, operators down from its top.
     EXPRVALUE *values;       // after the last value
     EXPROPERATOR *operators; // the last operator
     alignas(EXPRVALUE) unsigned char stack[EXPRSTACKBYTES];
+
+    int32_t error;
 
     // The innermost GetValue's open parentheses, and the number of pending calls before it.
     int32_t depth;
