@@ -3,7 +3,7 @@
 //
 // A program's own option callback uses the same functions, so all options behave alike.
 // Every buffer for a field holds BRAXFIELDSIZE (2,048) bytes. A longer field is refused
-// (BRAX_refuse) and comes out empty.
+// (BRAX_refuse) and its copy is empty.
 #pragma once
 
 #include <cstdint>

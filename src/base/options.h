@@ -1,9 +1,9 @@
 // base: option values, strings, fields and numbers for every folder but mem.
 //
-// text.h handles strings and file names, growtext.h strings of any length, fields.h the
-// option text, shellword.h shell commands. This file comes first: the option values and the
-// state of the run. They are process-wide, set while the command line is scanned and read
-// afterwards. BRAX_ini resets the first group at the start of every batch.
+// Read this file first: the option values and the state of the run. They are process-wide,
+// set while the command line is scanned and read afterwards. BRAX_ini resets the first group
+// at the start of every batch. text.h handles strings and file names, growtext.h strings of
+// any length, fields.h and numbers.h the option text, shellword.h shell commands.
 #pragma once
 
 #include <cstdint>

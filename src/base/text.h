@@ -80,7 +80,7 @@ char *BRAX_getpath(char *destination, const char *name);
 char *BRAX_getname(char *destination, const char *name);
 
 // Copies the name and changes its extension by a rule (see BRAX_stringrule). A '+' rule
-// leaves at most 3 characters.
+// extends it to at most 3 characters.
 char *BRAX_changeext(char *destination, const char *name, const char *rule);
 
 // Copies the name and changes its directory part by a rule; a null rule keeps it.
@@ -88,7 +88,7 @@ char *BRAX_changepath(char *destination, const char *name, const char *rule);
 
 // Changes the base by a rule: "-x" prepends x, "+x" appends x, "=x" and anything else
 // replace it, an empty rule keeps it. Appending drops leading characters of x, never of the
-// base, until both have at most `limit` characters. The destination may be the base.
+// base, until the result has at most `limit`. The destination may be the base.
 char *BRAX_stringrule(const char *rule, const char *base, char *destination, int limit);
 
 // Copies the name's last component and changes its extension by OPTextrule.

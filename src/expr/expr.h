@@ -1,6 +1,6 @@
 // expr: the expression evaluator. It computes texts in double precision, with variables,
-// numbers in several radices, character constants and functions. This file comes first;
-// then parse.cpp reads a text and math.cpp applies its operators.
+// numbers in several radices, character constants and functions. Read this file first, then
+// parse.cpp, which reads a text, and math.cpp, which applies its operators.
 //
 //     EXPR *e = EXPR_open();
 //     EXPR_set(e, "width", 40);

@@ -61,7 +61,7 @@ struct EXPRVALUE {
     double value;
     int32_t section;
     int32_t position; // of the leftmost operand in the text
-    bool condition;   // of the '?', for its ':'
+    bool condition;   // result of the '?' for the ':' after it
 };
 
 struct EXPROPERATOR {
@@ -69,7 +69,7 @@ struct EXPROPERATOR {
     int32_t precedence;
 };
 
-// These limit how deep an expression may nest, equally on every platform.
+// These sizes limit how deep an expression may nest, equally on every platform.
 constexpr size_t EXPRSTACKBYTES = 1024;
 static_assert(sizeof(EXPRVALUE) == 24 && sizeof(EXPROPERATOR) == 8);
 

@@ -149,8 +149,8 @@ void readescape(CONSTANT *constant) {
     }
 }
 
-// Reads an expression up to '>' and puts its value in decimal. Without a '>' of its own the
-// expression cannot call this again. Returns false when the '>' is missing.
+// Reads an expression up to '>' and puts its value in decimal. The expression has no '>', so
+// this does not recurse. Returns false when the '>' is missing.
 bool readinserted(CONSTANT *constant, int32_t position) {
     const char *expression = constant->p;
     const char *end = std::find(expression, constant->end, '>');

@@ -24,7 +24,7 @@ void arenafree(ARENA *arena);
 // Advises the system to map a block of `size` bytes at once or in large pages.
 void adviseblock(void *block, size_t size);
 
-// Returns gallocarray's result for `count` elements, at least 0, that will all be used.
+// Works like gallocarray for an array that will be used whole; `count` may be 0.
 template <typename T> T *galloclarge(int64_t count) {
     T *array = gallocarray<T>(count > 0 ? count : 1);
     if (array != nullptr)

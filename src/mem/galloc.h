@@ -1,11 +1,11 @@
 // mem: memory and byte streams for the whole program.
 //
-// galloc and gfree check every dynamic block; this file comes first. arena.h, hunk.h and
+// Read this file first: galloc and gfree check every dynamic block. arena.h, hunk.h and
 // hash.h build on it: memory freed as a whole, records of one size, a table of text keys.
 // gstream.h reads and writes files. Nothing here depends on another folder.
 //
-// GALLOCMAX=n in the environment makes galloc fail while n blocks are held. So every
-// failure path can be tested from outside.
+// GALLOCMAX=n in the environment makes galloc fail while n blocks are held, to test every
+// failure path from outside.
 #pragma once
 
 #include <cstdint>
@@ -25,9 +25,8 @@ extern int (*gprintf)(const char *format, ...);
 // memory runs out.
 void *galloc(int size);
 
-// Frees a block. Returns false after a message, and frees nothing, when the address is
-// null, no held block, already freed, or when the block's guards are damaged.
-// Any address is allowed: only memory of held blocks is read.
+// Frees a block. Returns false after a message, and frees nothing, unless the address is a
+// held block with intact guards. Any address is allowed: only held blocks are read.
 bool gfree(void *address);
 
 // Calls galloc for `count` records of type T. Also returns null when the size passes an int.

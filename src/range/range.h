@@ -1,6 +1,6 @@
-// range: short texts that name sets of values. This file comes first: a specification tests
-// a number or a string. range.cpp evaluates it, rangeparts.cpp cuts it, rangetext.cpp
-// compares strings. ranger.h steps through floating-point values instead.
+// range: short texts that name sets of values. Read this file first: a specification tests a
+// number or a string. range.cpp evaluates it, rangeparts.cpp cuts it, rangetext.cpp compares
+// strings. ranger.h steps through floating-point values instead.
 //
 //   1..10      1 to 10               0..100+=5   0, 5, 10 up to 100
 //   3,7,9      these three           !4..6       everything outside 4 to 6
@@ -13,9 +13,9 @@
 // nothing. Blanks are ordinary characters. Bounds in the wrong order are exchanged. The step
 // is 1 unless numeric; its sign is ignored.
 //
-// A part that is not numeric is a text bound and may have wildcards (see wildstrcmp). Without
-// the other bound that side is open. An element is malformed when it has a number beside a
-// text, step 0, or more than 1,023 characters. Then no value is allowed at all.
+// A part that is not numeric is a text bound and may have wildcards (see wildstrcmp). When
+// the other bound is missing its side is open. An element is malformed when it has a number beside
+// a text, step 0, or more than 1,023 characters. Then no value is allowed at all.
 //
 // The functions print nothing and change no global state. Numbers saturate at 32 bits.
 #pragma once
@@ -40,11 +40,11 @@ struct RANGE {
 int RANGE_match(const char *spec, const char *text, int32_t number);
 
 // Returns the smallest allowed value, at least `lower`, the default of a missing minimum.
-// Returns 2147483647 when no value is allowed or text bounds hide it.
+// Returns 2147483647 when no value is allowed or text bounds leave it unknown.
 int32_t RANGE_min(const char *spec, int32_t lower);
 
 // Returns the largest allowed value, at most `upper`, the default of a missing maximum.
-// Returns -2147483647 when no value is allowed or text bounds hide it.
+// Returns -2147483647 when no value is allowed or text bounds leave it unknown.
 int32_t RANGE_max(const char *spec, int32_t upper);
 
 // Returns 1 when no element is malformed, else 0. Bounds beyond the defaults are allowed.
@@ -55,9 +55,9 @@ int32_t RANGE_count(const char *spec, int32_t lower, int32_t upper);
 
 // Returns the allowed value closest to the number. A negative direction prefers one at or
 // below it, a positive one at or above it, zero the nearer (the higher of two as near). A
-// later element's value must be strictly nearer to replace an earlier one, and lie further in
-// a direction other than zero. Without a candidate returns 2147483647, or -2147483647 for a
-// negative number.
+// later element's value must be strictly nearer to replace an earlier one. Unless the
+// direction is zero it must also lie further in that direction. Without a candidate returns
+// 2147483647, or -2147483647 for a negative number.
 int32_t RANGE_constrain(const char *spec, int32_t number, int32_t direction);
 
 // Evaluates a specification for all functions above and returns RANGE_match's result. Each
@@ -99,7 +99,7 @@ int32_t wildstrcmp(const char *text, const char *bound);
 // Copies one field of the option text into BRAXFIELDSIZE bytes and returns the position
 // after it. A blank outside brackets and quotes ends the field. `strip` removes brackets
 // around the field, which then end it; `stop` also ends it before ',', ".." and "+=". A field
-// that is too long is refused (BRAX_refuse) and comes out empty.
+// that is too long is refused (BRAX_refuse) and its copy is empty.
 const char *BRAX_getrangefield(char *output, const char *text, bool strip, bool stop);
 
 // Copies the range after an option's name into BRAXFIELDSIZE bytes and returns the position

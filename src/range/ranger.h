@@ -7,8 +7,8 @@
 // A text is elements separated by ','. An element is [first][..[last]][+=step], or -=step,
 // with at least one part. Its values go from the first, up or down, to the last included. The
 // step is 1 unless given; its sign is ignored. Without ".." and step the first value is the
-// only one. A missing end is the default, or the step from the other end nearest to it. At
-// an empty element RANGER_next returns 0 once.
+// only one. A missing end is the default, moved inward to whole steps from the other end.
+// At an empty element RANGER_next returns 0 once.
 //
 // The parts are expressions (see expr/expr.h) when there is an evaluator, else numbers.
 // Brackets and quotes protect the characters that separate them.

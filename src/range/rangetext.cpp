@@ -88,7 +88,7 @@ void spreadzeros(int32_t *row, int64_t length) {
     }
 }
 
-// Sets row[i] to the result of the suffix at i and the bound from its first '*', `first`, on.
+// Sets row[i] to the result of the suffix at i and the bound from `first`, its first '*', on.
 void comparestars(const TAIL *text, const TAIL *bound, const char *first, int32_t *row) {
     const int64_t length = text->end - text->text;
     const char *star = bound->end;

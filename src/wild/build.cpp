@@ -11,11 +11,11 @@ namespace {
 struct BUILD {
     WILDMATCH *match;
     char *output;
-    int64_t left;            // characters up to the limit
+    int64_t left;            // characters left up to the limit
     const char *destination; // position
     bool carrying;
-    const char *pattern; // for case carrying, like `string`: the source's position
-    const char *string;
+    const char *pattern; // position in the source pattern, for case carrying
+    const char *string;  // position in the string, for case carrying
     const char *stringEnd;
     int32_t nextStar; // captures of wildcards without an index
     int32_t nextQuestion;
@@ -70,7 +70,7 @@ bool putliteral(BUILD *build) {
     return put(build, literal, length);
 }
 
-// Moves the source's position after a capture, at most to the end: captures may repeat.
+// Moves after a capture in the string, but not beyond its end: captures may repeat.
 void skipsource(BUILD *build, int32_t length) {
     const int64_t rest = build->stringEnd - build->string;
     build->string += length < rest ? length : rest;

@@ -19,13 +19,13 @@ bool capture(WILDMATCH *match, CAPTURES *list, size_t length) {
     return true;
 }
 
-// Returns the number of characters left, at most the longest capture's, `more` and one.
+// Returns the number of characters left, at most WILDTEXTLIMIT + 1 + `more`.
 size_t remaining(const WILDMATCH *match, size_t more) {
     return strnlen(match->position, WILDTEXTLIMIT + 1 + more);
 }
 
-// Returns the number of characters between the first `skipped` ones and the next literal, or
-// more than the limit when it is out of reach.
+// Returns the distance to the literal from `skipped` characters on, or a length above the
+// limit when the literal is out of reach.
 size_t lengthbefore(const WILDMATCH *match, size_t skipped, const char *literal,
                     size_t literalLength) {
     const size_t left = remaining(match, skipped + literalLength);
@@ -56,7 +56,7 @@ bool matchstar(WILDMATCH *match, const char *after) {
     return left >= questions && capture(match, &match->stars, left - questions);
 }
 
-// Also moves after a text that is not a number.
+// Moves after the text even when it is not a number.
 bool matchnumber(WILDMATCH *match, const char *after) {
     const char *start = match->position;
     const size_t literalLength = literallength(after);

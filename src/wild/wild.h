@@ -1,7 +1,7 @@
 // wild: the wildcard matcher. One call tests a string against a source pattern and, on a
-// match, builds an output from a destination pattern, whose wildcards insert what those of
-// the source pattern captured. This file comes first; then match.cpp tests, build.cpp writes,
-// and mathrules.h computes numbers.
+// match, builds an output from a destination pattern. Wildcards of the destination insert
+// captures of the source pattern's. Read this file first, then match.cpp, which tests, and
+// build.cpp, which writes. mathrules.h computes numbers for the output.
 //
 //   WILD_match(output, "file12.txt", "file#.txt", "new####.dat")  gives 1 and new0012.dat
 //
@@ -22,8 +22,8 @@
 // brackets (*[0] is the first). Second brackets hold a range (see range/range.h): *[0][2..4]
 // inserts positions 2 to 4, ?[0][5] writes spaces up to column 5 first, #[0][1..9] replaces
 // other numbers by zeros. The length of a run of '#' is the number's width, filled with
-// zeros; "#,#" writes two numbers. Without a capture a star writes nothing, a question mark a
-// space, a number sign current_unmatched.
+// zeros; "#,#" writes two numbers. Without a capture '*' writes nothing, '?' a space, and '#'
+// current_unmatched.
 //
 // On failure: a mismatch before the first wildcard changes neither output nor length. A later
 // one empties the output and stores the length matched so far. An invalid index leaves the
@@ -90,7 +90,7 @@ extern WILDMATCHFUN stringmatchfun; // WILD_match
 // Size of a buffer for a collapsed pattern, an index or a part of it.
 constexpr int WILDTEXTSIZE = 1024;
 
-// All twelve functions in two. A null length requires the whole string to match;
+// These two implement all twelve. A null length requires the whole string to match;
 // caseCarrying needs caseSensitive 0.
 int matchstring(char *output, const char *string, const char *pattern, const char *destination,
                 int *length, int caseSensitive, int caseCarrying);

@@ -25,7 +25,7 @@ struct CAPTURES {
     CAPTURE items[WILDTEXTLIMIT];
 };
 
-// Too large to clear for matches that fail early.
+// Not cleared: it is large, and many matches fail early.
 struct WILDMATCH {
     const char *string;
     const char *position; // in the string
