@@ -28,20 +28,16 @@ constexpr int triggerUnread = 0;
 constexpr int triggerNone = -1;
 int failureTrigger = triggerUnread;
 
-// The key is an address with all bits inverted: leak checkers must not count it as a
-// reference. Its lowest bit is set while the block is held.
-struct SLOT {
-    uint64_t key; // 0 in a free slot
-    int32_t size; // of the block
-};
-
-// Open addressing: a power of two of slots, at most half of them used.
+// Open addressing: a power of two of slots, at most half of them used. A slot is an address
+// with all bits inverted, so that leak checkers do not count it as a reference. Its lowest
+// bit is set while the block is held; a free slot is 0.
 struct ADDRESSTABLE {
-    SLOT *slots;
+    uint64_t *slots;
+    int32_t *sizes; // of the block at each slot; one allocation with the slots
     uint64_t capacity;
     uint64_t used;
 };
-ADDRESSTABLE addresses = {nullptr, 0, 0};
+ADDRESSTABLE addresses = {nullptr, nullptr, 0, 0};
 
 constexpr uint64_t heldBit = 1;
 
@@ -50,12 +46,12 @@ uint64_t addresskey(const void *address) {
 }
 
 // Returns the slot of the key, or the free slot for it.
-SLOT *findslot(const ADDRESSTABLE &table, uint64_t key) {
+uint64_t findslot(const ADDRESSTABLE &table, uint64_t key) {
     const uint64_t mask = table.capacity - 1;
     uint64_t index = (key * 0x9E3779B97F4A7C15ULL) >> 20 & mask;
-    while (table.slots[index].key != 0 && (table.slots[index].key & ~heldBit) != key)
+    while (table.slots[index] != 0 && (table.slots[index] & ~heldBit) != key)
         index = (index + 1) & mask;
-    return &table.slots[index];
+    return index;
 }
 
 // Grows the table until one more address fits. Returns false when memory runs out.
@@ -65,12 +61,17 @@ bool reserveslot() {
     ADDRESSTABLE larger = {};
     larger.capacity = addresses.capacity == 0 ? 1024 : addresses.capacity * 2;
     larger.used = addresses.used;
-    larger.slots = static_cast<SLOT *>(calloc(larger.capacity, sizeof(SLOT)));
+    larger.slots =
+        static_cast<uint64_t *>(calloc(larger.capacity, sizeof(uint64_t) + sizeof(int32_t)));
     if (larger.slots == nullptr)
         return false;
+    larger.sizes = reinterpret_cast<int32_t *>(larger.slots + larger.capacity);
     for (uint64_t i = 0; i < addresses.capacity; ++i) {
-        if (addresses.slots[i].key != 0)
-            *findslot(larger, addresses.slots[i].key & ~heldBit) = addresses.slots[i];
+        if (addresses.slots[i] != 0) {
+            const uint64_t slot = findslot(larger, addresses.slots[i] & ~heldBit);
+            larger.slots[slot] = addresses.slots[i];
+            larger.sizes[slot] = addresses.sizes[i];
+        }
     }
     free(addresses.slots);
     addresses = larger;
@@ -136,9 +137,10 @@ void *galloc(int size) {
     memcpy(block + guardBytes, &size, sizeof size);
     memcpy(block + headBytes + size, "GEND", guardBytes);
     char *address = block + headBytes;
-    SLOT *slot = findslot(addresses, addresskey(address));
-    addresses.used += slot->key == 0 ? 1 : 0;
-    *slot = {addresskey(address) | heldBit, size};
+    const uint64_t slot = findslot(addresses, addresskey(address));
+    addresses.used += addresses.slots[slot] == 0 ? 1 : 0;
+    addresses.slots[slot] = addresskey(address) | heldBit;
+    addresses.sizes[slot] = size;
     ++galloccount;
     return address;
 }
@@ -150,15 +152,15 @@ bool gfree(void *address) {
         return false;
     }
     const bool possible = addresses.slots != nullptr && (position & 1) == 0;
-    SLOT *slot = possible ? findslot(addresses, addresskey(address)) : nullptr;
-    const bool known = possible && slot->key != 0;
-    bool twice = known && (slot->key & heldBit) == 0;
+    const uint64_t slot = possible ? findslot(addresses, addresskey(address)) : 0;
+    const bool known = possible && addresses.slots[slot] != 0;
+    bool twice = known && (addresses.slots[slot] & heldBit) == 0;
     if (known && !twice) {
         char *block = static_cast<char *>(address) - headBytes;
-        if (issound(block, slot->size)) {
+        if (issound(block, addresses.sizes[slot])) {
             memcpy(block, "GFRE", guardBytes);
             free(block);
-            slot->key &= ~heldBit;
+            addresses.slots[slot] &= ~heldBit;
             --galloccount;
             return true;
         }
