@@ -14,16 +14,7 @@ bool islim(char c) {
 }
 
 char limtodelim(char c) {
-    switch (c) {
-    case '(':
-        return ')';
-    case '{':
-        return '}';
-    case '[':
-        return ']';
-    default:
-        return c;
-    }
+    return c == '(' ? ')' : c == '{' ? '}' : c == '[' ? ']' : c;
 }
 
 char tosoftspace(char c) {
@@ -32,7 +23,7 @@ char tosoftspace(char c) {
 
 namespace {
 
-// A destination that counts what it was given but never holds more than a field's room.
+// A field's copy. The length counts up to BRAXFIELDSIZE, which means too long.
 struct FIELD {
     char *text;
     int length;
@@ -47,7 +38,7 @@ void put(FIELD *field, char c) {
         ++field->length;
 }
 
-// Ends the destination; false when the field was too long, which is then empty.
+// Terminates the copy. Returns false, with an empty copy, when the field was too long.
 bool endfield(FIELD *field, const char *source) {
     if (field->text == nullptr)
         return false;
@@ -60,8 +51,7 @@ bool endfield(FIELD *field, const char *source) {
     return fits;
 }
 
-// An '=' that belongs to the field although ',' and '=' end fields: it leads the field or
-// follows '+' or '-' (a rule).
+// Returns whether the '=' at p is part of a rule: it begins the field or follows '+' or '-'.
 bool isruleequal(const char *source, const char *p) {
     return p == source || p[-1] == '+' || p[-1] == '-';
 }
@@ -124,8 +114,7 @@ const char *BRAX_getstropt(char *destination, const char *text, const char *, co
 
 namespace {
 
-// The length of the decimal number that `value` begins with when the character after it begins
-// a built-in option, else 0.
+// Returns the length of a decimal number before a built-in option, or 0 without either.
 size_t numberbeforeoption(const char *value) {
     size_t length = value[0] == '-' ? 1 : 0;
     const size_t digits = length;
@@ -136,7 +125,7 @@ size_t numberbeforeoption(const char *value) {
     return strchr(".;?bhlnrstvw", lowerchar(value[length])) != nullptr ? length : 0;
 }
 
-// Reads the number in `value`; *consumed is its length when it is split from the rest.
+// Returns the number in `value`. *consumed receives its length when a split shortens it.
 int32_t readnumber(char *value, const char *label, bool split, size_t *consumed) {
     BRAXerrorcount = 0;
     int32_t number = BRAX_getnum(value);
@@ -210,7 +199,7 @@ const char *BRAX_getopt2(int32_t *variable, const char *text, const char *label,
 
 const char *BRAX_getopt(int32_t *variable, const char *text, const char *label, int32_t min,
                         int32_t max) {
-    return getnumber(variable, text, label, min, max, 1, false);
+    return BRAX_getopt2(variable, text, label, min, max, 1);
 }
 
 const char *BRAX_getbuiltin(int32_t *variable, const char *text, const char *label, int32_t max,

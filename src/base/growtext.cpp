@@ -5,22 +5,11 @@
 #include <cstring>
 
 bool growroom(GROWTEXT *text, int64_t bytes) {
-    if (bytes <= text->room)
-        return true;
-    constexpr int64_t leastRoom = 256;
-    int64_t newRoom = text->room > 0 ? text->room * 2 : leastRoom;
-    while (newRoom < bytes)
-        newRoom *= 2;
-    char *larger = gallocarray<char>(newRoom);
-    if (larger == nullptr)
+    const int64_t before = text->capacity;
+    if (!growarray(text->text, text->length, text->capacity, bytes - text->length))
         return false;
-    if (text->text != nullptr) {
-        memcpy(larger, text->text, static_cast<size_t>(text->length));
-        gfree(text->text);
-    }
-    larger[text->length] = 0;
-    text->text = larger;
-    text->room = newRoom;
+    if (text->capacity != before)
+        text->text[text->length] = 0;
     return true;
 }
 

@@ -1,27 +1,27 @@
-// A text that grows as needed, for names and paths of any length.
+// A string that grows as needed, for names and paths of any length.
 #pragma once
 
 #include <cstdint>
 
-// Start with {}; release with growfree.
+// Starts as {}; growfree frees it.
 struct GROWTEXT {
-    char *text; // null until something was put in; from then on terminated
+    char *text; // null at first, later terminated
     int64_t length;
-    int64_t room;
+    int64_t capacity; // in bytes
 };
 
-// Makes sure that the text can be written up to `bytes` bytes, terminator included; what it
-// holds stays. False when memory runs out, with nothing changed.
+// Reserves `bytes` bytes, terminator included; the string stays. Returns false when memory
+// runs out, with nothing changed.
 bool growroom(GROWTEXT *text, int64_t bytes);
 
-// Puts a piece behind the text. False when memory runs out, with nothing changed.
+// Appends a piece. Returns false when memory runs out, with nothing changed.
 bool growappend(GROWTEXT *text, const char *piece);
 bool growappend(GROWTEXT *text, const char *piece, int64_t length);
 
-// Sets the text to the piece, under the same terms.
+// Sets the string to the piece and fails as growappend does.
 bool growset(GROWTEXT *text, const char *piece);
 
-// Cuts the text to a length that it has or had; it must hold something.
+// Sets the length, which must be below the capacity, and terminates the string there.
 void growcut(GROWTEXT *text, int64_t length);
 
 void growfree(GROWTEXT *text);

@@ -1,4 +1,6 @@
 // The number and string syntax of option values.
+#include "base/numbers.h"
+
 #include "base/fields.h"
 #include "base/options.h"
 #include "base/text.h"
@@ -7,6 +9,17 @@
 
 int32_t Radix = 10;
 int32_t BRAXerrorcount = 0;
+
+char escapedchar(char c) {
+    constexpr char names[] = "bfnrt";
+    const char *name = strchr(names, c);
+    return name != nullptr ? "\b\f\n\r\t"[name - names] : c;
+}
+
+uint32_t suffixradix(char c) {
+    c = lowerchar(c);
+    return c == 'b' ? 2 : c == 'd' ? 10 : c == 'h' ? 16 : c == 'o' || c == 'q' ? 8 : 0;
+}
 
 namespace {
 
@@ -23,12 +36,7 @@ enum NUMBERERROR {
     NOTANUMBER = 10
 };
 
-bool isoctal(char c) {
-    return c >= '0' && c <= '7';
-}
-
-// A text being read: where from, and where its characters go. Characters beyond the
-// destination's room are dropped.
+// Copies a string out of a text; characters that do not fit are dropped.
 struct STRINGREADER {
     const char *p;
     char *destination;
@@ -40,7 +48,7 @@ void put(STRINGREADER *reader, char c) {
         reader->destination[reader->length++] = c;
 }
 
-// The escape behind a backslash; leaves the position behind it.
+// Reads an escape, after its backslash.
 void readescape(STRINGREADER *reader) {
     const char c = *reader->p;
     if (isoctal(c)) {
@@ -58,13 +66,11 @@ void readescape(STRINGREADER *reader) {
         return;
     if (c == '8' || c == '9')
         BRAXerrorcount = DIGITINESCAPE;
-    const char *names = "bfnrt";
-    const char *name = strchr(names, c);
-    put(reader, name != nullptr ? "\b\f\n\r\t"[name - names] : c);
+    put(reader, escapedchar(c));
     ++reader->p;
 }
 
-// Behind the opening quote; ends behind the closing one or at the end of the text.
+// Reads from after the opening quote to after the closing one or the end of the text.
 void readquoted(STRINGREADER *reader, char quote) {
     while (*reader->p != 0) {
         const char c = *reader->p++;
@@ -92,7 +98,7 @@ void readunquoted(STRINGREADER *reader) {
         --reader->length;
 }
 
-// Reads a text and returns its length; *end is the position behind it.
+// Copies a string and returns its length. *end receives the position after it.
 int readstring(char *destination, const char *text, const char **end) {
     STRINGREADER reader = {text, destination, 0};
     if (*text == '"' || *text == '\'') {
@@ -136,7 +142,7 @@ bool isdigitof(char c, uint32_t radix) {
     return digitvalue(c) < radix;
 }
 
-// The digits at the start of a text of `length` characters.
+// The digits at the start of a text.
 struct DIGITS {
     uint32_t value;
     size_t consumed;
@@ -153,7 +159,7 @@ DIGITS readdigits(const char *text, size_t length, uint32_t radix) {
             break;
         } else if (radix == 16 && (count == 0 || text[i - 1] == '_' || i + 1 == length ||
                                    !isdigitof(text[i + 1], radix))) {
-            break; // in hexadecimal only a single '_' between digits is passed over
+            break; // a hexadecimal number takes only a single '_' between digits
         }
         digits.consumed = i + 1;
     }
@@ -166,46 +172,6 @@ DIGITS readdigits(const char *text, size_t length, uint32_t radix) {
     return digits;
 }
 
-// The radix that a prefix names, with the prefix's length; `radix` itself without one.
-uint32_t prefixradix(const char *text, size_t length, uint32_t radix, size_t *prefix) {
-    *prefix = 1;
-    switch (text[0]) {
-    case '@':
-        return 8;
-    case '$':
-    case '&':
-        return 16;
-    case '%':
-        return 2;
-    case '0':
-        if (length > 1 && text[1] == 'x' && radix <= 33) {
-            *prefix = 2;
-            return 16;
-        }
-        break;
-    default:
-        break;
-    }
-    *prefix = 0;
-    return radix;
-}
-
-uint32_t suffixradix(char c) {
-    switch (lowerchar(c)) {
-    case 'b':
-        return 2;
-    case 'd':
-        return 10;
-    case 'h':
-        return 16;
-    case 'o':
-    case 'q':
-        return 8;
-    default:
-        return 0;
-    }
-}
-
 int32_t controlcharacter(const char *text, size_t length) {
     if (length == 2 && text[0] == '^') {
         const int value = (static_cast<unsigned char>(text[1]) | 32) - 96;
@@ -216,7 +182,7 @@ int32_t controlcharacter(const char *text, size_t length) {
     return 0;
 }
 
-// What is left to read: a radix mark or suffix and a sign each lead to another round.
+// The rest of a number. A sign, a radix before '$' and a suffix each need another round.
 struct NUMBER {
     const char *text;
     size_t length;
@@ -224,7 +190,7 @@ struct NUMBER {
     bool negative;
 };
 
-// One round. True when *value is the number's; false when the rest must be read.
+// Reads one round. Returns true when *value is final, false when another round is needed.
 bool readround(NUMBER *number, uint32_t *value) {
     const char *text = number->text;
     const size_t length = number->length;
@@ -252,7 +218,7 @@ bool readround(NUMBER *number, uint32_t *value) {
         return true;
     }
     size_t prefix = 0;
-    const uint32_t radix = prefixradix(text, length, number->radix, &prefix);
+    const uint32_t radix = prefixradix(text, number->radix, &prefix);
     const DIGITS digits = readdigits(text + prefix, length - prefix, radix);
     const size_t consumed = prefix + digits.consumed;
     *value = digits.value;

@@ -72,28 +72,14 @@ void clearrules() {
     OPTpathrule = OPTpathrulebuf;
 }
 
-void resetsearch() {
-    OPTsorttype = 0;
-    OPTsortbydirs = 0;
-    OPTstartsortat = 0;
-    OPTskiprules = 0;
-    OPTstrippaths = 0;
-    OPTrecurse = 0;
-    OPTstartrecurseat = 0;
-    grelease(OPTenvpath);
-    OPTallfiles = 1;
-    OPTreadonly = 1;
-    OPThidden = 1;
-    OPTsystem = 1;
-    OPTdirectory = 0;
-    OPTmakedatelist = 0;
-    OPTmakesizelist = 0;
-    OPTmakeattriblist = 0;
-    OPTexpandwildcards = 1;
-    OPTuseshortnames = 0;
-    OPTuselongnames = 0;
-    OPTkeepunfound = 1;
-}
+// The options of every batch that start as 0, and as 1.
+int *const cleared[] = {&OPTtime,           &OPTkeepopts,      &OPTsorttype,     &OPTsortbydirs,
+                        &OPTstartsortat,    &OPTskiprules,     &OPTstrippaths,   &OPTrecurse,
+                        &OPTstartrecurseat, &OPTdirectory,     &OPTmakedatelist, &OPTmakesizelist,
+                        &OPTmakeattriblist, &OPTuseshortnames, &OPTuselongnames};
+int *const set[] = {&OPTwrite,         &OPTbanner,          &OPTlog,        &OPTminargs,
+                    &OPTusehardspaces, &OPTallfiles,        &OPTreadonly,   &OPThidden,
+                    &OPTsystem,        &OPTexpandwildcards, &OPTkeepunfound};
 
 void resethelptexts() {
     if (OPTurl == nullptr)
@@ -111,14 +97,11 @@ void resethelptexts() {
 
 void BRAX_ini() {
     OPTverbose = 2;
-    OPTwrite = 1;
-    OPTbanner = 1;
-    OPTlog = 1;
-    OPTtime = 0;
-    OPTminargs = 1;
-    OPTkeepopts = 0;
-    OPTusehardspaces = 1;
-    resetsearch();
+    for (int *option : cleared)
+        *option = 0;
+    for (int *option : set)
+        *option = 1;
+    grelease(OPTenvpath);
     clearrules();
     resethelptexts();
     opterror = 0;

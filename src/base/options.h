@@ -1,27 +1,26 @@
-// The command-line framework's option values and run state, shared by every room above.
+// base: option values, strings, fields and numbers for every folder but mem.
 //
-// They are process-wide: set while the command line is scanned, read afterwards. BRAX_ini
-// puts the first group back to its defaults at the start of every batch.
+// Read this file first: the option values and the state of the run. They are process-wide,
+// set while the command line is scanned and read afterwards. BRAX_ini resets the first group
+// at the start of every batch. text.h handles strings and file names, growtext.h strings of
+// any length, fields.h and numbers.h the option text, shellword.h shell commands.
 #pragma once
 
 #include <cstdint>
 
-// Size of the buffers that hold one field, name or path, terminator included.
+// Size of a buffer for one field, name or path, terminator included.
 constexpr int BRAXFIELDSIZE = 2048;
 
-// Stands for a blank inside one command-line argument while the option text is gathered,
-// so that the field scanner does not split the argument there.
+// Replaces blanks inside a command-line argument, so that the argument is one field.
 constexpr char BRAXHARDSPACE = 28;
 
-// Room of the option text and of the name list, terminator included; together they are
-// the framework's working block.
+// Size of the option text and of the name list, terminator included.
 constexpr int BRAXLISTSIZE = 4194304;
 
-// A block together with its size in bytes; for a loaded file the file's length. The block
-// is owned; null when there is none.
+// A block and its size.
 struct BRAXBUF {
-    void *p;
-    int32_t size;
+    void *p;      // owned; may be null
+    int32_t size; // in bytes; a loaded file's length
 };
 
 using BRAXRESETFUNC = void (*)();
@@ -29,21 +28,21 @@ using BRAXUSAGEFUNC = int (*)(const char *program, const char *topic, const char
                               int level);
 using BRAXOPTFUNC = const char *(*)(const char *text);
 
-// Values that every batch starts from, with their defaults.
+// Values reset for every batch, with their defaults.
 extern int OPTverbose;         // 2: 0 silent, 1 names and errors, 2 status, 3 more; above 5 traces
 extern int OPTwrite;           // 1: 0 makes BRAX_savefile write nothing
 extern int OPTbanner;          // 1: show the banner on the first call
 extern int OPTlog;             // 1: log level, accepted only
 extern int OPTtime;            // 0: timing diagnostics, accepted only
-extern int OPTminargs;         // 1: fewer files than this ask for usage
+extern int OPTminargs;         // 1: with fewer files the usage is shown
 extern int OPTkeepopts;        // 0: options are also kept in the name list
 extern int OPTusehardspaces;   // 1: blanks inside arguments become hard spaces
 extern int OPTsorttype;        // 0: sort key 0 to 7, 0 for none
 extern int OPTsortbydirs;      // 0: group by directory first
 extern int OPTstartsortat;     // 0: first index that is sorted
-extern int OPTskiprules;       // 0: names that do not get the name rule
+extern int OPTskiprules;       // 0: number of names that skip the name rule
 extern int OPTstrippaths;      // 0: strip paths of destination names
-extern int OPTrecurse;         // 0: current directory, 1 whole tree, 2 the list OPTenvpath
+extern int OPTrecurse;         // 0: 0 current directory, 1 whole tree, 2 the list OPTenvpath
 extern int OPTstartrecurseat;  // 0: first list entry searched below the start directory
 extern int OPTallfiles;        // 1: attribute filter
 extern int OPTreadonly;        // 1
@@ -57,16 +56,15 @@ extern int OPTexpandwildcards; // 1: expand wildcards
 extern int OPTuseshortnames;   // 0
 extern int OPTuselongnames;    // 0
 extern int OPTkeepunfound;     // 1: keep patterns that match nothing
-extern const char *OPTextrule; // destination rules; each points at an empty text when unset
+extern const char *OPTextrule; // destination rules; an empty string when unset
 extern const char *OPTnamerule;
 extern const char *OPTpathrule;
 extern char OPTextrulebuf[BRAXFIELDSIZE];
 extern char OPTnamerulebuf[BRAXFIELDSIZE];
 extern char OPTpathrulebuf[BRAXFIELDSIZE];
-extern char *OPTenvpath; // the path list of "-r", owned; null when there is none
+extern char *OPTenvpath; // the path list of "-r", owned; may be null
 
-// Allocated on first use, released at the end of a run; null until then and after a
-// failed allocation.
+// Allocated by the first BRAX_ini; null before and when memory ran out.
 extern char *OPTurl;      // BRAXFIELDSIZE bytes: help address that replaces the default
 extern char *OPTbookmark; // BRAXBOOKMARKSIZE bytes: anchor appended to the help address
 constexpr int BRAXBOOKMARKSIZE = 128;
@@ -78,39 +76,38 @@ extern int OPTautoquote;              // 1: quote arguments that hold blanks
 extern int OPTlibnohardspace;         // 0: 1 turns the conversion to hard spaces off
 extern float OPTversion;              // 1.0: version required by the option "version"
 extern char OPTstr[BRAXFIELDSIZE];    // that option's text
-extern const char *const *OPThistory; // version history, ended by an empty text
+extern const char *const *OPThistory; // version history, ended by an empty string
 
 // Run state.
-extern int initialized; // 1 once BRAX_init has run
+extern int initialized; // 1 after BRAX_init
 extern BRAXRESETFUNC BRAX_initfunc;
 extern BRAXUSAGEFUNC BRAX_usagefunc;
 extern BRAXOPTFUNC BRAX_optfunc;
-extern int opterror;      // -1 once an unknown option was met
-extern int autohelp;      // help due: 0 none, 1 usage if too few files, 2 usage, 3 web help
-extern int BRAXhelpgiven; // 1 once help, history or an error was printed; ends the run
+extern int opterror;      // -1 after an unknown option
+extern int autohelp;      // help to show: 0 none, 1 usage if too few files, 2 usage, 3 web help
+extern int BRAXhelpgiven; // 1 after help, history or an error was printed; ends the run
 extern char prgnamebuf[BRAXFIELDSIZE]; // program name: last component, no extension, lower case
 
-// Sets the values of the first group to their defaults, allocates OPTurl and OPTbookmark
-// when they are missing, and runs the program's reset callback.
+// Resets the first group, allocates OPTurl and OPTbookmark unless they exist, and calls the
+// program's reset callback.
 void BRAX_ini();
 
-// Releases OPTurl and OPTbookmark.
+// Frees OPTurl and OPTbookmark.
 void BRAX_freehelptexts();
 
-// Allocates buffer->size = size bytes with galloc into buffer->p and returns the address;
-// null when memory runs out.
+// Sets the buffer to a new block of `size` bytes and returns it; null when memory runs out.
 void *BRAX_alloc(BRAXBUF *buffer, int32_t size);
 
-// Releases the block, if there is one; the pointer becomes null.
+// Frees the block unless it is null, and sets the pointer to null.
 void BRAX_free(BRAXBUF *buffer);
 
-// The framework's channel: writes a message to standard output.
+// Prints a message of the framework on standard output.
 [[gnu::format(printf, 1, 2)]] void BRAX_say(const char *format, ...);
 
-// Refuses an input beyond a limit: "brax - <what> TOO LONG <start of the text...>" when
-// OPTverbose is non-zero, once per call of BRAX_parse; sets BRAXhelpgiven, so that the run
-// ends after the call. `what` is upper case, such as "FIELD".
+// Refuses an input beyond a limit: prints "brax - <what> TOO LONG <start of the text...>",
+// once per call of BRAX_parse and only when OPTverbose is non-zero. Sets BRAXhelpgiven,
+// which ends the run after the call. `what` is upper case, such as "FIELD".
 void BRAX_refuse(const char *what, const char *text);
 
-// Lets BRAX_refuse speak again; BRAX_parse calls it at its start.
+// Re-enables BRAX_refuse's message at the start of BRAX_parse.
 void BRAX_newrefusals();

@@ -7,7 +7,7 @@
 
 bool copytext(char *destination, const char *source, size_t length, size_t size) {
     const size_t copied = length < size ? length : size - 1;
-    if (copied > 0) // nothing may be copied from a null source
+    if (copied > 0) // the source may be null then
         memmove(destination, source, copied);
     destination[copied] = 0;
     return copied == length;
@@ -79,12 +79,9 @@ char *BRAX_changeext(char *destination, const char *name, const char *rule) {
     char base[BRAXFIELDSIZE];
     char extension[BRAXFIELDSIZE] = "";
     copytext(base, name, sizeof base);
-    size_t dot = strlen(base);
-    while (dot > 0 && base[dot - 1] != '.' && !isseparator(base[dot - 1]))
-        --dot;
-    if (dot > 0 && base[dot - 1] == '.') {
-        copytext(extension, base + dot, sizeof extension);
-        base[dot - 1] = 0;
+    if (const char *dot = strrchr(filepart(base), '.'); dot != nullptr) {
+        copytext(extension, dot + 1, sizeof extension);
+        base[dot - base] = 0;
     }
     BRAX_stringrule(rule, extension, extension, 3);
     copytext(destination, base, BRAXFIELDSIZE);
@@ -93,6 +90,19 @@ char *BRAX_changeext(char *destination, const char *name, const char *rule) {
     appendtext(destination, extension, BRAXFIELDSIZE);
     return destination;
 }
+
+namespace {
+
+// Appends the separator unless the directory is empty, ends in one, or fills its buffer.
+void endwithseparator(char *directory, char separator) {
+    const size_t length = strlen(directory);
+    if (length > 0 && !isseparator(directory[length - 1]) && length + 1 < BRAXFIELDSIZE) {
+        directory[length] = separator;
+        directory[length + 1] = 0;
+    }
+}
+
+} // namespace
 
 char *BRAX_changepath(char *destination, const char *name, const char *rule) {
     char directory[BRAXFIELDSIZE];
@@ -105,18 +115,10 @@ char *BRAX_changepath(char *destination, const char *name, const char *rule) {
     char separator = '/';
     if (directoryLength > 0 && isslash(directory[directoryLength - 1]))
         separator = directory[directoryLength - 1];
-    const size_t ruleLength = strlen(ownRule);
-    if (ownRule[0] == '-' && ruleLength > 1 && !isseparator(ownRule[ruleLength - 1]) &&
-        ruleLength + 1 < sizeof ownRule) {
-        ownRule[ruleLength] = separator;
-        ownRule[ruleLength + 1] = 0;
-    }
+    if (ownRule[0] == '-' && ownRule[1] != 0)
+        endwithseparator(ownRule, separator);
     BRAX_stringrule(ownRule, directory, directory, 256);
-    const size_t length = strlen(directory);
-    if (length > 0 && !isseparator(directory[length - 1]) && length + 1 < sizeof directory) {
-        directory[length] = separator;
-        directory[length + 1] = 0;
-    }
+    endwithseparator(directory, separator);
     copytext(destination, directory, BRAXFIELDSIZE);
     appendtext(destination, file, BRAXFIELDSIZE);
     return destination;
@@ -136,10 +138,8 @@ char *BRAX_stringrule(const char *rule, const char *base, char *destination, int
             suffix += dropped < suffixLength ? dropped : suffixLength;
         copytext(result, base, sizeof result);
         appendtext(result, suffix, sizeof result);
-    } else if (rule[0] == '=') {
-        copytext(result, rule + 1, sizeof result);
     } else {
-        copytext(result, rule[0] == 0 ? base : rule, sizeof result);
+        copytext(result, rule[0] == 0 ? base : rule[0] == '=' ? rule + 1 : rule, sizeof result);
     }
     copytext(destination, result, BRAXFIELDSIZE);
     return destination;

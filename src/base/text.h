@@ -1,20 +1,19 @@
-// Text and file-name helpers that every room above shares.
+// Characters, strings and file names.
 //
-// '/', '\' and ':' all separate the parts of a file name here. Characters are compared as
-// signed 8-bit values on every platform, so bytes above 127 are negative. Destination
-// buffers hold BRAXFIELDSIZE (2,048) bytes unless a size is stated; a longer result is cut
-// to 2,047 characters.
+// '/', '\' and ':' all separate the parts of a file name. Characters compare as signed
+// 8-bit values on every platform, so bytes above 127 are negative. Without a stated size a
+// destination has BRAXFIELDSIZE (2,048) bytes; a longer result is cut to 2,047 characters.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 
-// The character's value as a signed 8-bit number.
+// Returns the character as a signed 8-bit number.
 constexpr int charvalue(char c) {
     return static_cast<signed char>(c);
 }
 
-// The lower-case form in the default locale: 'A' to 'Z' only.
+// Changes 'A' to 'Z' only, as the default locale does.
 constexpr char lowerchar(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
 }
@@ -31,7 +30,7 @@ constexpr bool isletter(char c) {
     return lowerchar(c) >= 'a' && lowerchar(c) <= 'z';
 }
 
-// The nearest value that 32 bits hold.
+// Returns the nearest 32-bit value.
 constexpr int32_t toint32(int64_t value) {
     return value > INT32_MAX   ? INT32_MAX
            : value < INT32_MIN ? INT32_MIN
@@ -48,69 +47,67 @@ constexpr bool isseparator(char c) {
     return isslash(c) || c == ':';
 }
 
-// Copies the text into `size` bytes, terminator included, and returns false when it had to
-// be cut.
+// Copies a string into `size` bytes, terminator included. Returns false after cutting it.
 bool copytext(char *destination, const char *source, size_t size);
 
-// The same for the first `length` characters of the source.
+// Copies the first `length` characters in the same way. The buffers may overlap.
 bool copytext(char *destination, const char *source, size_t length, size_t size);
 
-// Puts the source behind the text in the destination of `size` bytes; false when it had to
-// be cut.
+// Appends to a string in a buffer of `size` bytes. Returns false after cutting the source.
 bool appendtext(char *destination, const char *source, size_t size);
 
 void lowertext(char *text);
 void uppertext(char *text);
 
-// Compare without regard to case, at most n (2,048) characters: 0 when equal so far, else
-// the difference of the first unequal pair, lower-cased.
+// Compare without case, at most n (2,048) characters. Return 0 when equal, else the
+// difference of the first unequal pair, lower-cased.
 int32_t strnicmp(const char *a, const char *b, size_t n);
 int32_t stricmp(const char *a, const char *b);
 
-// First occurrence of the pattern in the text, case ignored; null when there is none. An
-// empty pattern is not found.
+// Returns the first occurrence of the pattern, case ignored, or null. An empty pattern is
+// never found.
 const char *BRAX_strstr(const char *text, const char *pattern);
 
-// The start of the name's file part: behind its last separator.
+// Returns the part of the name after its last separator.
 const char *filepart(const char *name);
 
-// The name up to and including its last separator; empty when it has none. Returns the
-// destination, as all of the following do.
+// The following functions return their destination.
+
+// Copies the name up to and including its last separator, if any.
 char *BRAX_getpath(char *destination, const char *name);
 
-// The name behind its last separator.
+// Copies the name after its last separator.
 char *BRAX_getname(char *destination, const char *name);
 
-// The name with its extension changed by a rule (see BRAX_stringrule). Extensions built
-// with '+' are kept at 3 characters.
+// Copies the name and changes its extension by a rule (see BRAX_stringrule). A '+' rule
+// extends it to at most 3 characters.
 char *BRAX_changeext(char *destination, const char *name, const char *rule);
 
-// The name with its directory part changed by a rule; a null rule keeps it.
+// Copies the name and changes its directory part by a rule; a null rule keeps it.
 char *BRAX_changepath(char *destination, const char *name, const char *rule);
 
-// The base changed by a rule: "-x" puts x in front, "+x" appends x (less so many of its
-// leading characters that both together pass `limit` characters; the base is never
-// shortened), "=x" and anything else replace it, an empty rule keeps it. The destination
-// may be the base.
+// Changes the base by a rule: "-x" prepends x, "+x" appends x, "=x" and anything else
+// replace it, an empty rule keeps it. Appending drops leading characters of x, never of the
+// base, until the result has at most `limit`. The destination may be the base.
 char *BRAX_stringrule(const char *rule, const char *base, char *destination, int limit);
 
-// The name's last component with the rule OPTextrule applied to its extension.
+// Copies the name's last component and changes its extension by OPTextrule.
 char *BRAX_convertname(char *destination, const char *name);
 
-// The name, '.', and the extension ("bak" when null).
+// Copies the name, '.', and the extension ("bak" when null).
 char *BRAX_tempname(char *destination, const char *name, const char *extension);
 
-// Wall-clock time in milliseconds.
+// Returns the wall-clock time in milliseconds.
 double BRAX_gettime();
 
-// Whether the text holds '*', '?' or '#' and is not option-like; false for null.
+// Returns whether the text has '*', '?' or '#' and is no option; false for null.
 bool BRAX_iswildcards(const char *text);
 
-// Whether the text holds '*' or '?'.
+// Returns whether the text has '*' or '?'.
 bool BRAX_haswild(const char *text);
 
-// Whether the text names a directory by its form: it ends in a separator or in a lone ".",
-// "..", possibly before a closing double quote. A drive letter with ':' is one too.
+// Returns whether the text has the form of a directory: it ends in a separator, "." or
+// "..", possibly before a closing double quote, or is a drive letter and ':'.
 bool BRAX_ispath(const char *text);
 
 // Classes of command-line names.

@@ -1,4 +1,4 @@
-// What users of the evaluator call: opening, values of names, values of texts.
+// The entry points for users.
 #include "expr/expr.h"
 
 #include "expr/internal.h"
@@ -9,34 +9,21 @@
 
 namespace {
 
-// There are never more than 512 names, and opening an evaluator costs what clearing the
-// buckets costs.
+// Few: there are at most 512 names, and opening an evaluator clears all buckets.
 constexpr int32_t functionBuckets = 256;
 
 } // namespace
 
 EXPR *EXPR_open() {
-    void *room = gallocarray<EXPR>(1);
-    if (room == nullptr)
+    void *memory = gallocarray<EXPR>(1);
+    if (memory == nullptr)
         return nullptr;
-    auto *e = new (room) EXPR;
+    auto *e = new (memory) EXPR;
     InitExpression(e);
+    memset(&e->error, 0, sizeof *e - offsetof(EXPR, error)); // all after the stack
     e->radix = 10;
-    e->error = 0;
     e->values = reinterpret_cast<EXPRVALUE *>(e->stack);
     e->operators = reinterpret_cast<EXPROPERATOR *>(e->stack + EXPRSTACKBYTES);
-    e->depth = 0;
-    e->outerCalls = 0;
-    e->callCount = 0;
-    e->calls = nullptr;
-    e->chains = nullptr;
-    e->symbolBlocks = nullptr;
-    e->nameBlocks = nullptr;
-    e->sections = 0;
-    e->functions = nullptr;
-    e->functionCount = 0;
-    e->functionTable = nullptr;
-
     e->calls = static_cast<EXPRCALL *>(EXPR_require(e, sizeof(EXPRCALL) * EXPRMAXCALLS));
     e->functions =
         static_cast<EXPRFUNCTION *>(EXPR_require(e, sizeof(EXPRFUNCTION) * EXPRMAXFUNCTIONS));
@@ -63,8 +50,7 @@ double EXPR_get(EXPR *evaluator, const char *text) {
     return EXPR_get(evaluator, text, static_cast<int64_t>(strlen(text)));
 }
 
-// Pending calls need no clearing: GetValue leaves none of its own behind, and those of a
-// function that asks its own evaluator for a value must stay.
+// GetValue leaves no pending calls. Those of a function that calls EXPR_get must stay.
 double EXPR_get(EXPR *evaluator, const char *text, int64_t length) {
     evaluator->error = 0;
     return GetValue(evaluator, text, length, 0);

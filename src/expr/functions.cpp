@@ -1,5 +1,4 @@
-// The functions: sixteen of one argument with operator codes of their own, and those that
-// every evaluator has registered.
+// The sixteen built-in functions, which have operator codes, and the registered ones.
 #include "expr/internal.h"
 
 #include "base/text.h"
@@ -8,6 +7,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <string_view>
 
 namespace {
 
@@ -32,21 +32,18 @@ enum BUILTIN {
 };
 
 struct BUILTINNAME {
-    const char *name;
-    int64_t length;
-    int (*test)(int); // of the class tests
+    std::string_view name;
+    int (*test)(int); // null unless a class test
 };
 
 constexpr BUILTINNAME builtins[BUILTINCOUNT] = {
-    {"abs", 3, nullptr},     {"isalpha", 7, isalpha}, {"isupper", 7, isupper},
-    {"islower", 7, islower}, {"isdigit", 7, isdigit}, {"isxdigit", 8, isxdigit},
-    {"isalnum", 7, isalnum}, {"isspace", 7, isspace}, {"ispunct", 7, ispunct},
-    {"iscntrl", 7, iscntrl}, {"isprint", 7, isprint}, {"isgraph", 7, isgraph},
-    {"isascii", 7, nullptr}, {"tolower", 7, nullptr}, {"toupper", 7, nullptr},
-    {"toascii", 7, nullptr},
+    {"abs", nullptr},     {"isalpha", isalpha},   {"isupper", isupper}, {"islower", islower},
+    {"isdigit", isdigit}, {"isxdigit", isxdigit}, {"isalnum", isalnum}, {"isspace", isspace},
+    {"ispunct", ispunct}, {"iscntrl", iscntrl},   {"isprint", isprint}, {"isgraph", isgraph},
+    {"isascii", nullptr}, {"tolower", nullptr},   {"toupper", nullptr}, {"toascii", nullptr},
 };
 
-// The value moved by 32 when it is between two characters.
+// Moves a value between `first` and `last` by the distance; other values stay.
 double movecase(double value, char first, char last, double distance) {
     return value >= first && value <= last ? value + distance : value;
 }
@@ -88,7 +85,7 @@ double randomnumber(double value) {
     return rand() / static_cast<double>(RAND_MAX) * (value == 0 ? 4294967295.0 : value);
 }
 
-// The function of the first argument, and of the first two.
+// Kind 2 functions of the first argument, and of the first two.
 template <double (*F)(double)>
 double first(double a, double, double, double, double, double, double, double, double, double,
              double, double, double, double, double, double) {
@@ -149,11 +146,10 @@ void InitFunctions(EXPR *e) {
 }
 
 uint8_t EXPR_builtin(const char *name, int64_t length) {
-    for (int i = 0; i < BUILTINCOUNT; ++i) {
-        if (builtins[i].length == length &&
-            strnicmp(builtins[i].name, name, static_cast<size_t>(length)) == 0)
+    const auto size = static_cast<size_t>(length);
+    for (int i = 0; i < BUILTINCOUNT; ++i)
+        if (builtins[i].name.size() == size && strnicmp(builtins[i].name.data(), name, size) == 0)
             return static_cast<uint8_t>(EXPRBUILTIN + i);
-    }
     return 0;
 }
 

@@ -1,4 +1,4 @@
-// The parts of the evaluator, shared by its sources only.
+// Shared by the sources of the evaluator only.
 #pragma once
 
 #include "expr/expr.h"
@@ -25,7 +25,7 @@ enum EXPRCODE : uint8_t {
     EXPRPOWER,
     EXPRMINIMUM,
     EXPRMAXIMUM,
-    EXPRRESERVED, // "%%", which no operand pair has a meaning for
+    EXPRRESERVED, // "%%", always a syntax error
     EXPRNEGATE,
     EXPRCOMPLEMENT,
     EXPRNOT,
@@ -49,7 +49,7 @@ constexpr int32_t EXPRNOTABSOLUTE = 14;
 constexpr int32_t EXPRUNTERMINATED = 27;
 constexpr int32_t EXPRBADESCAPE = 29;
 
-// Section of all values but those that depend on a name whose value is not known yet.
+// Section of every value that does not depend on an unknown address.
 constexpr int32_t EXPRABSOLUTE = 0x7FFF;
 
 constexpr int EXPRCHAINS = 2048;
@@ -61,7 +61,7 @@ struct EXPRVALUE {
     double value;
     int32_t section;
     int32_t position; // of the leftmost operand in the text
-    bool condition;   // what the '?' before a ':' found
+    bool condition;   // result of the '?' for the ':' after it
 };
 
 struct EXPROPERATOR {
@@ -69,7 +69,7 @@ struct EXPROPERATOR {
     int32_t precedence;
 };
 
-// How deep an expression may nest follows from these and is the same everywhere.
+// These sizes limit how deep an expression may nest, equally on every platform.
 constexpr size_t EXPRSTACKBYTES = 1024;
 static_assert(sizeof(EXPRVALUE) == 24 && sizeof(EXPROPERATOR) == 8);
 
@@ -85,7 +85,7 @@ struct EXPRSYMBOL {
 // The start of a 64 KB block of symbols or names.
 struct EXPRBLOCK {
     EXPRBLOCK *next;
-    int64_t room; // bytes left at the end
+    int64_t left; // unused bytes at the end
     int64_t size;
 };
 
@@ -96,23 +96,24 @@ struct EXPRFUNCTION {
 
 struct EXPRCALL {
     const EXPRFUNCTION *function; // null for an unknown one
-    int32_t depth;                // of parentheses around the call
+    int32_t depth;                // parentheses around the call
     int32_t count;
     double arguments[EXPRMAXARGUMENTS];
 };
 
 struct EXPR {
     uint8_t binary[256]; // precedences by operator code
-    uint8_t unary[256];  // 14 an operator, 2 and 1 ends of an operand, 0 anything else
-    int32_t radix;       // of numbers without prefix or suffix
-    int32_t error;
+    uint8_t unary[256];  // 14 for operators, 2 and 1 for parentheses and ',', 0 otherwise
+    uint32_t radix;      // of numbers without prefix or suffix
 
     // Values grow up from the bottom of the stack area, operators down from its top.
-    EXPRVALUE *values;       // behind the last value
+    EXPRVALUE *values;       // after the last value
     EXPROPERATOR *operators; // the last operator
     alignas(EXPRVALUE) unsigned char stack[EXPRSTACKBYTES];
 
-    // Of the innermost GetValue: its open parentheses, and how many calls are not its own.
+    int32_t error;
+
+    // The innermost GetValue's open parentheses, and the number of pending calls before it.
     int32_t depth;
     int32_t outerCalls;
     int32_t callCount;
@@ -121,23 +122,20 @@ struct EXPR {
     EXPRSYMBOL **chains; // null while there is no symbol
     EXPRBLOCK *symbolBlocks;
     EXPRBLOCK *nameBlocks;
-    int32_t sections; // handed out to names whose value is not known
+    int32_t sections; // number of unknown addresses
 
     EXPRFUNCTION *functions;
     int32_t functionCount;
     HASHTABLE *functionTable; // names to positions in `functions`
 };
 
-// A character's precedence. Bytes above 127 are parts of names, never operator codes.
+// Returns a character's precedence. Bytes above 127 belong to names.
 inline int32_t EXPR_precedence(const uint8_t *table, char c) {
     return static_cast<signed char>(c) < 0 ? 0 : table[static_cast<unsigned char>(c)];
 }
 
-// Truncates toward zero; what does not fit saturates, and what is not a number is 0.
-int64_t EXPR_tointeger(double value);
-
-// The position `offset` characters behind another, as far as one can be told.
-inline int32_t EXPR_positionbehind(int32_t position, int64_t offset) {
+// Returns the position `offset` characters after another; saturates.
+inline int32_t EXPR_addposition(int32_t position, int64_t offset) {
     return static_cast<int32_t>(std::min<int64_t>(position + offset, INT32_MAX));
 }
 
@@ -147,50 +145,50 @@ void InitExpression(EXPR *e);
 // Registers the functions that every evaluator has.
 void InitFunctions(EXPR *e);
 
-// The value of the first `length` bytes of a text whose first character has this position.
-// It may be called while an expression is being evaluated.
+// Returns the value of the first `length` bytes of a text that begins at the position. May
+// be called during an evaluation.
 double GetValue(EXPR *e, const char *text, int64_t length, int32_t position);
 
-// Applies the operators on the stack whose precedence is not below the incoming one.
+// Applies the operators on the stack down to the first one of lower precedence.
 void DoMath(EXPR *e, int32_t precedence);
 
-// Code of the built-in function of that name, case ignored; 0 when there is none.
+// Returns the code of a built-in function, case ignored, or 0 for another name.
 uint8_t EXPR_builtin(const char *name, int64_t length);
 double EXPR_dobuiltin(uint8_t code, double value);
 
-// Completes the pending call opened last with its last argument and returns its result.
+// Ends the innermost pending call with its last argument and returns its result.
 double EXPR_docall(EXPR *e, double last);
 void EXPR_addargument(EXPRCALL *call, double value);
 
-// The value of one operand; *section receives its section.
+// Returns the value of one operand; *section receives its section.
 double GetNum(EXPR *e, const char *text, int64_t length, int32_t position, int32_t *section);
 
-// The value of a quoted constant, quotes included.
+// Returns the value of a character constant with its quotes.
 double GetString(EXPR *e, const char *text, int64_t length, int32_t position);
 
-// Chain of a name is its checksum's low 11 bits.
+// Returns a name's chain: the low 11 bits of its checksum.
 uint32_t HashIt(const char *name, int64_t length);
 
-// Symbols live until the evaluator is closed. ReadSymTab gives null for an unknown name.
+// The evaluator owns its symbols. ReadSymTab returns null for an unknown name.
 EXPRSYMBOL *ReadSymTab(const EXPR *e, const char *name, int64_t length);
 EXPRSYMBOL *AddSymTab(EXPR *e, const char *name, int64_t length, double value);
 void ModSymTab(EXPRSYMBOL *symbol, double value);
 
-// Adds a name whose value is not known: 0, in a section of its own.
+// Adds an unknown address: a name with value 0 and a section of its own.
 EXPRSYMBOL *AddRef(EXPR *e, const char *name, int64_t length);
 
-// A terminated copy of the name.
+// Returns a terminated copy of the name.
 const char *AddName(EXPR *e, const char *name, int64_t length);
 
-// Ends the program because the stacks would meet.
+// Reports that the stacks would meet and ends the program.
 [[noreturn]] void EXPR_overflow(EXPR *e);
 
-// Reports an error and remembers that there was one.
+// Reports an error and sets the error flag.
 void Error(EXPR *e, int32_t number, int32_t position);
 
-// Report that memory ran out and end the program; EXPR_require allocates or does that.
+// EXPR_outofmemory reports and ends the program; so does EXPR_require when galloc fails.
 [[noreturn]] void EXPR_outofmemory(EXPR *e);
 void *EXPR_require(EXPR *e, int64_t bytes);
 
-// Releases the evaluator and ends the program with exit status 10.
+// Frees the evaluator and ends the program with exit status 10.
 [[noreturn]] void quit_cleanup(EXPR *e);

@@ -1,11 +1,11 @@
-// The reducer: applies operators to the values on the stack.
+// Applies operators to the values on the stack.
 #include "expr/internal.h"
 
 #include <cmath>
 
 namespace {
 
-// The remainder takes the divisor for positive and is never negative.
+// Divides by the absolute value; the remainder is never negative.
 double remainderof(double left, double right) {
     const double divisor = std::fabs(right);
     return divisor == 0 ? left : left - divisor * std::floor(left / divisor);
@@ -29,77 +29,58 @@ double truth(bool value) {
     return value ? 1 : 0;
 }
 
-// What follows from two values alone; false for a code that has no meaning.
-bool arithmetic(uint8_t code, double left, double right, double *result) {
+// Returns the result of two values; *valid becomes false for a code without a meaning.
+double arithmetic(uint8_t code, double left, double right, bool *valid) {
     switch (code) {
     case '*':
-        *result = left * right;
-        return true;
+        return left * right;
     case '/':
-        *result = right == 0 ? left : left / right;
-        return true;
+        return right == 0 ? left : left / right;
     case '%':
-        *result = remainderof(left, right);
-        return true;
+        return remainderof(left, right);
     case '+':
     case EXPRINDEX:
-        *result = left + right;
-        return true;
+        return left + right;
     case '-':
-        *result = left - right;
-        return true;
+        return left - right;
     case EXPRSHIFTLEFT:
     case EXPRSHIFTRIGHT:
-        *result = shifted(left, right, code == EXPRSHIFTLEFT);
-        return true;
+        return shifted(left, right, code == EXPRSHIFTLEFT);
     case '<':
-        *result = truth(left < right);
-        return true;
+        return truth(left < right);
     case EXPRLESSEQUAL:
-        *result = truth(left <= right);
-        return true;
+        return truth(left <= right);
     case '>':
-        *result = truth(left > right);
-        return true;
+        return truth(left > right);
     case EXPRGREATEREQUAL:
-        *result = truth(left >= right);
-        return true;
+        return truth(left >= right);
     case EXPRPOWER:
-        *result = std::pow(left, right);
-        return true;
+        return std::pow(left, right);
     case '=':
     case EXPREQUAL:
-        *result = truth(left == right);
-        return true;
+        return truth(left == right);
     case '#':
     case EXPRNOTEQUAL:
-        *result = truth(left != right);
-        return true;
+        return truth(left != right);
     case '&':
     case '^':
     case '~':
     case '|':
     case '!':
-        *result = bitwise(code, left, right);
-        return true;
+        return bitwise(code, left, right);
     case EXPRAND:
-        *result = truth(left != 0 && right != 0);
-        return true;
+        return truth(left != 0 && right != 0);
     case EXPROR:
-        *result = truth(left != 0 || right != 0);
-        return true;
+        return truth(left != 0 || right != 0);
     case EXPRXOR:
-        *result = truth((left != 0) != (right != 0));
-        return true;
+        return truth((left != 0) != (right != 0));
     case EXPRMINIMUM:
-        *result = left < right ? left : right;
-        return true;
+        return left < right ? left : right;
     case EXPRMAXIMUM:
-        *result = left > right ? left : right;
-        return true;
+        return left > right ? left : right;
     default:
-        *result = 0;
-        return false;
+        *valid = false;
+        return 0;
     }
 }
 
@@ -108,8 +89,8 @@ void notabsolute(EXPR *e, EXPRVALUE *value, int32_t position) {
     value->section = EXPRABSOLUTE;
 }
 
-// The section of a result, in `left`, of which an operand has one. An unknown address can
-// be moved, and the distance of two in one section is a number.
+// Sets the result's section, in `left`, when an operand is an unknown address. Adding a
+// number keeps the section; subtracting within one section gives a number.
 void joinsections(EXPR *e, uint8_t code, EXPRVALUE *left, const EXPRVALUE *right) {
     const bool rightAbsolute = right->section == EXPRABSOLUTE;
     if (code == '+' || code == EXPRINDEX) {
@@ -127,7 +108,7 @@ void joinsections(EXPR *e, uint8_t code, EXPRVALUE *left, const EXPRVALUE *right
     }
 }
 
-// The innermost pending call, when its own parentheses are the innermost ones.
+// Returns the innermost pending call if its parentheses are the innermost ones, else null.
 EXPRCALL *currentcall(const EXPR *e) {
     if (e->callCount == e->outerCalls)
         return nullptr;
@@ -154,9 +135,12 @@ void dobinary(EXPR *e, uint8_t code, EXPRVALUE *left, const EXPRVALUE *right) {
             EXPR_addargument(call, left->value);
         left->value = right->value;
         break;
-    default:
-        if (!arithmetic(code, left->value, right->value, &left->value))
+    default: {
+        bool valid = true;
+        left->value = arithmetic(code, left->value, right->value, &valid);
+        if (!valid)
             Error(e, EXPRSYNTAX, left->position);
+    }
     }
 }
 

@@ -1,29 +1,31 @@
 // Operands: numbers, character constants and names.
 #include "expr/internal.h"
 
+#include "base/numbers.h"
 #include "base/text.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 
 namespace {
 
-constexpr int32_t maxDigit = 36;
+constexpr uint32_t maxDigit = 36;
 constexpr int32_t maxCharacters = 8;
 
-// The value of a digit of any radix; maxDigit for a character that is none.
-int32_t digitvalue(char c) {
+// Returns the value of a digit of any radix, or maxDigit for another character.
+uint32_t digitvalue(char c) {
     if (isdigitchar(c))
-        return c - '0';
-    return isletter(c) ? lowerchar(c) - 'a' + 10 : maxDigit;
+        return static_cast<uint32_t>(c - '0');
+    return isletter(c) ? static_cast<uint32_t>(lowerchar(c) - 'a' + 10) : maxDigit;
 }
 
-bool isdigitof(char c, int32_t radix) {
+bool isdigitof(char c, uint32_t radix) {
     return digitvalue(c) < radix;
 }
 
-// Passes over underscores between two digits; false when there are none to pass.
-bool skipunderscores(const char **p, const char *end, int32_t radix) {
+// Skips underscores before a digit. Returns false, without a move, when there are none.
+bool skipunderscores(const char **p, const char *end, uint32_t radix) {
     const char *digit = *p;
     while (digit < end && *digit == '_')
         ++digit;
@@ -33,10 +35,9 @@ bool skipunderscores(const char **p, const char *end, int32_t radix) {
     return true;
 }
 
-// The number whose digits begin at *p, where they are left; *p is then behind them. Digits
-// are collected in one integer and divided once, so that decimal fractions come out as
-// exact as they can be; fraction digits beyond a double's precision are dropped.
-double readdigits(const char **p, const char *end, int32_t radix) {
+// Returns the number at *p and moves *p after its digits. One division at the end keeps
+// decimal fractions exact; fraction digits beyond a double's precision are dropped.
+double readdigits(const char **p, const char *end, uint32_t radix) {
     constexpr double exact = 9007199254740992.0; // integers up to 2^53 are exact
     double value = 0;
     double divisor = 1;
@@ -63,53 +64,16 @@ double readdigits(const char **p, const char *end, int32_t radix) {
     return value / divisor;
 }
 
-// The radix that a prefix selects, and the prefix's length; `radix` without one.
-int32_t prefixradix(const char *text, int64_t length, int32_t radix, int64_t *prefix) {
-    *prefix = 1;
-    switch (text[0]) {
-    case '@':
-        return 8;
-    case '$':
-    case '&':
-        return 16;
-    case '%':
-        return 2;
-    case '0':
-        *prefix = length > 1 && text[1] == 'x' && radix < 34 ? 2 : 0;
-        return *prefix == 2 ? 16 : radix;
-    default:
-        *prefix = 0;
-        return text[0] == '.' ? 10 : radix;
-    }
-}
-
-// 0 for a character that is no radix suffix.
-int32_t suffixradix(char c) {
-    switch (lowerchar(c)) {
-    case 'b':
-        return 2;
-    case 'd':
-        return 10;
-    case 'h':
-        return 16;
-    case 'o':
-    case 'q':
-        return 8;
-    default:
-        return 0;
-    }
-}
-
-// Whether the whole text is a number, without regard to suffixes.
-bool readnumber(const char *text, int64_t length, int32_t radix, double *value) {
-    int64_t prefix = 0;
-    radix = prefixradix(text, length, radix, &prefix);
+// Reads a number without a suffix. Returns false when the text goes on after it.
+bool readnumber(const char *text, int64_t length, uint32_t radix, double *value) {
+    size_t prefix = 0;
+    radix = prefixradix(text, radix, &prefix);
     const char *p = text + prefix;
     *value = readdigits(&p, text + length, radix);
     return p == text + length;
 }
 
-// The value of a control character (^A); -1 for any other text.
+// Returns the value of a control character (^A), or -1 for any other text.
 int32_t controlvalue(const char *text, int64_t length) {
     if (length != 2 || text[0] != '^' || (text[1] != '@' && !isletter(text[1])))
         return -1;
@@ -134,8 +98,8 @@ double namevalue(EXPR *e, const char *text, int64_t length, int32_t position, in
     return symbol->value;
 }
 
-// A character constant on its way. The first error counts, but for a missing closing quote,
-// behind which nothing is what it seems.
+// A character constant being read. Its first error is reported, unless the closing quote is
+// missing.
 struct CONSTANT {
     EXPR *e;
     const char *p;
@@ -162,10 +126,6 @@ void put(CONSTANT *constant, char c) {
     }
 }
 
-bool isoctal(char c) {
-    return c >= '0' && c <= '7';
-}
-
 void readoctal(CONSTANT *constant) {
     int32_t value = 0;
     for (int digits = 0; digits < 3 && isoctal(charat(constant, constant->p)); ++digits)
@@ -178,26 +138,23 @@ void readoctal(CONSTANT *constant) {
     put(constant, static_cast<char>(value));
 }
 
-// The escape behind a backslash. A character without a meaning stands for itself.
+// Reads an escape, after its backslash.
 void readescape(CONSTANT *constant) {
     const char c = charat(constant, constant->p);
     if (isoctal(c) || c == '8' || c == '9') {
         readoctal(constant);
     } else if (c != 0) {
-        const char *names = "bfnrt";
-        const char *name = strchr(names, c);
-        put(constant, name != nullptr ? "\b\f\n\r\t"[name - names] : c);
+        put(constant, escapedchar(c));
         ++constant->p;
     }
 }
 
-// An expression up to '>', whose value is put in decimal. It holds no '>' itself, so no
-// constant in it gets here again. False when it does not end.
+// Reads an expression up to '>' and puts its value in decimal. The expression has no '>', so
+// this does not recurse. Returns false when the '>' is missing.
 bool readinserted(CONSTANT *constant, int32_t position) {
     const char *expression = constant->p;
-    const auto room = static_cast<size_t>(constant->end - expression);
-    const auto *end = static_cast<const char *>(memchr(expression, '>', room));
-    if (end == nullptr)
+    const char *end = std::find(expression, constant->end, '>');
+    if (end == constant->end)
         return false;
     const double value = GetValue(constant->e, expression, end - expression, position);
     char digits[24];
@@ -208,7 +165,7 @@ bool readinserted(CONSTANT *constant, int32_t position) {
     return true;
 }
 
-// Reads behind the opening quote up to behind the closing one; false when there is none.
+// Reads from after the opening quote to after the closing one. Returns false without one.
 bool readconstant(CONSTANT *constant, char quote, const char *text, int32_t position) {
     while (constant->p < constant->end) {
         const char c = *constant->p++;
@@ -220,7 +177,7 @@ bool readconstant(CONSTANT *constant, char quote, const char *text, int32_t posi
         } else if (quote == '"' && c == '\\') {
             readescape(constant);
         } else if (quote == '"' && c == '<') {
-            if (!readinserted(constant, EXPR_positionbehind(position, constant->p - text)))
+            if (!readinserted(constant, EXPR_addposition(position, constant->p - text)))
                 return false;
         } else {
             put(constant, c);
@@ -238,7 +195,7 @@ double GetString(EXPR *e, const char *text, int64_t length, int32_t position) {
         return 0;
     }
     if (constant.p != constant.end) {
-        Error(e, EXPRSYNTAX, EXPR_positionbehind(position, constant.p - text));
+        Error(e, EXPRSYNTAX, EXPR_addposition(position, constant.p - text));
         return 0;
     }
     if (constant.error != 0) {
@@ -263,7 +220,7 @@ double GetNum(EXPR *e, const char *text, int64_t length, int32_t position, int32
     double value = 0;
     if (readnumber(text, length, e->radix, &value))
         return value;
-    const int32_t radix = isdigitchar(first) ? suffixradix(text[length - 1]) : 0;
+    const uint32_t radix = isdigitchar(first) ? suffixradix(text[length - 1]) : 0;
     if (radix != 0 && readnumber(text, length - 1, radix, &value))
         return value;
     return namevalue(e, text, length, position, section);

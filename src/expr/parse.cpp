@@ -1,5 +1,5 @@
-// The parser: operands and operators alternate. An operator reduces what stands before it
-// as far as precedence allows and is then pushed; nothing is kept but the two stacks.
+// The parser: operands and operators alternate. An operator first applies the pushed ones
+// that bind at least as tightly, and is then pushed itself.
 #include "expr/internal.h"
 
 #include "base/text.h"
@@ -17,7 +17,7 @@ constexpr uint8_t closePrecedence = 2;
 struct PRECEDENCE {
     const char *characters;
     uint8_t precedence;
-    EXPRCODE codes[7]; // 0 from the first unused one on
+    EXPRCODE codes[7]; // unused ones are 0
 };
 
 constexpr PRECEDENCE binaryPrecedences[] = {
@@ -64,7 +64,7 @@ template <size_t n> constexpr PRECEDENCETABLE maketable(const PRECEDENCE (&group
 constexpr PRECEDENCETABLE binaryTable = maketable(binaryPrecedences);
 constexpr PRECEDENCETABLE unaryTable = maketable(unaryPrecedences);
 
-// Where in a text the parser is; e->depth counts its open parentheses.
+// A position in a text; e->depth counts the open parentheses.
 struct PARSER {
     EXPR *e;
     const char *text;
@@ -74,10 +74,10 @@ struct PARSER {
 };
 
 int32_t positionof(const PARSER *parser, const char *p) {
-    return EXPR_positionbehind(parser->position, p - parser->text);
+    return EXPR_addposition(parser->position, p - parser->text);
 }
 
-// The character at p; 0 at the end of the text.
+// Returns the character at p, or 0 at the end of the text.
 char charat(const PARSER *parser, const char *p) {
     return p < parser->end ? *p : '\0';
 }
@@ -110,7 +110,7 @@ void pushvalue(EXPR *e, double value, int32_t section, int32_t position) {
     new (e->values++) EXPRVALUE{value, section, position, false};
 }
 
-// The unary operator at p, and its length; 0 when there is none.
+// Returns the unary operator at p, or 0, and its length.
 uint8_t unarycode(const PARSER *parser, const char *p, int *length) {
     const char c = charat(parser, p);
     *length = (c == '<' || c == '>') && charat(parser, p + 1) == c ? 2 : 1;
@@ -144,7 +144,7 @@ constexpr PAIR pairs[] = {
     {'-', '-', EXPRXOR},          {'%', '%', EXPRRESERVED},  {'/', '/', '%'},
 };
 
-// The binary operator at p, and its length; a character that is none stands for itself.
+// Returns the binary operator at p and its length. Any other character stays as it is.
 uint8_t binarycode(const PARSER *parser, const char *p, int *length) {
     const char first = charat(parser, p);
     const char second = charat(parser, p + 1);
@@ -159,8 +159,8 @@ uint8_t binarycode(const PARSER *parser, const char *p, int *length) {
     return static_cast<uint8_t>(first);
 }
 
-// A '#' after a name belongs to it unless an operand can follow: a#*2 and (a#)-1 use the
-// address of a, but a#1, a#-1 and a#%11 compare.
+// Returns whether a '#' at `end` belongs to the name before it. It does unless an operand can
+// follow: a#*2 and (a#)-1 use the address of a, but a#1, a#-1 and a#%11 compare.
 bool takesmark(const PARSER *parser, const char *operand, const char *end) {
     const int first = charvalue(*operand);
     const bool name = first < 0 || (first > '@' && first != '^');
@@ -173,7 +173,7 @@ bool takesmark(const PARSER *parser, const char *operand, const char *end) {
            (strchr("(%&^", *p) == nullptr && EXPR_precedence(parser->e->binary, *p) != 0);
 }
 
-// The end of the operand at p. Quotes protect blanks and operators.
+// Returns the end of the operand at p. Quotes protect blanks and operators.
 const char *operandend(const PARSER *parser, const char *p) {
     if (*p == '*')
         return p + 1;
@@ -190,7 +190,7 @@ const char *operandend(const PARSER *parser, const char *p) {
     return takesmark(parser, operand, p) ? p + 1 : p;
 }
 
-// A function's name was read and its '(' follows.
+// Opens a call of the named function; its '(' follows.
 bool opencall(const PARSER *parser, const char *name, int64_t length) {
     EXPR *e = parser->e;
     const uint8_t builtin = EXPR_builtin(name, length);
@@ -211,7 +211,7 @@ bool opencall(const PARSER *parser, const char *name, int64_t length) {
     return true;
 }
 
-// A number, name, constant or, with *opened, the start of a call.
+// Reads a number, a name, a constant or, setting *opened, a function's name.
 bool readoperand(PARSER *parser, bool *opened) {
     const char *operand = parser->p;
     const char *end = operandend(parser, operand);
@@ -226,8 +226,7 @@ bool readoperand(PARSER *parser, bool *opened) {
     return true;
 }
 
-// Reads up to and including the next operand, with the parentheses, unary operators and
-// calls in front of it.
+// Reads parentheses, unary operators and calls up to and including the next operand.
 bool readprefixes(PARSER *parser) {
     EXPR *e = parser->e;
     for (;;) {
@@ -255,7 +254,7 @@ bool readprefixes(PARSER *parser) {
     }
 }
 
-// Closes parentheses behind an operand.
+// Closes parentheses after an operand.
 bool closeparentheses(PARSER *parser) {
     EXPR *e = parser->e;
     for (skipblanks(parser);; skipblanks(parser)) {
@@ -271,7 +270,7 @@ bool closeparentheses(PARSER *parser) {
     }
 }
 
-// An index's '[' is left where it is, to be read as a parenthesis.
+// Does not skip an index's '[', which also opens a parenthesis.
 bool readoperator(PARSER *parser) {
     EXPR *e = parser->e;
     int length = 0;
@@ -287,7 +286,7 @@ bool readoperator(PARSER *parser) {
     return true;
 }
 
-// The whole text; its value is the only one left on the stack then.
+// Reads the whole text and leaves its value alone on the stack.
 bool readexpression(PARSER *parser) {
     for (;;) {
         if (!readprefixes(parser) || !closeparentheses(parser))
@@ -303,7 +302,7 @@ bool readexpression(PARSER *parser) {
     return true;
 }
 
-// Whether the text is one operand for sure.
+// Returns whether the text has no operator of either table.
 bool issingleoperand(const EXPR *e, const char *text, int64_t length) {
     return std::none_of(text, text + length, [e](char c) {
         return EXPR_precedence(e->unary, c) != 0 || EXPR_precedence(e->binary, c) != 0;

@@ -1,4 +1,4 @@
-// The evaluator's release, and the errors that end the run.
+// Frees an evaluator and reports its errors.
 #include "expr/internal.h"
 
 #include "base/options.h"

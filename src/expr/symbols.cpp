@@ -1,4 +1,4 @@
-// Variables: chained symbols, found by a checksum of their names.
+// Variables: symbols in chains, chosen by a checksum of their names.
 #include "expr/internal.h"
 
 #include <algorithm>
@@ -40,17 +40,17 @@ void addblock(EXPR *e, EXPRBLOCK **chain, int64_t bytes) {
     *chain = new (EXPR_require(e, size)) EXPRBLOCK{*chain, size - head, size};
 }
 
-// Bytes out of the newest block of the chain, or of a new one in front of it.
+// Returns bytes of the newest block, or of a new one when it is full.
 char *carve(EXPR *e, EXPRBLOCK **chain, int64_t bytes) {
-    if ((*chain)->room < bytes)
+    if ((*chain)->left < bytes)
         addblock(e, chain, bytes);
     EXPRBLOCK *block = *chain;
-    char *place = reinterpret_cast<char *>(block) + (block->size - block->room);
-    block->room -= bytes;
+    char *place = reinterpret_cast<char *>(block) + (block->size - block->left);
+    block->left -= bytes;
     return place;
 }
 
-// Most evaluators never get a variable, so that the table waits for the first one.
+// Waits for the first variable: most evaluators have none.
 void createtable(EXPR *e) {
     const size_t bytes = sizeof(EXPRSYMBOL *) * EXPRCHAINS;
     e->chains = static_cast<EXPRSYMBOL **>(EXPR_require(e, static_cast<int64_t>(bytes)));
@@ -91,8 +91,8 @@ EXPRSYMBOL *AddSymTab(EXPR *e, const char *name, int64_t length, double value) {
     EXPRSYMBOL **link = &e->chains[chainof(crc)];
     while (*link != nullptr)
         link = &(*link)->next;
-    void *room = carve(e, &e->symbolBlocks, sizeof(EXPRSYMBOL));
-    *link = new (room) EXPRSYMBOL{nullptr, copy, length, value, EXPRABSOLUTE, crc};
+    void *memory = carve(e, &e->symbolBlocks, sizeof(EXPRSYMBOL));
+    *link = new (memory) EXPRSYMBOL{nullptr, copy, length, value, EXPRABSOLUTE, crc};
     return *link;
 }
 

@@ -4,12 +4,10 @@
 
 #include <sys/mman.h>
 
-// Blocks, the newest first, each larger than the one before: a small file touches little
-// memory, a large one needs few blocks.
+// Blocks double in size: a small input touches little memory, a large one needs few blocks.
 struct ARENABLOCK {
     ARENABLOCK *previous;
-    size_t bytes;     // of the block
-    size_t nextBytes; // of the one behind it
+    size_t nextBytes; // usual size of the block after it
 };
 
 namespace {
@@ -26,7 +24,7 @@ bool addblock(ARENA *arena, size_t size) {
     if (block == nullptr)
         return false;
     adviseblock(block, bytes);
-    *block = {arena->newest, bytes, usual < largestBlockBytes ? usual * 2 : usual};
+    *block = {arena->newest, usual < largestBlockBytes ? usual * 2 : usual};
     *arena = {block, reinterpret_cast<char *>(block + 1), bytes - sizeof(ARENABLOCK)};
     return true;
 }
@@ -41,7 +39,6 @@ void adviseblock(void *block, size_t size) {
         return;
     const uintptr_t from = (reinterpret_cast<uintptr_t>(block) + pageMask) & ~pageMask;
     const uintptr_t to = (reinterpret_cast<uintptr_t>(block) + size) & ~pageMask;
-    // Either is only advice: without it the pages come one by one as they are touched.
     if (size >= largePages)
         madvise(reinterpret_cast<void *>(from), to - from, MADV_HUGEPAGE);
 #ifdef MADV_POPULATE_WRITE

@@ -1,5 +1,4 @@
-// Memory for records that are released all together: cut one behind the other from a few
-// large blocks of galloc.
+// An arena: memory cut from a few large blocks of galloc and freed as a whole.
 #pragma once
 
 #include "mem/galloc.h"
@@ -8,24 +7,24 @@
 
 struct ARENABLOCK;
 
-// An arena; an empty one is all zero.
+// An empty arena is all zero.
 struct ARENA {
     ARENABLOCK *newest;
-    char *next;  // the rest of the newest block
-    size_t left; // its bytes
+    char *next;  // first unused byte of the newest block
+    size_t left; // unused bytes from there
 };
 
-// `size` bytes, at least 1, not cleared, aligned to 8; null when memory runs out.
+// Returns `size` bytes, at least 1, not cleared and aligned to 8. The arena owns them.
+// Returns null when memory runs out.
 void *arenaalloc(ARENA *arena, size_t size);
 
-// Gives back all that the arena handed out; it is then empty.
+// Frees all memory of the arena and empties it.
 void arenafree(ARENA *arena);
 
-// Tells the system that a block of `size` bytes will be used all over, so that it maps it at
-// once, or in large pages, and not page by page.
+// Advises the system to map a block of `size` bytes at once or in large pages.
 void adviseblock(void *block, size_t size);
 
-// gallocarray for an array that may be large and is used all over; `count` may be 0.
+// Works like gallocarray for an array that will be used whole; `count` may be 0.
 template <typename T> T *galloclarge(int64_t count) {
     T *array = gallocarray<T>(count > 0 ? count : 1);
     if (array != nullptr)

@@ -1,14 +1,13 @@
 // Block layout, for a request of n bytes:
 //
-//   0..3    "GMEM" while the block is held, "GFRE" once it was released
+//   0..3    "GMEM" while the block is held, "GFRE" once it was freed
 //   4..7    n
 //   8..     the caller's n bytes
-//   8+n..   "GEND", directly behind, so that one byte too many is noticed
+//   8+n..   "GEND", which detects one byte too many
 //
-// The addresses handed out are also kept in a table, each with its size and marked held or
-// released: a release looks there first and reads guards of held blocks only, so that a
-// second release is recognised without touching memory that was given back, and a damaged
-// size does not lead out of the block.
+// A table also keeps every address with its size, marked held or freed. gfree reads it
+// first and then only guards of held blocks. So it detects a second release without
+// touching freed memory, and a damaged size cannot lead it out of the block.
 #include "mem/galloc.h"
 
 #include <cstdarg>
@@ -23,18 +22,18 @@ namespace {
 
 constexpr int headBytes = 8;
 constexpr int guardBytes = 4;
-constexpr intptr_t nullZone = 2047; // addresses this near to zero count as null
+constexpr intptr_t nullZone = 2047; // addresses this close to zero count as null
 
 constexpr int triggerUnread = 0;
 constexpr int triggerNone = -1;
 int failureTrigger = triggerUnread;
 
-// Open addressing, a power of two of slots, at most half of them used. A slot holds an
-// address with all bits inverted (leak checkers must not take the table for an owner) and
-// its lowest bit set when the block is held; 0 marks a free slot.
+// Open addressing: a power of two of slots, at most half of them used. A slot is an address
+// with all bits inverted, so that leak checkers do not count it as a reference. Its lowest
+// bit is set while the block is held; a free slot is 0.
 struct ADDRESSTABLE {
     uint64_t *slots;
-    int32_t *sizes; // of the block at each slot
+    int32_t *sizes; // of the block at each slot; one allocation with the slots
     uint64_t capacity;
     uint64_t used;
 };
@@ -46,7 +45,7 @@ uint64_t addresskey(const void *address) {
     return ~static_cast<uint64_t>(reinterpret_cast<uintptr_t>(address)) & ~heldBit;
 }
 
-// The slot of the key, or the free slot where it would go.
+// Returns the slot of the key, or the free slot for it.
 uint64_t findslot(const ADDRESSTABLE &table, uint64_t key) {
     const uint64_t mask = table.capacity - 1;
     uint64_t index = (key * 0x9E3779B97F4A7C15ULL) >> 20 & mask;
@@ -55,35 +54,32 @@ uint64_t findslot(const ADDRESSTABLE &table, uint64_t key) {
     return index;
 }
 
-// Makes sure that one more address fits. False when memory for the table runs out.
+// Grows the table until one more address fits. Returns false when memory runs out.
 bool reserveslot() {
     if (addresses.used * 2 < addresses.capacity)
         return true;
     ADDRESSTABLE larger = {};
     larger.capacity = addresses.capacity == 0 ? 1024 : addresses.capacity * 2;
-    larger.slots = static_cast<uint64_t *>(calloc(larger.capacity, sizeof(uint64_t)));
-    larger.sizes = static_cast<int32_t *>(malloc(larger.capacity * sizeof(int32_t)));
-    if (larger.slots == nullptr || larger.sizes == nullptr) {
-        free(larger.slots);
-        free(larger.sizes);
+    larger.used = addresses.used;
+    larger.slots =
+        static_cast<uint64_t *>(calloc(larger.capacity, sizeof(uint64_t) + sizeof(int32_t)));
+    if (larger.slots == nullptr)
         return false;
-    }
+    larger.sizes = reinterpret_cast<int32_t *>(larger.slots + larger.capacity);
     for (uint64_t i = 0; i < addresses.capacity; ++i) {
         if (addresses.slots[i] != 0) {
             const uint64_t slot = findslot(larger, addresses.slots[i] & ~heldBit);
             larger.slots[slot] = addresses.slots[i];
             larger.sizes[slot] = addresses.sizes[i];
-            ++larger.used;
         }
     }
     free(addresses.slots);
-    free(addresses.sizes);
     addresses = larger;
     return true;
 }
 
-// Whether the next allocation is one that GALLOCMAX makes fail. A value that is no number
-// reads as 0 and the variable is read again next time, so that it fails for ever.
+// Returns whether GALLOCMAX makes the next allocation fail. A value that is no number
+// reads as 0, and the variable is read again each time.
 bool failpurposely() {
     if (failureTrigger == triggerUnread) {
         const char *value = getenv("GALLOCMAX");
@@ -97,7 +93,7 @@ bool guardis(const char *guard, const char *text) {
     return memcmp(guard, text, guardBytes) == 0;
 }
 
-// Whether the guards and the size of a held block of `allocated` bytes are whole.
+// Returns whether the guards and the size of a held block of `allocated` bytes are intact.
 bool issound(const char *block, int allocated) {
     int size = 0;
     memcpy(&size, block + guardBytes, sizeof size);

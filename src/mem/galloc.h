@@ -1,35 +1,35 @@
-// The checked allocator. Every dynamic block of the program comes from galloc and goes
-// back through gfree, which recognises damaged blocks, second releases and null pointers
-// and says so instead of passing them on to the system allocator.
+// mem: memory and byte streams for the whole program.
 //
-// The environment variable GALLOCMAX makes allocations fail while that many blocks are
-// held, so that every caller's failure path can be exercised from outside.
+// Read this file first: galloc and gfree check every dynamic block. arena.h, hunk.h and
+// hash.h build on it: memory freed as a whole, records of one size, a table of text keys.
+// gstream.h reads and writes files. Nothing here depends on another folder.
+//
+// GALLOCMAX=n in the environment makes galloc fail while n blocks are held, to test every
+// failure path from outside.
 #pragma once
 
 #include <cstdint>
 
-// Number of blocks held now: one up for every successful galloc, one down for every
-// successful gfree.
+// Number of blocks held now.
 extern int galloccount;
 
-// The hook through which this folder's messages are written; takes what printf takes.
+// The hook that writes this folder's messages; takes printf's arguments.
 extern int (*gprintf)(const char *format, ...);
 
-// The hook's initial value: formats into 8,192 bytes (a longer text is cut), writes the
-// result to standard output and returns the number of characters written.
+// The hook's initial value. Prints at most 8,191 characters on standard output, cutting a
+// longer text, and returns their number.
 [[gnu::format(printf, 1, 2)]] int stdprintf(const char *format, ...);
 
-// A new block of `size` bytes, not cleared, aligned to 8 bytes and owned by the caller.
-// Null, with a message through gprintf, when size is below 1, when galloccount equals
-// GALLOCMAX, or when the system has no more memory.
+// Returns a new block of `size` bytes, not cleared and aligned to 8. The caller owns it.
+// Returns null after a message when size is below 1, galloccount equals GALLOCMAX, or
+// memory runs out.
 void *galloc(int size);
 
-// Gives a block back. False, with a message through gprintf and nothing released, when
-// the address is null, was released before, or its block's guards are damaged. Any
-// address may be asked about: memory that is not a held block is never read.
+// Frees a block. Returns false after a message, and frees nothing, unless the address is a
+// held block with intact guards. Any address is allowed: only held blocks are read.
 bool gfree(void *address);
 
-// galloc for `count` records of type T; null also when the size passes an int.
+// Calls galloc for `count` records of type T. Also returns null when the size passes an int.
 template <typename T> T *gallocarray(int64_t count) {
     int64_t bytes = 0;
     if (__builtin_mul_overflow(count, static_cast<int64_t>(sizeof(T)), &bytes) || bytes > INT32_MAX)
@@ -37,20 +37,23 @@ template <typename T> T *gallocarray(int64_t count) {
     return static_cast<T *>(galloc(static_cast<int>(bytes)));
 }
 
-// Frees the block unless the pointer is null, and sets the pointer to null.
+// Frees the block unless it is null, and sets the pointer to null.
 template <typename T> void grelease(T *&block) {
     if (block != nullptr)
         gfree(block);
     block = nullptr;
 }
 
-// Makes room for one more element after the first `count` of an array that holds `room`, by
-// doubling it. False when memory runs out, with nothing changed.
-template <typename T, typename N> bool growarray(T *&array, N count, N &room) {
-    if (count < room)
+// Grows an array of `capacity` elements, of which `count` are used, by doubling until `more`
+// fit after them. Returns false when memory runs out, with nothing changed.
+template <typename T, typename N> bool growarray(T *&array, N count, N &capacity, N more = 1) {
+    const int64_t wanted = int64_t{count} + more;
+    if (wanted <= capacity)
         return true;
-    constexpr int64_t least = 8;
-    const int64_t larger = room > 0 ? int64_t{room} * 2 : least;
+    constexpr int64_t least = sizeof(T) == 1 ? 256 : 8;
+    int64_t larger = capacity > 0 ? int64_t{capacity} * 2 : least;
+    while (larger < wanted)
+        larger *= 2;
     T *block = gallocarray<T>(larger);
     if (block == nullptr)
         return false;
@@ -58,13 +61,13 @@ template <typename T, typename N> bool growarray(T *&array, N count, N &room) {
         block[i] = array[i];
     grelease(array);
     array = block;
-    room = static_cast<N>(larger);
+    capacity = static_cast<N>(larger);
     return true;
 }
 
-// An owned copy of the first `length` bytes of `text`, with a terminator behind them; null
-// when memory runs out.
+// Returns a terminated copy of the first `length` bytes of the text. The caller owns it.
+// Returns null when memory runs out.
 char *galloctext(const char *text, int64_t length);
 
-// The same for a whole text.
+// Copies a whole string in the same way.
 char *galloctext(const char *text);

@@ -7,8 +7,8 @@
 
 namespace {
 
-// Descriptor 0 would read as "no stream" (it is handed out when standard input is
-// closed), so such a file moves to the next free descriptor.
+// Moves descriptor 0, possible when standard input is closed, to the next free one:
+// handle 0 means no stream.
 GSTREAM handleof(int descriptor) {
     if (descriptor != 0)
         return descriptor < 0 ? 0 : descriptor;
@@ -48,7 +48,7 @@ int64_t __gseek(GSTREAM handle, int64_t offset, int origin) {
     const int64_t position = lseek(handle, offset, whence);
     if (position >= 0)
         return position;
-    // Systems whose 64-bit seek fails on some devices get a second try with 32 bits.
+    // On some systems the 64-bit seek fails on some devices and a 32-bit one does not.
     return static_cast<int32_t>(lseek(handle, static_cast<int32_t>(offset), whence));
 }
 

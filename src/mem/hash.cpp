@@ -1,5 +1,5 @@
-// The bucket of a key is what five-bit rotations leave of it, so that similar keys (part1,
-// part2, ...) crowd into few buckets. Their trees are kept shallow.
+// The hash rotates by five bits only, so similar keys (part1, part2, ...) share few buckets.
+// Their trees are therefore kept shallow.
 #include "mem/hash.h"
 
 #include "mem/galloc.h"
@@ -14,13 +14,13 @@ constexpr int32_t recordsPerHunk = 100;
 constexpr int shallowDepth = 30;
 constexpr int maxDepth = shallowDepth + 2 * 32;
 
-// A key with its length, so that parts of a text can be looked up.
+// A key that is part of a text.
 struct KEY {
     const char *text;
     size_t length;
 };
 
-// Rotates left by five bits within the bits of a bucket number before each byte.
+// Rotates left by five bits, within a bucket number's bits, before each byte.
 uint32_t bucketof(const HASHTABLE *table, KEY key) {
     const auto mask = static_cast<uint32_t>(table->size) - 1;
     const uint32_t wrapped = (static_cast<uint32_t>(std::bit_width(mask)) - 5) & 31;
@@ -32,13 +32,13 @@ uint32_t bucketof(const HASHTABLE *table, KEY key) {
     return hash;
 }
 
-// strcmp with a key that may go on behind its length.
+// Works like strcmp; the key ends at its length.
 int comparekey(KEY key, const char *other) {
     const int order = strncmp(key.text, other, key.length);
     return order == 0 && other[key.length] != 0 ? -1 : order;
 }
 
-// The links from a bucket down to where a key's record hangs or, with null, belongs.
+// The links from a bucket down to a key's record, or to the null link for it.
 struct PATH {
     HASHRECORD **links[maxDepth + 1];
     int depth;
@@ -59,7 +59,7 @@ HASHRECORD **findlink(const HASHTABLE *table, KEY key, PATH *path) {
     }
 }
 
-// At most maxDepth deep.
+// Recurses at most maxDepth deep.
 int64_t countrecords(const HASHRECORD *tree) {
     return tree == nullptr ? 0 : 1 + countrecords(tree->left) + countrecords(tree->right);
 }
@@ -78,7 +78,7 @@ void flatten(HASHRECORD **link) {
     }
 }
 
-// Rotates every other one of the first 2n records on the right spine below its successor.
+// Rotates every other of the first 2n records on the right spine below its successor.
 void fold(HASHRECORD **link, int64_t n) {
     for (; n > 0 && *link != nullptr; --n) {
         HASHRECORD *right = (*link)->right;
@@ -97,10 +97,9 @@ void balance(HASHRECORD **tree, int64_t n) {
         fold(tree, full);
 }
 
-// Keeps trees shallow whatever the keys are: a record that came to hang too deep has an
-// ancestor with more than two thirds of its subtree on one side, and the lowest such
-// subtree is balanced. It takes so many new records to get there again that this costs a
-// logarithmic time for each. Small trees keep the shape that their insertions gave them.
+// Keeps trees shallow whatever the keys are. A new record that is too deep has an ancestor
+// with more than two thirds of its subtree on one side. Balances the lowest such subtree.
+// That costs logarithmic time per record added. Small trees are never balanced.
 void limitdepth(const HASHTABLE *table, const PATH *path) {
     const auto count = static_cast<uint32_t>(table->count);
     if (path->depth < shallowDepth + 2 * static_cast<int>(std::bit_width(count)))
@@ -137,10 +136,10 @@ void HASH_add(HASHTABLE *table, const char *key, int32_t value) {
     HASHRECORD **link = findlink(table, {key, strlen(key)}, &path);
     if (*link != nullptr)
         return;
-    void *room = HUNK_newrecord(&table->pool);
-    if (room == nullptr)
+    void *memory = HUNK_newrecord(&table->pool);
+    if (memory == nullptr)
         return;
-    *link = new (room) HASHRECORD{nullptr, nullptr, table->allRecords, key, value};
+    *link = new (memory) HASHRECORD{nullptr, nullptr, table->allRecords, key, value};
     table->allRecords = *link;
     ++table->count;
     limitdepth(table, &path);

@@ -1,5 +1,5 @@
-// The hash table: text keys to 32-bit values. Every bucket holds a search tree of the keys
-// that hash to it, ordered byte by byte; the records come from a pool.
+// The hash table: text keys to 32-bit values. Every bucket holds a search tree of its keys,
+// ordered byte by byte; a pool holds the records.
 #pragma once
 
 #include "mem/hunk.h"
@@ -7,35 +7,34 @@
 #include <cstdint>
 
 struct HASHRECORD {
-    HASHRECORD *left;      // subtree of keys that compare below
-    HASHRECORD *right;     // subtree of keys that compare above
+    HASHRECORD *left;      // subtree of smaller keys
+    HASHRECORD *right;     // subtree of larger keys
     HASHRECORD *nextAdded; // the record added before this one
-    const char *key;       // the caller's text
+    const char *key;       // owned by the caller
     int32_t value;
 };
 
 struct HASHTABLE {
-    int32_t size;  // number of buckets, a power of two from 256 on
-    int32_t count; // number of keys added
-    // Directly behind this header. A bucket uses nothing but `left`, the root of its tree.
-    HASHRECORD *buckets;
+    int32_t size;           // number of buckets, a power of two, at least 256
+    int32_t count;          // number of keys added
+    HASHRECORD *buckets;    // directly after this header; only `left`, a tree's root, is used
     HASHRECORD *allRecords; // the record added last
     MEMHUNKHEADER pool;
 };
 
-// A new table of `size` empty buckets; null when memory runs out or the size is not a power
-// of two from 256 on. The caller gives it back with HASH_purge.
+// Returns a new table of `size` empty buckets, to be freed with HASH_purge. Returns null when
+// memory runs out or the size is not a power of two of at least 256.
 HASHTABLE *HASH_init(int32_t size);
 
-// Adds the key with its value. A key that is there already keeps its old value, and nothing
-// is added when memory runs out. The key text is not copied: it must outlive the table.
+// Adds the key with its value. A key already present keeps its old value. Adds nothing when
+// memory runs out. The key is not copied and must outlive the table.
 void HASH_add(HASHTABLE *table, const char *key, int32_t value);
 
-// The value stored with the key, or -1 when the key is absent (a stored -1 looks the same).
+// Returns the value stored with the key, or -1 when it is absent. A stored -1 looks absent.
 int32_t HASH_check(const HASHTABLE *table, const char *key);
 
-// The same for a key that is the first `length` bytes of a text without terminator.
+// Looks up a key that is the first `length` bytes of an unterminated text.
 int32_t HASH_check(const HASHTABLE *table, const char *key, int64_t length);
 
-// Releases the table; null is ignored. The key texts are not touched.
+// Frees the table but not its keys. Null is allowed.
 void HASH_purge(HASHTABLE *table);

@@ -8,7 +8,7 @@ namespace {
 
 constexpr int64_t alignment = 8;
 
-// The nodes that a header stands for. They are compared and stored, never read through.
+// The nodes that a header forms are compared and stored, never dereferenced.
 MEMNODE *front(MEMLIST *list) {
     return reinterpret_cast<MEMNODE *>(&list->first);
 }
@@ -28,7 +28,7 @@ void addfirst(MEMLIST *list, MEMNODE *node) {
     list->first = node;
 }
 
-// The first node, unlinked; null when the list is empty.
+// Unlinks and returns the first node; null when the list is empty.
 MEMNODE *takefirst(MEMLIST *list) {
     MEMNODE *node = list->first;
     if (node == back(list))
@@ -39,8 +39,7 @@ MEMNODE *takefirst(MEMLIST *list) {
     return node;
 }
 
-// A record has its links in front of its own bytes while it is free, and may use both when
-// it is handed out.
+// A slot holds the links of a free record before its own bytes.
 int64_t slotbytes(const MEMHUNKHEADER *pool) {
     const int64_t bytes = pool->recordSize + static_cast<int64_t>(sizeof(MEMNODE));
     return (bytes + alignment - 1) / alignment * alignment;

@@ -6,8 +6,8 @@
 
 namespace {
 
-// One element, its bounds in order. A bound that is absent beside a text bound is open: it
-// has its default value, but keeps no text out.
+// One element, its bounds in order. A bound missing beside a text bound is open: every text
+// passes it.
 struct ELEMENT {
     RANGE minimum;
     RANGE maximum;
@@ -17,16 +17,15 @@ struct ELEMENT {
     bool openAbove;
 };
 
-// What has been learnt so far. The counts and values run in 64 bits and saturate when they
-// are handed out.
+// The results so far; they saturate at 32 bits only at the end.
 struct PARSE {
     RANGE test;
-    bool testFits; // false: the test text is too long to be compared
+    bool testFits; // false: the test text is too long to compare
     int32_t lower;
     int32_t upper;
     int32_t direction;
     bool matched;
-    bool endless; // more values than can be counted; minimum and maximum are settled
+    bool endless; // unlimited count; minimum and maximum are final
     bool hasClosest;
     int32_t malformed;
     int64_t count;
@@ -39,7 +38,7 @@ int64_t distance(int64_t a, int64_t b) {
     return a < b ? b - a : a - b;
 }
 
-void settle(PARSE *parse) {
+void setendless(PARSE *parse) {
     parse->endless = true;
     parse->minimum = RANGENOLOWER;
     parse->maximum = RANGEUNLIMITED;
@@ -58,7 +57,7 @@ void offer(PARSE *parse, int64_t candidate) {
 }
 
 void alloweverything(PARSE *parse) {
-    settle(parse);
+    setendless(parse);
     parse->matched = true;
     offer(parse, parse->test.value);
 }
@@ -75,7 +74,7 @@ void readbound(RANGE *bound, const char *part, int32_t defaultValue) {
     }
 }
 
-// False when a part is too long or the step is 0.
+// Returns false when the step is 0 or too long.
 bool readstep(ELEMENT *element, const char *text) {
     char part[RANGEPARTSIZE];
     if (!rangestepstr(part, text))
@@ -84,7 +83,7 @@ bool readstep(ELEMENT *element, const char *text) {
     return element->step != 0;
 }
 
-// False when the element is malformed.
+// Returns false when the element is malformed.
 bool readelement(const PARSE *parse, const char *text, ELEMENT *element) {
     element->negated = text[0] == '!' && text[1] != 0;
     if (element->negated)
@@ -153,7 +152,7 @@ bool allows(const PARSE *parse, const ELEMENT *element) {
     return inside != element->negated;
 }
 
-// One of the values below and above the number, by the direction.
+// Returns one of the values below and above the number, by the direction.
 int64_t choose(const PARSE *parse, int64_t below, int64_t above) {
     if (parse->direction != 0)
         return parse->direction < 0 ? below : above;
@@ -188,15 +187,17 @@ int64_t closestnegated(const PARSE *parse, const ELEMENT *element) {
                   above > RANGEUNLIMITED ? RANGEUNLIMITED : above);
 }
 
-void parseelement(PARSE *parse, const char *text) {
+void parseelement(PARSE *parse, const char *spec, size_t length) {
+    char text[RANGEPARTSIZE];
+    const bool fits = copytext(text, spec, length, sizeof text);
     if (text[0] == 0 || strcmp(text, "..") == 0 || strcmp(text, "+=") == 0) {
         alloweverything(parse);
         return;
     }
     ELEMENT element; // not cleared: its texts are large
-    if (!readelement(parse, text, &element)) {
+    if (!fits || !readelement(parse, text, &element)) {
         ++parse->malformed;
-        settle(parse);
+        setendless(parse);
         return;
     }
     if (strcmp(element.minimum.text, element.maximum.text) != 0)
@@ -227,13 +228,7 @@ void startparse(PARSE *parse, const char *text, int32_t number) {
 void parseelements(PARSE *parse, const char *spec) {
     do {
         const size_t length = strcspn(spec, ",");
-        char element[RANGEPARTSIZE];
-        if (copytext(element, spec, length, sizeof element)) {
-            parseelement(parse, element);
-        } else {
-            ++parse->malformed;
-            settle(parse);
-        }
+        parseelement(parse, spec, length);
         spec += length;
     } while (*spec++ == ',' && *spec != 0);
 }

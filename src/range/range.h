@@ -1,29 +1,31 @@
-// Range specifications: short texts that name a set of allowed values.
+// range: short texts that name sets of values. Read this file first: a specification tests a
+// number or a string. range.cpp evaluates it, rangeparts.cpp cuts it, rangetext.cpp compares
+// strings. ranger.h steps through floating-point values instead.
 //
 //   1..10      1 to 10               0..100+=5   0, 5, 10 up to 100
 //   3,7,9      these three           !4..6       everything outside 4 to 6
 //   5..        5 and above           ..5         0 (or the lower default) to 5
-//   a..m       texts, case ignored   file2..file10   a numeric tail counts as a number
+//   a..m       strings, no case      file2..file10   a numeric tail counts as a number
 //
-// An element is [!] minimum [".." maximum] ["+=" step]; a list of them, separated by ',',
-// allows what any of them allows. An empty specification, an empty element, and ".." or
-// "+=" alone allow everything; a ',' at the very end adds nothing. Every character counts,
-// blanks too. Bounds in the wrong order are exchanged. The step is 1 unless it is numeric;
-// a negative one counts as its absolute value.
+// A specification is a list of elements separated by ','; a value that one element allows
+// is allowed. An element is [!] minimum [".." maximum] ["+=" step]. An empty specification,
+// an empty element, and ".." or "+=" alone allow everything; a ',' at the very end adds
+// nothing. Blanks are ordinary characters. Bounds in the wrong order are exchanged. The step
+// is 1 unless numeric; its sign is ignored.
 //
-// A part that is not numeric is a text bound and may hold wildcards (see wildstrcmp). A text
-// beside an absent bound leaves the other side open. Malformed is an element with a number
-// beside a text, with step 0, or longer than 1,023 characters: then nothing matches at all.
+// A part that is not numeric is a text bound and may have wildcards (see wildstrcmp). When
+// the other bound is missing its side is open. An element is malformed when it has a number beside
+// a text, step 0, or more than 1,023 characters. Then no value is allowed at all.
 //
-// The functions keep nothing and print nothing. Numbers beyond 32 bits saturate.
+// The functions print nothing and change no global state. Numbers saturate at 32 bits.
 #pragma once
 
 #include <cstdint>
 
-constexpr int32_t RANGEUNLIMITED = 2147483647; // no upper end; as a count: endlessly many
-constexpr int32_t RANGENOLOWER = -2147483647;  // no lower end; deliberately not the lowest number
+constexpr int32_t RANGEUNLIMITED = 2147483647; // no upper end; as a count: unlimited
+constexpr int32_t RANGENOLOWER = -2147483647;  // no lower end; not the lowest number
 
-// Size of the buffers for one element and for each of its parts, terminator included.
+// Size of a buffer for one element or one of its parts, terminator included.
 constexpr int RANGEPARTSIZE = 1024;
 
 // One bound or test value.
@@ -32,52 +34,52 @@ struct RANGE {
     char text[2048]; // empty for a numeric bound
 };
 
-// 1 when the specification allows the value: the number, against text bounds the text (null
-// or empty: the number is compared there too, a text bound counting as 0). A text over 2,047
-// characters is allowed only where everything is.
+// Returns 1 when the value is allowed, else 0. Bounds test the number, text bounds the text.
+// When the text is null or empty, text bounds test the number and count as 0. A text over
+// 2,047 characters is allowed only by an element that allows everything.
 int RANGE_match(const char *spec, const char *text, int32_t number);
 
-// The smallest allowed value, but not below `lower`, which an element without minimum takes.
-// 2147483647 when there is none, or when text bounds leave it unknown.
+// Returns the smallest allowed value, at least `lower`, the default of a missing minimum.
+// Returns 2147483647 when no value is allowed or text bounds leave it unknown.
 int32_t RANGE_min(const char *spec, int32_t lower);
 
-// The largest allowed value, but not above `upper`, which an element without maximum takes.
-// -2147483647 when there is none, or when text bounds leave it unknown.
+// Returns the largest allowed value, at most `upper`, the default of a missing maximum.
+// Returns -2147483647 when no value is allowed or text bounds leave it unknown.
 int32_t RANGE_max(const char *spec, int32_t upper);
 
-// 1 when no element is malformed. The values are not compared with the defaults.
+// Returns 1 when no element is malformed, else 0. Bounds beyond the defaults are allowed.
 int RANGE_check(const char *spec, int32_t lower, int32_t upper);
 
-// The number of allowed values, at most the size of the span between the defaults.
+// Returns the number of allowed values, at most those from `lower` to `upper`.
 int32_t RANGE_count(const char *spec, int32_t lower, int32_t upper);
 
-// The allowed value closest to the number; direction negative prefers one at or below it,
-// positive at or above, zero the nearer (the higher of two equally near). A later element
-// replaces an earlier one's value only when it is strictly nearer and, for a direction that
-// is not zero, lies further that way. Without a candidate 2147483647, or -2147483647 for a
-// negative number.
+// Returns the allowed value closest to the number. A negative direction prefers one at or
+// below it, a positive one at or above it, zero the nearer (the higher of two as near). A
+// later element's value must be strictly nearer to replace an earlier one. Unless the
+// direction is zero it must also lie further in that direction. Without a candidate returns
+// 2147483647, or -2147483647 for a negative number.
 int32_t RANGE_constrain(const char *spec, int32_t number, int32_t direction);
 
-// What all of the above ask: evaluates the specification against a test value and returns
-// whether it is allowed. Each output may be null: the number of malformed elements, the
-// number of allowed values, the smallest and the largest, and the closest to the number,
-// which holds the direction on entry.
+// Evaluates a specification for all functions above and returns RANGE_match's result. Each
+// output may be null. *malformed is the number of malformed elements, *count the number of
+// allowed values, then the smallest, the largest, and the closest to the number.
+// *closest holds the direction on entry.
 int rangeparse(const char *spec, const char *text, int32_t number, int32_t *malformed,
                int32_t *count, int32_t *minimum, int32_t *maximum, int32_t *closest, int32_t lower,
                int32_t upper);
 
-// 1 for an optional '-' followed by one or more decimal digits and nothing else.
+// Returns 1 for an optional '-' with decimal digits and nothing else, else 0.
 int rangeisnumeric(const char *text);
 
-// The value of such a text.
+// Returns the value of such a text.
 int32_t rangenumber(const char *text);
 
-// The first ".." or "+=" of an element (without its '!'); null when there is none.
+// Return the first ".." or "+=" of an element (without its '!'), or null.
 const char *rangefinddots(const char *element);
 const char *rangefindplusequal(const char *element);
 
-// Copy one part of an element (without its '!') into RANGEPARTSIZE bytes; an absent part is
-// empty. False, with an empty part, when it does not fit.
+// Copy one part of an element (without its '!') into RANGEPARTSIZE bytes; a missing part is
+// empty. Return false, with an empty part, when it does not fit.
 bool rangeminstr(char *minimum, const char *element);
 bool rangemaxstr(char *maximum, const char *element);
 bool rangestepstr(char *step, const char *element);
@@ -85,25 +87,23 @@ bool rangestepstr(char *step, const char *element);
 // Exchanges two bounds, values and texts.
 void rangeswap(RANGE *a, RANGE *b);
 
-// -1, 0 or 1 by number when either text is empty, else wildstrcmp of the texts.
+// Returns wildstrcmp of two texts; when either is empty, -1, 0 or 1 by number.
 int32_t rangecompare(const RANGE *a, const RANGE *b);
 
-// Compares a text with a bound, case ignored: negative, zero or positive. In the bound '*'
-// stands for any run of characters, '?' for one and '#' for a digit; texts that both end in
-// a number at the same place are compared by its value there.
-// A '*' against a text over 2,047 characters needs memory during the call; without it the
-// text sorts first.
+// Compares a text with a bound, case ignored, as strcmp does. In the bound '*' matches any
+// run of characters, '?' one character and '#' one digit. When both texts end in a number at
+// the same place, its value decides there. A '*' against a text over 2,047 characters
+// allocates memory; when that fails the text sorts first.
 int32_t wildstrcmp(const char *text, const char *bound);
 
 // Copies one field of the option text into BRAXFIELDSIZE bytes and returns the position
-// behind it. A blank ends the field; inside brackets or quotes blanks belong to it. `strip`
-// takes off brackets around the whole field and ends the field with them; `stop` ends it
-// also at ',' and in front of ".." and "+=". A field that is too long is refused
-// (BRAX_refuse) and comes out empty.
+// after it. A blank outside brackets and quotes ends the field. `strip` removes brackets
+// around the field, which then end it; `stop` also ends it before ',', ".." and "+=". A field
+// that is too long is refused (BRAX_refuse) and its copy is empty.
 const char *BRAX_getrangefield(char *output, const char *text, bool strip, bool stop);
 
-// Reads the range behind an option's name into BRAXFIELDSIZE bytes and returns the position
-// behind it. Unless upper is 2147483647, a malformed one ends the process with a message
+// Copies the range after an option's name into BRAXFIELDSIZE bytes and returns the position
+// after it. Unless upper is 2147483647, a malformed range ends the process with a message
 // that names the label, and exit status 10.
 const char *BRAX_getrangeopt(char *output, const char *text, const char *label, int32_t lower,
                              int32_t upper);

@@ -11,10 +11,10 @@ bool israngepunctuation(const char *p) {
     return *p == ',' || (*p == '.' && p[1] == '.') || (*p == '+' && p[1] == '=');
 }
 
-// The field being read: its copy, and the bracketed part that the position is in.
+// A field's copy and the bracketed part at the current position.
 struct RANGEFIELD {
     char *output;
-    int length; // counts on to BRAXFIELDSIZE, which says that it did not fit
+    int length; // up to BRAXFIELDSIZE, which means too long
     int depth;
     char opening;
     bool enclosed; // brackets around the whole field, not copied
@@ -27,7 +27,7 @@ void put(RANGEFIELD *field, char c) {
         ++field->length;
 }
 
-// A character inside a bracketed part; true when it closed an enclosed field.
+// Puts a character of a bracketed part. Returns true when it closes an enclosed field.
 bool putinside(RANGEFIELD *field, char c) {
     if (c == limtodelim(field->opening)) {
         if (--field->depth == 0 && field->enclosed)

@@ -3,6 +3,7 @@
 #include "base/text.h"
 
 #include <cstring>
+#include <utility>
 
 int rangeisnumeric(const char *text) {
     if (*text == '-')
@@ -34,7 +35,7 @@ const char *rangefindplusequal(const char *element) {
 
 namespace {
 
-// Copies the text up to `end`, or the whole text when `end` is null.
+// Copies the text up to `end`, or to its terminator when `end` is null.
 bool cutpart(char *part, const char *text, const char *end) {
     const size_t length = end != nullptr ? static_cast<size_t>(end - text) : strlen(text);
     const bool fits = length < RANGEPARTSIZE;
@@ -64,15 +65,9 @@ bool rangestepstr(char *step, const char *element) {
 }
 
 void rangeswap(RANGE *a, RANGE *b) {
-    const int32_t value = a->value;
-    a->value = b->value;
-    b->value = value;
-    if (a->text[0] == 0 && b->text[0] == 0)
-        return;
-    char text[sizeof a->text];
-    copytext(text, a->text, sizeof text);
-    copytext(a->text, b->text, sizeof a->text);
-    copytext(b->text, text, sizeof b->text);
+    std::swap(a->value, b->value);
+    if (a->text[0] != 0 || b->text[0] != 0)
+        std::swap(a->text, b->text);
 }
 
 int32_t rangecompare(const RANGE *a, const RANGE *b) {

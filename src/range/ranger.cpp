@@ -1,5 +1,6 @@
 #include "range/ranger.h"
 
+#include "base/fields.h"
 #include "base/text.h"
 #include "mem/galloc.h"
 
@@ -23,29 +24,11 @@ bool isfieldend(const char *p) {
            ispair(p, '-', '=');
 }
 
-// What closes the level that c opens; 0 when it opens none.
-char closingof(char c) {
-    switch (c) {
-    case '(':
-        return ')';
-    case '{':
-        return '}';
-    case '[':
-        return ']';
-    case '"':
-    case '`':
-    case '\'':
-        return c;
-    default:
-        return 0;
-    }
-}
-
-// Behind the level that opens at p; the end of the text when it does not close. Only levels
-// of its own kind are told apart within it.
-const char *skiplevel(const char *p) {
+// Returns the position after the enclosed part that begins at p, or the end of the text. Only
+// its own kind of brackets counts within it.
+const char *skipenclosed(const char *p) {
     const char opening = *p;
-    const char closing = closingof(opening);
+    const char closing = limtodelim(opening);
     int64_t depth = 1;
     for (++p; *p != 0; ++p) {
         if (*p == closing)
@@ -60,11 +43,11 @@ const char *skiplevel(const char *p) {
 
 const char *fieldend(const char *p) {
     while (!isfieldend(p))
-        p = closingof(*p) != 0 ? skiplevel(p) : p + 1;
+        p = islim(*p) ? skipenclosed(p) : p + 1;
     return p;
 }
 
-// A plain number: sign, digits and a fraction. False when the field is anything else.
+// Reads a number of sign, digits and fraction. Returns false for any other field.
 bool readplain(const char *p, const char *end, double *value) {
     const bool negative = *p == '-';
     if (*p == '-' || *p == '+')
@@ -86,7 +69,7 @@ bool readplain(const char *p, const char *end, double *value) {
     return true;
 }
 
-// One element as it is written.
+// The parts of one element.
 struct PARTS {
     double first, last, step;
     bool hasFirst, hasDots, hasLast, hasStep;
@@ -99,7 +82,7 @@ bool skippair(RANGER *ranger, char first, char second) {
     return true;
 }
 
-// The end of the element was reached, or another ends it there.
+// Skips a ','. Returns false when the element goes on at the cursor.
 bool endelement(RANGER *ranger) {
     if (*ranger->cursor == ',')
         ++ranger->cursor;
@@ -108,24 +91,24 @@ bool endelement(RANGER *ranger) {
     return true;
 }
 
-// What a number of steps may lack, through rounding, of the whole number that is meant.
+// Returns the rounding error allowed in a number of steps.
 double noiseof(double steps) {
     return std::min(0.5, 1e-9 + steps * 4 * std::numeric_limits<double>::epsilon());
 }
 
-// Where so many steps lead; none lead nowhere, even when they are infinite.
+// Returns the value after `steps` steps. Without steps an infinite step does not matter.
 double stepped(double start, double steps, double step) {
     return steps == 0 ? start : start + steps * step;
 }
 
-// Where whole steps lead from one end toward the other, never beyond it.
+// Returns the last value of whole steps from one end toward the other, never beyond it.
 double gridpoint(double from, double to, double step) {
     const double steps = (to - from) / step;
     const double whole = std::floor(steps + noiseof(std::fabs(steps)));
     return whole > steps ? to : stepped(from, whole, step);
 }
 
-// The number of values from start to end, both included.
+// Returns the number of values from start to end, both included.
 int64_t countvalues(double start, double end, double step) {
     const double steps = std::fabs(end - start) / step;
     if (start + (end < start ? -step : step) == start || std::isnan(steps))
@@ -159,7 +142,7 @@ void setparts(RANGER *ranger, const PARTS *parts) {
     setelement(ranger, start, end, step);
 }
 
-// The iterator in front of the first value, to walk the text with.
+// Returns a copy of the iterator before the first value.
 RANGER restarted(const RANGER *ranger) {
     RANGER walker = *ranger;
     walker.cursor = walker.text;
@@ -167,7 +150,7 @@ RANGER restarted(const RANGER *ranger) {
     return walker;
 }
 
-// The candidate of the current element for RANGER_closest.
+// Returns the current element's candidate for RANGER_closest.
 double candidateof(const RANGER *ranger, double value, int mode) {
     const double steps = (value - ranger->start) / ranger->step;
     const bool lowerStep = (mode == 1) == (ranger->step > 0);
@@ -187,10 +170,10 @@ double distanceof(double candidate, double value, int mode) {
 } // namespace
 
 RANGER *RANGER_open(EXPR *evaluator, const char *text, double defaultMin, double defaultMax) {
-    void *room = gallocarray<RANGER>(1);
-    if (room == nullptr)
+    void *memory = gallocarray<RANGER>(1);
+    if (memory == nullptr)
         return nullptr;
-    auto *ranger = new (room) RANGER{};
+    auto *ranger = new (memory) RANGER{};
     ranger->step = 1;
     ranger->defaultMin = defaultMin;
     ranger->defaultMax = defaultMax;
@@ -247,8 +230,7 @@ int RANGER_getrangelet(RANGER *ranger) {
     return ranger->failed == 0 ? 1 : 0;
 }
 
-// Values are counted from the element's start, so that the noise of many steps does not add
-// up, and none lies beyond its end.
+// Computes every value from the element's start, so that rounding errors do not add up.
 int RANGER_next(RANGER *ranger, double *value) {
     const double last = ranger->current;
     ranger->steps += 1;

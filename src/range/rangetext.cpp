@@ -1,11 +1,10 @@
-// Comparing a text with a bound that may hold wildcards.
+// Compares a text with a bound that may have wildcards.
 //
-// By its definition a '*' tries every suffix of the text against the rest of the bound: zero
-// when one of them gives zero, otherwise the result for the whole text. Literally done, that
-// takes exponential time. Every other character of the bound takes exactly one of the text,
-// so the result for a suffix depends only on where it meets the next '*'; one row with the
-// results of all suffixes, worked out from the last '*' to the first, gives the same answer
-// in the product of both lengths.
+// A '*' compares every suffix of the text with the rest of the bound. The result is zero when
+// one of them gives zero, else the result of the whole text. Recursion would take exponential
+// time. Every other character of the bound takes exactly one of the text, so a suffix's
+// result depends only on its position at the next '*'. One row holds the results of all
+// suffixes, computed from the last '*' to the first, in the product of both lengths.
 #include "range/range.h"
 
 #include "base/text.h"
@@ -15,7 +14,7 @@
 
 namespace {
 
-// A text whose last digits, from `digits` on, are its numeric tail.
+// A text with a numeric tail, perhaps empty, from `digits` on.
 struct TAIL {
     const char *text;
     const char *end;
@@ -30,24 +29,24 @@ TAIL tailof(const char *text) {
     return {text, end, digits};
 }
 
-// What rangeisnumeric says of the rest of the text from `p` on.
+// Returns rangeisnumeric's result for the rest of the text from p on.
 bool isnumericrest(const TAIL *tail, const char *p) {
-    return (*p == '-' ? p + 1 : p) >= tail->digits && (*p == '-' ? p + 1 : p) < tail->end;
+    p += *p == '-' ? 1 : 0;
+    return p >= tail->digits && p < tail->end;
 }
 
 int32_t numericdifference(const char *a, const char *b) {
     return toint32(static_cast<int64_t>(rangenumber(a)) - rangenumber(b));
 }
 
-// Two positions that are compared.
+// Two positions to compare.
 struct PAIR {
     const char *a;  // in the text
     const char *b;  // in the bound
-    bool sameValue; // both rests are numbers and known to be equal
+    bool sameValue; // both rests are known to be equal numbers
 };
 
-// One character of the bound, not a '*', against one of the text. Zero: they agree, and both
-// go on unless they ended.
+// Compares one character with one of the bound, but not '*'. Returns 0 when they match.
 int32_t comparechar(const TAIL *text, const TAIL *bound, PAIR *pair) {
     const char a = *pair->a;
     const char b = *pair->b;
@@ -61,13 +60,13 @@ int32_t comparechar(const TAIL *text, const TAIL *bound, PAIR *pair) {
         if (difference != 0)
             return difference;
     }
-    // Without this, long runs of zeros would be read again at each of them.
+    // Saves reading the rest of a run of zeros again at each of them.
     pair->sameValue = numeric && a == '0' && b == '0';
     return charvalue(lowerchar(a)) - charvalue(lowerchar(b));
 }
 
-// Compares up to the bound's end or its next '*'. There the pair stops, and the comparison is
-// not decided; otherwise its b becomes null and the result is final.
+// Compares up to the bound's next '*' or its end. The pair stops at a '*'. Otherwise the
+// result is final and the pair's b becomes null.
 int32_t comparesegment(const TAIL *text, const TAIL *bound, PAIR *pair) {
     for (; *pair->b != '*'; ++pair->a, ++pair->b) {
         const int32_t result = comparechar(text, bound, pair);
@@ -79,8 +78,7 @@ int32_t comparesegment(const TAIL *text, const TAIL *bound, PAIR *pair) {
     return 0;
 }
 
-// Turns the results of all suffixes behind a '*' into those at it: zero where a shorter
-// suffix gives zero.
+// Turns results after a '*' into results at it: zero where a shorter suffix gives zero.
 void spreadzeros(int32_t *row, int64_t length) {
     bool zero = false;
     for (int64_t i = length; i >= 0; --i) {
@@ -90,8 +88,7 @@ void spreadzeros(int32_t *row, int64_t length) {
     }
 }
 
-// Fills row[i] with the result for the suffix at i against the bound from its first '*' on,
-// given by `first`.
+// Sets row[i] to the result of the suffix at i and the bound from `first`, its first '*', on.
 void comparestars(const TAIL *text, const TAIL *bound, const char *first, int32_t *row) {
     const int64_t length = text->end - text->text;
     const char *star = bound->end;
@@ -100,7 +97,7 @@ void comparestars(const TAIL *text, const TAIL *bound, const char *first, int32_
             --star;
         while (*star != '*');
         if (star[1] == '*')
-            continue; // a run of them counts as one
+            continue; // a run of stars is one
         for (int64_t i = 0; i <= length; ++i) {
             PAIR pair = {text->text + i, star + 1, false};
             const int32_t result = comparesegment(text, bound, &pair);

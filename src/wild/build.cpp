@@ -1,4 +1,4 @@
-// The building half: reads the destination and writes the output.
+// Reads the destination and writes the output.
 #include "base/options.h"
 #include "range/range.h"
 #include "wild/mathrules.h"
@@ -11,18 +11,18 @@ namespace {
 struct BUILD {
     WILDMATCH *match;
     char *output;
-    int64_t left;            // characters that may still be written
+    int64_t left;            // characters left up to the limit
     const char *destination; // position
     bool carrying;
-    const char *pattern; // for case carrying: positions beside the destination's
-    const char *string;
+    const char *pattern; // position in the source pattern, for case carrying
+    const char *string;  // position in the string, for case carrying
     const char *stringEnd;
-    int32_t nextStar; // captures that wildcards without a number take
+    int32_t nextStar; // captures of wildcards without an index
     int32_t nextQuestion;
     int32_t nextNumber;
-    int32_t upper;  // insertions that are still converted to upper case
+    int32_t upper;  // insertions left to convert to upper case
     bool unmatched; // the running number was used
-    char **texts;   // the number captures for the math rules, once needed
+    char **texts;   // owned copies of the number captures, made for the first math rule
 };
 
 // The index of a destination wildcard.
@@ -31,7 +31,7 @@ struct INDEX {
     char range[WILDTEXTSIZE]; // empty: everything
 };
 
-// Room for `count` more characters; false when they pass the limit.
+// Returns false when `count` more characters pass the limit.
 bool reserve(BUILD *build, int64_t count) {
     if (count > build->left)
         return false;
@@ -70,15 +70,13 @@ bool putliteral(BUILD *build) {
     return put(build, literal, length);
 }
 
-// Captures may be inserted in any order and repeatedly, so the position that case is taken
-// from may reach the end early.
+// Moves after a capture in the string, but not beyond its end: captures may repeat.
 void skipsource(BUILD *build, int32_t length) {
     const int64_t rest = build->stringEnd - build->string;
     build->string += length < rest ? length : rest;
 }
 
-// Reads the index at the destination's position. False, after the message, when it is not
-// valid.
+// Reads the index at the destination's position. Reports an invalid one and returns false.
 bool takeindex(BUILD *build, INDEX *index) {
     index->number[0] = 0;
     index->range[0] = 0;
@@ -99,14 +97,14 @@ bool takeindex(BUILD *build, INDEX *index) {
     return false;
 }
 
-// The capture number: the index's, or the next in sequence.
+// Returns the index's capture number, or else the next in sequence.
 int32_t capturenumber(const INDEX *index, int32_t *next) {
     if (index->number[0] == 0)
         return (*next)++;
     return decimalvalue(index->number, strlen(index->number));
 }
 
-// Converts what an insertion wrote, from `start` on.
+// Converts the output from `start` on.
 void upperinsertion(BUILD *build, char *start) {
     if (build->upper <= 0)
         return;
@@ -158,7 +156,7 @@ bool putquestion(BUILD *build, const INDEX *index) {
     return true;
 }
 
-// A number's decimal form, at least `width` characters, a sign included, with zeros.
+// Writes the value with zeros in at least `width` characters, sign included.
 bool putvalue(BUILD *build, int32_t value, int64_t width) {
     char digits[16];
     wild_itoa(value, digits, 10);
@@ -168,8 +166,7 @@ bool putvalue(BUILD *build, int32_t value, int64_t width) {
            put(build, digits + sign, length - sign);
 }
 
-// The owned copies of the number captures that the rules are given; false when memory runs
-// out.
+// Copies the number captures. Returns false when memory runs out.
 bool maketexts(BUILD *build) {
     const CAPTURES *numbers = &build->match->numbers;
     for (int32_t i = 0; i < numbers->count; ++i) {
@@ -188,7 +185,7 @@ bool maketexts(BUILD *build) {
     return true;
 }
 
-// The value that the math rules give the capture. False when memory runs out.
+// Stores the math rules' value of the capture. Returns false when memory runs out.
 bool rulevalue(BUILD *build, int32_t number, int32_t *value) {
     if (build->texts == nullptr && !maketexts(build))
         return false;
@@ -223,7 +220,7 @@ bool putnumber(BUILD *build, const INDEX *index, int64_t width) {
     return fill(build, '0', width) && put(build, text, length);
 }
 
-// One wildcard of the destination with its index.
+// Writes one wildcard of the destination with its index.
 int putwildcard(BUILD *build) {
     const char wildcard = *build->destination++;
     const bool isNumber = !isstarchar(wildcard) && !isquestionchar(wildcard);

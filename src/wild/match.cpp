@@ -1,7 +1,6 @@
-// The matching half: one pass over the string that notes what each wildcard captured.
+// Tests the string in one pass and records the captures.
 //
-// A step that fails still compares the literal run behind its wildcard before the match ends:
-// the length that is then reported counts those characters, and callers see it.
+// A failing wildcard still compares the literal after it: the length counts those characters.
 #include "base/options.h"
 #include "wild/wildstate.h"
 
@@ -9,7 +8,7 @@
 
 namespace {
 
-// Adds the next `length` characters to a list and moves behind them; false, without a move,
+// Captures the next `length` characters and moves after them. Returns false, without a move,
 // when they pass the limit.
 bool capture(WILDMATCH *match, CAPTURES *list, size_t length) {
     if (length > WILDTEXTLIMIT)
@@ -20,13 +19,13 @@ bool capture(WILDMATCH *match, CAPTURES *list, size_t length) {
     return true;
 }
 
-// Characters that are left, counted no further than a capture of the limit and `more` need.
+// Returns the number of characters left, at most WILDTEXTLIMIT + 1 + `more`.
 size_t remaining(const WILDMATCH *match, size_t more) {
     return strnlen(match->position, WILDTEXTLIMIT + 1 + more);
 }
 
-// Length of the text in front of the literal's first occurrence at least `skipped` characters
-// on, less those; above the limit when there is none within reach.
+// Returns the distance to the literal from `skipped` characters on, or a length above the
+// limit when the literal is out of reach.
 size_t lengthbefore(const WILDMATCH *match, size_t skipped, const char *literal,
                     size_t literalLength) {
     const size_t left = remaining(match, skipped + literalLength);
@@ -38,24 +37,17 @@ size_t lengthbefore(const WILDMATCH *match, size_t skipped, const char *literal,
     return found != nullptr ? static_cast<size_t>(found - from) : WILDTEXTLIMIT + 1;
 }
 
-size_t digitlength(const char *text) {
-    size_t length = 0;
-    while (isdigitchar(text[length]))
-        ++length;
-    return length;
-}
-
 bool matchquestion(WILDMATCH *match) {
     return *match->position != 0 && capture(match, &match->questions, 1);
 }
 
-bool matchstar(WILDMATCH *match, const char *behind) {
-    if (isnumberchar(*behind))
+bool matchstar(WILDMATCH *match, const char *after) {
+    if (isnumberchar(*after))
         return capture(match, &match->stars, strcspn(match->position, "0123456789"));
     size_t questions = 0;
-    while (isquestionchar(behind[questions]))
+    while (isquestionchar(after[questions]))
         ++questions;
-    const char *literal = behind + questions;
+    const char *literal = after + questions;
     const size_t literalLength = literallength(literal);
     if (literalLength != 0)
         return capture(match, &match->stars,
@@ -64,20 +56,20 @@ bool matchstar(WILDMATCH *match, const char *behind) {
     return left >= questions && capture(match, &match->stars, left - questions);
 }
 
-// Here the position moves behind a text that turns out not to be a number, too.
-bool matchnumber(WILDMATCH *match, const char *behind) {
+// Moves after the text even when it is not a number.
+bool matchnumber(WILDMATCH *match, const char *after) {
     const char *start = match->position;
-    const size_t literalLength = literallength(behind);
+    const size_t literalLength = literallength(after);
     size_t length = 0;
     if (literalLength != 0)
-        length = lengthbefore(match, 0, behind, literalLength);
+        length = lengthbefore(match, 0, after, literalLength);
     else
-        length = *behind != 0 ? digitlength(start) : remaining(match, 0);
+        length = *after != 0 ? digitlength(start) : remaining(match, 0);
     return capture(match, &match->numbers, length) && isdigits(start, length);
 }
 
-// The literal run at *pattern, which moves to its end; false at the first mismatch, where the
-// string's position then stays.
+// Matches the literal at *pattern and moves after it, or stops at the first mismatch and
+// returns false.
 bool matchliteral(WILDMATCH *match, const char **pattern) {
     for (; **pattern != 0 && !iswildchar(**pattern); ++*pattern, ++match->position)
         if (*match->position == 0 ||
@@ -86,7 +78,7 @@ bool matchliteral(WILDMATCH *match, const char **pattern) {
     return true;
 }
 
-// One wildcard and the literal run behind it.
+// Matches one wildcard and the literal after it.
 bool matchstep(WILDMATCH *match, const char **pattern) {
     const char wildcard = *(*pattern)++;
     bool matched = false;

@@ -4,10 +4,8 @@
 #include "base/text.h"
 #include "expr/expr.h"
 #include "mem/galloc.h"
-#include "wild/wild.h"
+#include "wild/wildstate.h"
 
-#include <algorithm>
-#include <cmath>
 #include <cstring>
 
 char **OPTmathrules = nullptr;
@@ -17,41 +15,34 @@ namespace {
 
 constexpr size_t expressionSize = 40;
 
-int32_t rulesRoom = 0; // elements that OPTmathrules can hold
+int32_t ruleCapacity = 0; // of OPTmathrules
 
-bool ischar(char c, int32_t special) {
-    return c != 0 && charvalue(c) == special;
-}
-
-// The captures of one match, and the one that is being computed.
-struct CAPTURES {
+// The captures of one match, and the index of the one being computed.
+struct RULECAPTURES {
     char **texts;
     int32_t index;
     int32_t count;
 };
 
-// An index in brackets, the opening one at *p, which is left behind the closing one; what
-// an int does not hold is INT32_MAX. -1 when there is no such index.
+// Returns the index in brackets at *p and moves after it. Returns -1 when it is malformed.
 int32_t readindex(const char **p) {
-    const char *digit = *p + 1;
-    int64_t index = 0;
-    for (; isdigitchar(*digit); ++digit)
-        index = std::min<int64_t>(index * 10 + (*digit - '0'), INT32_MAX);
-    if (digit == *p + 1 || !ischar(*digit, WILDcharrightbracket))
+    const char *digits = *p + 1;
+    const size_t length = digitlength(digits);
+    if (length == 0 || !isrightbracket(digits[length]))
         return -1;
-    *p = digit + 1;
-    return static_cast<int32_t>(index);
+    *p = digits + length + 1;
+    return decimalvalue(digits, length);
 }
 
-// Writes the template at p with the captures' texts put in; false when it is malformed.
-bool expand(const char *p, const CAPTURES *captures, char *expression) {
+// Writes the template at p with the captures' texts. Returns false when it is malformed.
+bool expand(const char *p, const RULECAPTURES *captures, char *expression) {
     expression[0] = 0;
     size_t length = 0;
     while (*p != 0) {
         const char *text = p;
         size_t size = 1;
-        if (ischar(*p++, WILDcharnumber)) {
-            const int32_t index = ischar(*p, WILDcharleftbracket) ? readindex(&p) : captures->index;
+        if (isnumberchar(*p++)) {
+            const int32_t index = isleftbracket(*p) ? readindex(&p) : captures->index;
             if (index < 0 || index >= captures->count)
                 return false;
             text = captures->texts[index];
@@ -66,22 +57,13 @@ bool expand(const char *p, const CAPTURES *captures, char *expression) {
     return true;
 }
 
-// Truncates toward zero; what does not fit saturates, and what is not a number is 0.
-int32_t truncated(double value) {
-    if (value >= INT32_MAX)
-        return INT32_MAX;
-    if (value <= INT32_MIN)
-        return INT32_MIN;
-    return std::isnan(value) ? 0 : static_cast<int32_t>(value);
-}
-
 enum OUTCOME { APPLIED, SKIPPED, FAILED };
 
 OUTCOME evaluate(const char *expression, int32_t *value) {
     EXPR *evaluator = EXPR_open();
     if (evaluator == nullptr)
         return FAILED;
-    *value = truncated(EXPR_get(evaluator, expression));
+    *value = toint32(EXPR_tointeger(EXPR_get(evaluator, expression)));
     const bool failed = EXPR_error(evaluator) != 0;
     if (failed && OPTverbose > 1)
         BRAX_say("Error in expression: %s\n", expression);
@@ -95,12 +77,11 @@ OUTCOME malformed(const char *rule) {
     return FAILED;
 }
 
-OUTCOME applyrule(const char *rule, const CAPTURES *captures, int32_t *value) {
+OUTCOME applyrule(const char *rule, const RULECAPTURES *captures, int32_t *value) {
     const char *p = rule;
-    if (!ischar(*p, WILDcharnumber))
+    if (!isnumberchar(*p++))
         return malformed(rule);
-    ++p;
-    if (ischar(*p, WILDcharleftbracket)) {
+    if (isleftbracket(*p)) {
         const int32_t target = readindex(&p);
         if (target < 0)
             return malformed(rule);
@@ -117,22 +98,21 @@ OUTCOME applyrule(const char *rule, const CAPTURES *captures, int32_t *value) {
 
 void WILD_addmathrule(const char *rule) {
     char *copy = galloctext(rule);
-    if (copy != nullptr && growarray(OPTmathrules, nummathrules, rulesRoom))
+    if (copy != nullptr && growarray(OPTmathrules, nummathrules, ruleCapacity))
         OPTmathrules[nummathrules++] = copy;
     else
         grelease(copy);
 }
 
 void WILD_deletemathrules() {
-    for (int32_t i = 0; i < nummathrules; ++i)
-        gfree(OPTmathrules[i]);
-    grelease(OPTmathrules);
+    freeBuffer(OPTmathrules, nummathrules);
+    OPTmathrules = nullptr;
     nummathrules = 0;
-    rulesRoom = 0;
+    ruleCapacity = 0;
 }
 
 int32_t WILD_applymathrules(char **captures, int32_t index, int32_t count) {
-    const CAPTURES all = {captures, index, count};
+    const RULECAPTURES all = {captures, index, count};
     uint32_t sum = 0;
     bool applied = false;
     for (int32_t i = 0; i < nummathrules; ++i) {

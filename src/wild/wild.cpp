@@ -1,4 +1,4 @@
-// The twelve entry points, the path split, and the room that an output needs.
+// The twelve functions for users, split paths, and the output's size.
 #include "wild/wild.h"
 
 #include "range/range.h"
@@ -11,8 +11,8 @@ WILDMATCHFUN stringmatchfun = WILD_match;
 
 namespace {
 
-// The name behind the last '/' or '\'; the whole text when there is none or only one as its
-// first character.
+// Returns the part after the last '/' or '\'. Without one, or with only one at the start,
+// returns the whole text.
 const char *namepart(const char *text) {
     const char *name = text;
     for (const char *p = text; *p != 0; ++p)
@@ -21,13 +21,13 @@ const char *namepart(const char *text) {
     return name == text + 1 ? text : name;
 }
 
-// A text's directory part, copied, and its name part.
+// A copy of a text's directory part, and its name part.
 struct PATHPARTS {
     char directory[WILDTEXTSIZE];
     const char *name;
 };
 
-// False when a part is too long.
+// Returns false when a part is too long.
 bool splitpath(PATHPARTS *parts, const char *text) {
     parts->name = namepart(text);
     return copytext(parts->directory, text, static_cast<size_t>(parts->name - text),
@@ -52,7 +52,7 @@ int matchpath(char *output, const char *string, const char *pattern, const char 
     if (namepart(pattern) == pattern)
         return matchstring(output, string, pattern, destination, length, caseSensitive,
                            caseCarrying);
-    PATHPARTS strings; // these are not cleared: they are large
+    PATHPARTS strings; // too large to clear
     PATHPARTS patterns;
     PATHPARTS destinations;
     const bool fits = splitpath(&strings, string) && splitpath(&patterns, pattern) &&
@@ -66,7 +66,8 @@ int matchpath(char *output, const char *string, const char *pattern, const char 
 
 namespace {
 
-// Characters that the wildcard at *position can write; moves behind it and its index.
+// Returns the greatest number of characters for the wildcard at *position. Moves after it and
+// its index.
 int64_t insertionroom(const char **position, const char *end, int64_t longestCapture) {
     const char *p = *position;
     const char wildcard = *p++;
@@ -111,7 +112,7 @@ int64_t WILD_outputroom(const char *string, const char *destination) {
     const char *end = destination + strlen(destination);
     const char *name = namepart(destination);
     const int64_t whole = roomfor(destination, end, longestCapture);
-    // Split, an index that holds a separator is read otherwise.
+    // An index with a separator reads differently in a split path.
     const int64_t parts =
         roomfor(destination, name, longestCapture) + roomfor(name, end, longestCapture);
     return (parts > whole ? parts : whole) + 1;

@@ -1,4 +1,4 @@
-// What the matching half hands to the building half of one string match. Private to wild/.
+// One string match, passed from match.cpp to build.cpp. Private to wild/.
 #pragma once
 
 #include "base/text.h"
@@ -10,7 +10,7 @@
 // The longest literal, capture and index.
 constexpr int WILDTEXTLIMIT = WILDTEXTSIZE - 1;
 
-// Upper bound of the positions that a destination range may name.
+// Upper bound of the positions in a destination range.
 constexpr int32_t WILDLASTPOSITION = 32768;
 
 // A captured part of the string.
@@ -19,14 +19,13 @@ struct CAPTURE {
     int32_t length;
 };
 
-// A pattern has no more wildcards than characters, so the lists never grow.
+// The lists never grow: a pattern has no more wildcards than characters.
 struct CAPTURES {
     int32_t count;
     CAPTURE items[WILDTEXTLIMIT];
 };
 
-// Large, and therefore never cleared as a whole: a match that fails early pays only for what
-// it used.
+// Not cleared: it is large, and many matches fail early.
 struct WILDMATCH {
     const char *string;
     const char *position; // in the string
@@ -61,7 +60,15 @@ inline bool isrightbracket(char c) {
     return c != 0 && charvalue(c) == WILDcharrightbracket;
 }
 
-// Length of the literal run at the position.
+// Returns the number of digits at the position.
+inline size_t digitlength(const char *text) {
+    size_t length = 0;
+    while (isdigitchar(text[length]))
+        ++length;
+    return length;
+}
+
+// Returns the length of the literal at the position.
 inline size_t literallength(const char *text) {
     size_t length = 0;
     while (text[length] != 0 && !iswildchar(text[length]))
@@ -69,28 +76,28 @@ inline size_t literallength(const char *text) {
     return length;
 }
 
-// The text's position in a piece of string, given by lengths; null when it is not there.
+// Returns the first occurrence of the literal in the string, or null.
 const char *findliteral(const char *string, size_t stringLength, const char *literal,
                         size_t literalLength, bool caseSensitive);
 
 bool isdigits(const char *text, size_t length);
 
-// The end of the bracketed groups at the position, at most two; the position itself when
-// there are none, null when one is not closed before `end` (null: the end of the text).
+// Returns the end of the bracketed groups at the position, at most two, or the position itself
+// without any. Returns null when one is not closed before `end` or the terminator.
 const char *skipindex(const char *position, const char *end);
 
-// A decimal text's value; saturates.
+// Returns the value of `length` decimal digits; saturates.
 int32_t decimalvalue(const char *text, size_t length);
 
-// What the building half made of a match.
+// Results of buildoutput.
 constexpr int WILDBUILT = 1;
 constexpr int WILDBADINDEX = 0; // the output ends at an invalid index
 constexpr int WILDFAILED = -1;  // out of memory, or the output passes the limit
 
-// Writes the output of a successful match, at most `limit` characters, and ends it.
+// Writes the output of a successful match, at most `limit` characters, and terminates it.
 int buildoutput(WILDMATCH *match, char *output, const char *destination, bool caseCarrying,
                 int64_t limit);
 
-// matchstring with an output of at most `limit` characters; a longer one fails the match.
+// Works like matchstring, but fails when the output passes `limit` characters.
 int matchlimited(char *output, const char *string, const char *pattern, const char *destination,
                  int *length, int caseSensitive, int caseCarrying, int64_t limit);

@@ -1,4 +1,4 @@
-// The settings and the small text helpers of the matcher.
+// The matcher's settings and functions on texts.
 #include "base/options.h"
 #include "mem/galloc.h"
 #include "range/range.h"
@@ -89,16 +89,33 @@ int32_t decimalvalue(const char *text, size_t length) {
     return toint32(value);
 }
 
+namespace {
+
+// Returns the position after the bracket that ends the group at p, or null without one.
+const char *skipgroup(const char *p, const char *end) {
+    do
+        ++p;
+    while (p != end && *p != 0 && !isleftbracket(*p) && !isrightbracket(*p));
+    return p != end && *p != 0 ? p + 1 : nullptr;
+}
+
+// Copies the contents of the group at *position and moves after it. Returns false without a
+// closed group.
+bool takegroup(const char **position, char *contents) {
+    const char *start = *position + 1;
+    const char *end = isleftbracket(**position) ? skipgroup(*position, nullptr) : nullptr;
+    if (end == nullptr || !isrightbracket(end[-1]))
+        return false;
+    *position = end;
+    return copytext(contents, start, static_cast<size_t>(end - 1 - start), WILDTEXTSIZE);
+}
+
+} // namespace
+
 const char *skipindex(const char *position, const char *end) {
     const char *p = position;
-    for (int groups = 0; groups < 2 && p != end && isleftbracket(*p); ++groups) {
-        do
-            ++p;
-        while (p != end && *p != 0 && !isleftbracket(*p) && !isrightbracket(*p));
-        if (p == end || *p == 0)
-            return nullptr;
-        ++p;
-    }
+    for (int groups = 0; groups < 2 && p != nullptr && p != end && isleftbracket(*p); ++groups)
+        p = skipgroup(p, end);
     return p;
 }
 
@@ -111,25 +128,6 @@ const char *getIndex(char *index, const char *destination) {
                ? end
                : nullptr;
 }
-
-namespace {
-
-// Copies the contents of the group at the position and moves behind it; false when there is
-// none that is closed.
-bool takegroup(const char **position, char *contents) {
-    const char *start = *position + 1;
-    const char *p = start;
-    if (!isleftbracket(**position))
-        return false;
-    while (*p != 0 && !isleftbracket(*p) && !isrightbracket(*p))
-        ++p;
-    if (!isrightbracket(*p))
-        return false;
-    *position = p + 1;
-    return copytext(contents, start, static_cast<size_t>(p - start), WILDTEXTSIZE);
-}
-
-} // namespace
 
 int isValidIndex(const char *index, char *number, char *range) {
     number[0] = 0;
@@ -172,18 +170,15 @@ char **reallocateBuffer(char **list, const char *text, int32_t count) {
         grelease(copy);
         return nullptr;
     }
-    if (list != nullptr) {
-        memcpy(larger, list, (static_cast<size_t>(count) - 1) * sizeof(char *));
-        gfree(list);
-    }
+    for (int32_t i = 0; i < count - 1; ++i)
+        larger[i] = list[i];
     larger[count - 1] = copy;
+    grelease(list);
     return larger;
 }
 
 void freeBuffer(char **list, int32_t count) {
-    if (list == nullptr)
-        return;
-    for (int32_t i = 0; i < count; ++i)
+    for (int32_t i = 0; list != nullptr && i < count; ++i)
         gfree(list[i]);
-    gfree(list);
+    grelease(list);
 }
