@@ -1,6 +1,6 @@
-// baseline SYMBOLFILE NAME: the straightforward program. One hash map, strings and vectors,
-// std::getline, a breadth-first walk; prints the line that `tolvik -v1 -sNAME` prints. It is
-// what script/bench measures tolvik against.
+// baseline SYMBOLFILE NAME: the straightforward program: one hash map, strings and vectors,
+// std::getline, a breadth-first walk. Prints the line that `tolvik -v1 -sNAME` prints. script/bench
+// compares tolvik with it.
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -126,5 +126,5 @@ int main(int argc, char **argv) {
     printf("%-32s %16s %8d refs %8d %8ld \n", symbol->name.c_str(), symbol->file->name.c_str(),
            refs, symbol->file->size, linked(symbol));
     fflush(stdout);
-    _Exit(0); // giving millions of blocks back one by one is not what is measured
+    _Exit(0); // freeing millions of blocks is not measured
 }

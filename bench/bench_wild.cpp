@@ -1,5 +1,5 @@
-// What one match costs. A recursive search asks the matcher about every file it meets, so a
-// miss has to cost less than reading the directory entry did.
+// The cost of one match. A recursive search matches every file, so a miss must cost less than
+// reading the directory entry.
 #include "range/range.h"
 #include "wild/wild.h"
 
@@ -21,7 +21,7 @@ void range(benchmark::State &state, const char *spec) {
         benchmark::DoNotOptimize(RANGE_match(spec, nullptr, number++ & 1023));
 }
 
-// Grows with the product of the lengths, not with the number of stars in the exponent.
+// The time grows with the product of the lengths, not exponentially with the number of stars.
 void stars(benchmark::State &state) {
     std::string bound;
     for (int64_t i = 0; i < state.range(0); ++i)

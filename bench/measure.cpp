@@ -1,7 +1,7 @@
-// measure RUNS FILE: runs the commands of the file, one a line, round by round, so that a busy
-// machine is busy for all of them, and prints for each its median time in milliseconds, its
-// peak memory in kilobytes and its name. A line is the name, a blank, and the command's words;
-// the word %F stands for all words of the file F. Standard output goes to /dev/null.
+// measure RUNS FILE: runs the commands of the file, one a line, in turn, so that the load of the
+// machine affects all of them. Prints for each its name, its median time in milliseconds and its
+// peak memory in kilobytes. A line is the name, a blank, and the command's words. The word %F
+// stands for all words of the file F. Standard output goes to /dev/null.
 #include <algorithm>
 #include <chrono>
 #include <cstdio>

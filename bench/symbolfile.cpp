@@ -1,15 +1,14 @@
 // symbolfile KIND OBJECTS [DEFINES REFERS [SEED]]: writes a symbol file to standard output.
 //
-//   product   one product: objects in libraries, references by preferential attachment (well
-//             known symbols become better known), most of them within the library; nearly all
-//             objects reach one another
-//   growth    the same, but an object refers to earlier ones only: no two reach one another
+//   product   one product: objects in libraries, references by preferential attachment, most of
+//             them within the library; nearly all objects reach each other
+//   growth    the same, but an object refers only to earlier ones: no two reach each other
 //   layers    ten layers of objects that refer to the layers below: wide, shallow closures
 //   hub       one object that refers to all others, which refer to it
 //   chain     every object refers to the next one
 //
-// DEFINES and REFERS are numbers for the whole file; chain and hub have one definition an
-// object. The same arguments give the same file on every machine.
+// DEFINES and REFERS are totals for the file; chain and hub have one definition for each object.
+// The same arguments give the same file on every machine.
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -21,7 +20,7 @@ namespace {
 
 uint64_t state = 0;
 
-// SplitMix64, so that no library's choice of generator shows in the file.
+// SplitMix64: standard generators may differ between libraries.
 uint64_t next() {
     uint64_t z = state += 0x9E3779B97F4A7C15ULL;
     z = (z ^ z >> 30) * 0xBF58476D1CE4E5B9ULL;
@@ -47,7 +46,7 @@ struct SIZES {
     size_t objects, defines, refers;
 };
 
-// Symbol i belongs to object i * objects / defines, so every object has its share.
+// Returns the object that defines the symbol. Every object has about as many symbols.
 size_t objectof(const SIZES &sizes, size_t symbol) {
     return symbol * sizes.objects / sizes.defines;
 }
@@ -73,7 +72,7 @@ void printheader(size_t object, size_t librarySize) {
            20020000 + static_cast<int>(below(12) * 100 + below(28)) + 1);
 }
 
-// A symbol of the objects from `first` on, `count` of them.
+// Returns a random symbol of `count` objects, starting with `first`.
 size_t anyof(const SIZES &sizes, size_t first, size_t count) {
     const size_t from = firstsymbol(sizes, first);
     const size_t to = firstsymbol(sizes, first + count);
@@ -82,7 +81,7 @@ size_t anyof(const SIZES &sizes, size_t first, size_t count) {
 
 constexpr size_t librarySize = 100; // objects
 
-// The target of one more reference of the object, given the targets so far.
+// Returns the target of one more reference of the object; sofar has the targets of all before.
 size_t attach(const SIZES &sizes, size_t object, bool backwards,
               const std::vector<uint32_t> &sofar) {
     const size_t library = object / librarySize * librarySize;

@@ -1,6 +1,6 @@
-// tree DIRECTORY FILES: makes a tree of empty files, 50 in a directory, ten directories in each
-// one above, three deep. They are called odd and even and their number, without an extension,
-// so that tolvik names each one it finds and imports none.
+// tree DIRECTORY FILES: makes a tree of empty files, 50 in each directory, ten subdirectories in
+// each directory, three levels. Their names are "odd" or "even" and a number, without an extension,
+// so that tolvik names each file that it finds and imports none.
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>

@@ -1,5 +1,5 @@
-/* psx-object OBJECT: makes a PlayStation object, in the form that toolchains/reverse.cpp tells of,
-   from a list of what it is to hold, on standard input, numbers in hexadecimal:
+/* psx-object OBJECT: makes a PlayStation object, in the form that toolchains/reverse.cpp describes,
+   from a list on standard input, with hexadecimal numbers:
 
        source C:\LIB\CORE\EVENTS.C:
        block 00000000 21c
@@ -21,76 +21,59 @@ void put_number(FILE *object, int bytes, unsigned number) {
 
 bool put_name(FILE *object, const char *name) {
     size_t length = strlen(name);
-    if (!length || length > 0xFFFF) {
-        return false;
-    }
     put_number(object, 2, static_cast<unsigned>(length));
     fputs(name, object);
-    return true;
+    return length > 0 && length <= 0xFFFF;
 }
 
-// The text behind the word when the line begins with it.
-const char *behind(const char *line, const char *word) {
+// The text after the word if the line begins with the word, else null.
+const char *after(const char *line, const char *word) {
     size_t length = strlen(word);
     return strncmp(line, word, length) == 0 ? line + length : nullptr;
 }
 
-bool put_block(FILE *object, const char *numbers) {
+// Writes the tag and the number, and returns the text after the number and a blank, or null.
+const char *put_tagged(FILE *object, char tag, const char *text) {
     char *rest = nullptr;
-    unsigned address = static_cast<unsigned>(strtoul(numbers, &rest, 16));
-    if (*rest != ' ') {
-        return false;
-    }
-    putc('B', object);
-    put_number(object, 4, address);
-    put_number(object, 4, static_cast<unsigned>(strtoul(rest, nullptr, 16)));
-    return true;
-}
-
-bool put_definition(FILE *object, const char *text) {
-    char *rest = nullptr;
-    unsigned address = static_cast<unsigned>(strtoul(text, &rest, 16));
-    if (*rest != ' ') {
-        return false;
-    }
-    putc('D', object);
-    put_number(object, 4, address);
-    return put_name(object, rest + 1);
+    putc(tag, object);
+    put_number(object, 4, static_cast<unsigned>(strtoul(text, &rest, 16)));
+    return *rest == ' ' ? rest + 1 : nullptr;
 }
 
 bool put_line(FILE *object, const char *line) {
-    if (const char *block = behind(line, "block ")) {
-        return put_block(object, block);
+    if (const char *block = after(line, "block ")) {
+        const char *size = put_tagged(object, 'B', block);
+        put_number(object, 4, size ? static_cast<unsigned>(strtoul(size, nullptr, 16)) : 0);
+        return size != nullptr;
     }
-    if (const char *definition = behind(line, "define ")) {
-        return put_definition(object, definition);
+    if (const char *definition = after(line, "define ")) {
+        const char *name = put_tagged(object, 'D', definition);
+        return name && put_name(object, name);
     }
-    if (const char *name = behind(line, "refer ")) {
-        putc('R', object);
-        return put_name(object, name);
-    }
-    return false;
+    const char *name = after(line, "refer ");
+    putc('R', object);
+    return name && put_name(object, name);
 }
 
-char *next_line(char **line, size_t *room) {
-    ssize_t length = getline(line, room, stdin);
-    if (length <= 0) {
-        return nullptr;
+// Reads a line, without its line feed, into *line, which getline allocates.
+bool next_line(char **line, size_t *size) {
+    if (getline(line, size, stdin) <= 0) {
+        return false;
     }
     (*line)[strcspn(*line, "\n")] = 0;
-    return *line;
+    return true;
 }
 
 bool write_object(FILE *object) {
     char *line = nullptr;
-    size_t room = 0;
-    const char *source = next_line(&line, &room) ? behind(line, "source ") : nullptr;
+    size_t size = 0;
+    const char *source = next_line(&line, &size) ? after(line, "source ") : nullptr;
     bool good = source != nullptr;
     if (good) {
         fwrite("PSXOBJ1", 1, 8, object);
         fwrite(source, 1, strlen(source) + 1, object);
     }
-    while (good && next_line(&line, &room)) {
+    while (good && next_line(&line, &size)) {
         good = put_line(object, line);
     }
     if (!good) {

@@ -19,8 +19,4 @@ enum mood behave_idle(struct entity *entity);
 enum mood behave_chase(struct entity *entity);
 enum mood behave_flee(struct entity *entity);
 
-/* route.c */
-int route_find(int from_x, int from_y, int to_x, int to_y, u8 *steps, int room);
-int route_clear(struct vector from, struct vector to);
-
 #endif

@@ -1,4 +1,4 @@
-/* Lets the mood act; the table of moods is data, so whoever reads symbols sees no call here. */
+/* Calls the mood through a table. The table is data, so the symbols show no call. */
 #include "ai/ai.h"
 
 void brain_think(struct entity *entity) {

@@ -14,7 +14,6 @@ struct sound {
 int mixer_play(const struct sound *sound, int volume);
 void mixer_stop(int voice);
 void mixer_fill(signed char *to, int count);
-HIDDEN int mixer_busy(void);
 
 /* notes.c */
 extern const u16 note_steps[12];
@@ -23,9 +22,5 @@ extern const u16 note_steps[12];
 void music_play(const char *tune);
 void music_tick(void);
 PROTECTED void music_stop(void);
-
-/* effects.c: the beep is defined weak. */
-void effects_listen(void);
-void effects_beep(int pitch);
 
 #endif

@@ -1,4 +1,4 @@
-/* Adds the voices that sound. */
+/* Adds the active voices. */
 #include "audio/audio.h"
 
 enum { VOICES = 8 };
@@ -48,12 +48,4 @@ void mixer_fill(signed char *to, int count) {
                 sum += sample(i);
         *to = (signed char)(sum < -128 ? -128 : sum > 127 ? 127 : sum);
     }
-}
-
-int mixer_busy(void) {
-    int busy = 0;
-    int i;
-    for (i = 0; i < VOICES; i++)
-        busy += voices[i].sound != NOTHING;
-    return busy;
 }

@@ -1,4 +1,4 @@
-/* Settings by name: what was set, else what was shipped. */
+/* Settings by name: the value that was set, else the default. */
 #include "core/core.h"
 
 enum { SETTINGS = 16, NAME_BYTES = 16 };

@@ -3,7 +3,7 @@
 
 enum { HISTORY_BYTES = 1024 };
 
-/* A game may define it to see every line; without it nobody is called. */
+/* A game may define this to see every line. */
 extern void game_console_hook(const char *text) WEAK;
 
 static char *history;
@@ -37,10 +37,4 @@ void console_number(s32 value) {
 void console_line(const char *text) {
     console_print(text);
     console_print("\n");
-}
-
-int console_history(char *to, int room) {
-    int length = history_length < room ? history_length : room;
-    memcpy(to, history, (bytes)length);
-    return length;
 }

@@ -1,4 +1,4 @@
-/* The hub: whoever posts an event need not know who listens. */
+/* The hub: a source of events does not know the listeners. */
 #include "core/core.h"
 
 enum { QUEUE = 64, LISTENERS = 4 };
@@ -31,16 +31,11 @@ void event_post(enum event event, s32 value) {
 
 void event_dispatch(void) {
     while (pending > 0) {
-        enum event event = queue[first].event;
-        s32 value = queue[first].value;
+        int slot = first;
         int i;
         first = (first + 1) % QUEUE;
         pending--;
-        for (i = 0; i < LISTENERS && handlers[event][i]; i++)
-            handlers[event][i](event, value);
+        for (i = 0; i < LISTENERS && handlers[queue[slot].event][i]; i++)
+            handlers[queue[slot].event][i](queue[slot].event, queue[slot].value);
     }
-}
-
-int event_pending(void) {
-    return pending;
 }

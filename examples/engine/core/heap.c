@@ -1,4 +1,4 @@
-/* First-fit heap in one arena; a block's header holds its size and whether it is taken. */
+/* First-fit heap in one arena. A block's header holds its size and whether it is taken. */
 #include "core/core.h"
 
 enum { ARENA_BYTES = 256 * 1024, ALIGNMENT = 8 };
@@ -11,10 +11,6 @@ struct header {
 static u8 arena[ARENA_BYTES] __attribute__((aligned(8)));
 static bytes used;
 
-static struct header *first_block(void) {
-    return (struct header *)arena;
-}
-
 static struct header *next_block(struct header *block) {
     return (struct header *)((u8 *)(block + 1) + block->size);
 }
@@ -23,41 +19,34 @@ static int at_end(const struct header *block) {
     return (const u8 *)block >= arena + ARENA_BYTES;
 }
 
-void heap_reset(void) {
-    memset(arena, 0, sizeof(struct header));
-    first_block()->size = ARENA_BYTES - sizeof(struct header);
-    used = 0;
+static struct header *first_block(void) {
+    struct header *first = (struct header *)arena;
+    if (first->size == 0) {
+        memset(first, 0, sizeof *first);
+        first->size = ARENA_BYTES - sizeof *first;
+    }
+    return first;
 }
 
 static void split(struct header *block, bytes size) {
     bytes rest = block->size - size;
-    if (rest <= sizeof(struct header))
+    if (rest <= sizeof *block)
         return;
     block->size = size;
-    next_block(block)->size = rest - sizeof(struct header);
+    next_block(block)->size = rest - sizeof *block;
     next_block(block)->taken = 0;
-}
-
-static void join(struct header *block) {
-    while (!at_end(next_block(block)) && !next_block(block)->taken)
-        block->size += sizeof(struct header) + next_block(block)->size;
 }
 
 void *heap_take(bytes size) {
     struct header *block;
-    if (first_block()->size == 0)
-        heap_reset();
     size = (size + ALIGNMENT - 1) & ~(bytes)(ALIGNMENT - 1);
     for (block = first_block(); !at_end(block); block = next_block(block)) {
-        if (block->taken)
+        if (block->taken || block->size < size)
             continue;
-        join(block);
-        if (block->size >= size) {
-            split(block, size);
-            block->taken = 1;
-            used += block->size;
-            return block + 1;
-        }
+        split(block, size);
+        block->taken = 1;
+        used += block->size;
+        return block + 1;
     }
     panic("out of memory");
     return NOTHING;
@@ -65,15 +54,9 @@ void *heap_take(bytes size) {
 
 void heap_give(void *block) {
     struct header *header = (struct header *)block - 1;
-    if (!block)
-        return;
-    panic_unless(header->taken == 1, "block given back twice");
+    panic_unless(header->taken == 1, "block released twice");
     header->taken = 0;
     used -= header->size;
-}
-
-bytes heap_used(void) {
-    return used;
 }
 
 int heap_check(void) {

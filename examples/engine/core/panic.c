@@ -1,4 +1,4 @@
-/* The last words. The console may panic in turn, so a second panic only halts. */
+/* The end of a run. The console may panic in turn, so a second panic only halts. */
 #include "core/core.h"
 
 static int panicking;

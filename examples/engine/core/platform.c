@@ -1,4 +1,4 @@
-/* What a machine must do for the engine; these do nothing, and a game's own take precedence. */
+/* Functions of the machine. These do nothing, and a game's own take precedence. */
 #include "core/core.h"
 
 static u32 fake_ticks;
@@ -15,10 +15,4 @@ WEAK void platform_halt(void) {
 
 WEAK u32 platform_ticks(void) {
     return ++fake_ticks;
-}
-
-WEAK void platform_present(const u8 *pixels, int width, int height) {
-    (void)pixels;
-    (void)width;
-    (void)height;
 }

@@ -1,4 +1,4 @@
-/* Times between marks. Linked only when a game asks for the report: the frame knows it weakly. */
+/* Times between marks. The session refers to it weakly, so it is linked only for the report. */
 #include "core/core.h"
 
 enum { MARKS = 32 };
@@ -12,7 +12,7 @@ static int count;
 void profiler_mark(const char *what) {
     if (count < MARKS) {
         marks[count].what = what;
-        marks[count++].at = clock_elapsed();
+        marks[count++].at = platform_ticks();
     }
 }
 
@@ -20,7 +20,6 @@ void profiler_report(void) {
     int i;
     for (i = 1; i < count; i++) {
         console_print(marks[i].what);
-        console_print(" ");
         console_number((s32)(marks[i].at - marks[i - 1].at));
         console_print("\n");
     }

@@ -1,4 +1,4 @@
-/* Angles by table: a full turn is 256, so that a byte wraps by itself. */
+/* Angles by table. A full turn is 256, so that a byte holds any angle. */
 #include "math/fixmath.h"
 
 fixed trig_sine(int angle) {
@@ -19,7 +19,7 @@ fixed trig_cosine(int angle) {
     return trig_sine(angle + 64);
 }
 
-/* Halves the turn until the direction is met: eight steps suffice for a byte. */
+/* Halves the turn eight times, once for each bit of the angle. */
 int trig_angle(fixed x, fixed y) {
     int best = 0;
     int step;

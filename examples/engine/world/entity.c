@@ -1,25 +1,17 @@
-/* Everybody: one list over one pool. */
+/* All entities, in one list. */
 #include "ai/ai.h"
-#include "world/world.h"
 
-enum { MOST = 64 };
-
-static struct pool pool;
 static struct entity *first;
 
-struct entity *entity_spawn(struct vector place, u8 colour) {
-    struct entity *entity;
-    if (!pool.first)
-        pool_open(&pool, sizeof *entity, MOST);
-    entity = pool_take(&pool);
-    if (!entity)
-        return NOTHING;
-    entity->place = place;
+struct entity *entity_spawn(fixed x, fixed y) {
+    struct entity *entity = heap_take(sizeof *entity);
+    memset(entity, 0, sizeof *entity);
+    entity->x = x;
+    entity->y = y;
     entity->health = 100;
-    entity->colour = colour;
     entity->next = first;
     first = entity;
-    event_post(EVENT_SPAWN, colour);
+    event_post(EVENT_SPAWN, entity->health);
     return entity;
 }
 
@@ -29,35 +21,29 @@ void entity_remove(struct entity *entity) {
         link = &(*link)->next;
     if (*link) {
         *link = entity->next;
-        pool_give(&pool, entity);
+        heap_give(entity);
     }
 }
 
-void entity_each(entity_visitor visitor) {
-    struct entity *entity = first;
-    while (entity) {
-        struct entity *next = entity->next;
-        visitor(entity);
-        entity = next;
-    }
-}
-
-struct entity *entity_nearest(struct vector place, const struct entity *but) {
+struct entity *entity_nearest(const struct entity *entity) {
     struct entity *nearest = NOTHING;
+    struct entity *other;
     fixed least = 0x7fffffff;
-    struct entity *entity;
-    for (entity = first; entity; entity = entity->next) {
-        fixed distance = vector_length(vector_subtract(entity->place, place));
-        if (entity != but && distance < least) {
+    for (other = first; other; other = other->next) {
+        fixed distance = fixed_distance(other->x, entity->x) + fixed_distance(other->y, entity->y);
+        if (other != entity && distance < least) {
             least = distance;
-            nearest = entity;
+            nearest = other;
         }
     }
     return nearest;
 }
 
-void entity_step(struct entity *entity) {
-    brain_think(entity);
-    collide_move(entity);
-    trigger_check(entity);
+void entity_step(void) {
+    struct entity *entity;
+    for (entity = first; entity; entity = entity->next) {
+        brain_think(entity);
+        collide_move(entity);
+        trigger_check(entity);
+    }
 }
