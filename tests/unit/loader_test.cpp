@@ -1,4 +1,4 @@
-#include "search_tree.h"
+#include "support.h"
 
 #include "symbols/loader.h"
 

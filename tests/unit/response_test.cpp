@@ -2,7 +2,7 @@
 #include "brax/files.h"
 #include "brax/response.h"
 #include "mem/galloc.h"
-#include "search_tree.h"
+#include "support.h"
 
 #include <cstring>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "search/directory.h"
 
-#include "search_tree.h"
+#include "support.h"
 
 #include <cstring>
 #include <ctime>

@@ -3,7 +3,7 @@
 #include "search/argv.h"
 #include "search/find.h"
 #include "search/rules.h"
-#include "search_tree.h"
+#include "support.h"
 #include "wild/wild.h"
 
 #include <algorithm>
