@@ -1,42 +1,33 @@
 #include "base/options.h"
-#include "mem/galloc.h"
+#include "support.h"
 #include "wild/mathrules.h"
 #include "wild/wild.h"
 
-#include <gtest/gtest.h>
-#include <string>
 #include <vector>
 
 namespace {
 
-struct MathRules : testing::Test {
-    int blocks = galloccount;
+struct MathRules : COUNTED {
     int32_t verbose = OPTverbose;
+    std::string said;
 
     void TearDown() override {
         WILD_deletemathrules();
         OPTverbose = verbose;
-        EXPECT_EQ(galloccount, blocks);
+        COUNTED::TearDown();
     }
-
-    void setrules(const std::vector<std::string> &rules) {
+    static void setrules(const std::vector<std::string> &rules) {
         WILD_deletemathrules();
         for (const std::string &rule : rules)
             WILD_addmathrule(rule.c_str());
     }
-
-    int32_t apply(int32_t index, std::vector<std::string> captures = {"12", "3"}) {
-        std::vector<char *> texts;
-        texts.reserve(captures.size());
-        for (std::string &capture : captures)
-            texts.push_back(capture.data());
-        testing::internal::CaptureStdout();
-        const int32_t value =
-            WILD_applymathrules(texts.data(), index, static_cast<int32_t>(texts.size()));
-        said = testing::internal::GetCapturedStdout();
+    int32_t apply(int32_t index, std::string first = "12") {
+        std::string second = "3";
+        char *texts[] = {first.data(), second.data()};
+        int32_t value = 0;
+        said = printed([&] { value = WILD_applymathrules(texts, index, 2); });
         return value;
     }
-    std::string said;
 };
 
 constexpr int32_t none = WILDNORULE;
@@ -71,7 +62,7 @@ TEST_F(MathRules, ComputesCaptures) {
     }
 }
 
-TEST_F(MathRules, RefusesWhatIsMalformed) {
+TEST_F(MathRules, RefusesMalformedRules) {
     for (const char *rule :
          {"", "x", "#", "[0]=1", "#[0=1", "#[0", "#[]=1", "#[x]=1", "#[-0]=1", "#[0]1", "#[0]=#[2]",
           "#=#[", "#=#[]", "#=#[1", "#=#[a]", "#=1+2+3+4+5+6+7+8+9+1+2+3+4+5+6+7+8+9+10",
@@ -90,9 +81,9 @@ TEST_F(MathRules, RefusesWhatIsMalformed) {
     EXPECT_EQ(said, "expression - ERROR UNDEFINED SYMBOL AT POSITION 2\n"
                     "Error in expression: 3+x\n");
     setrules({"#=1"});
-    EXPECT_EQ(apply(0, {std::string(5000, '9')}), 1);
+    EXPECT_EQ(apply(0, std::string(5000, '9')), 1);
     setrules({"#=#"});
-    EXPECT_EQ(apply(0, {std::string(40, '9')}), none);
+    EXPECT_EQ(apply(0, std::string(40, '9')), none);
     EXPECT_EQ(said, "Invalid rule format #=#\n");
 }
 
@@ -127,9 +118,7 @@ TEST_F(MathRules, ChangeTheNumbersOfAMatch) {
     for (const auto &c : cases) {
         setrules(c.rules);
         char output[64];
-        testing::internal::CaptureStdout();
-        EXPECT_EQ(WILD_match(output, "f12_3.c", "f#_#.c", c.destination), 1);
-        testing::internal::GetCapturedStdout();
+        printed([&] { EXPECT_EQ(WILD_match(output, "f12_3.c", "f#_#.c", c.destination), 1); });
         EXPECT_STREQ(output, c.output) << c.destination;
     }
 }

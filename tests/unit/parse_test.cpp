@@ -3,17 +3,15 @@
 #include "brax/builtin.h"
 #include "brax/names.h"
 #include "brax/parse.h"
-#include "mem/galloc.h"
 #include "search/argv.h"
+#include "support.h"
 
 #include <cstring>
-#include <gtest/gtest.h>
-#include <string>
 #include <vector>
 
 namespace {
 
-std::string called; // what the callbacks were asked, in order
+std::string called; // the calls of the callbacks, in order
 void (*reset)() = nullptr;
 
 void onreset() {
@@ -49,8 +47,7 @@ struct Parse : testing::Test {
         unsetenv("PROG_OPTS");
     }
 
-    // Parses to the end: "source>destination " for each file, "| " behind each batch that is
-    // followed by another. Nothing may stay allocated.
+    // Parses to the end: "source>destination " for each file, "| " after each batch but the last.
     std::string parse(std::vector<std::string> arguments) {
         static const char *const history[] = {"1.0 first", nullptr};
         BRAX_init(onreset, onusage, onoption, history);
@@ -60,15 +57,14 @@ struct Parse : testing::Test {
         for (std::string &argument : arguments)
             argv.push_back(argument.data());
         std::string files;
-        bool more = true;
-        testing::internal::CaptureStdout();
-        while (more) {
-            more = BRAX_parse(static_cast<int>(argv.size()), argv.data(), "prog", "1.0");
-            for (int i = 0; i < BRAXargnum; ++i)
-                files += std::string(BRAXsargv[i]) + ">" + BRAXdargv[i] + " ";
-            files += more ? "| " : "";
-        }
-        said = testing::internal::GetCapturedStdout();
+        said = printed([&] {
+            for (bool more = true; more;) {
+                more = BRAX_parse(static_cast<int>(argv.size()), argv.data(), "prog", "1.0");
+                for (int i = 0; i < BRAXargnum; ++i)
+                    files += std::string(BRAXsargv[i]) + ">" + BRAXdargv[i] + " ";
+                files += more ? "| " : "";
+            }
+        });
         BRAX_restore();
         EXPECT_EQ(galloccount, held);
         return files;
@@ -111,7 +107,7 @@ TEST_F(Parse, KeepsOptionsAndSkipsRulesWhenTheProgramAsksForIt) {
         OPTskiprules = 1;
     };
     EXPECT_EQ(parse({"-v1", "a", "b", "-=r"}), "-v1>-v1 a>a b>r -=r>r ");
-    // A lone destination goes to the last name that stands without one.
+    // A lone destination goes to the last name without one.
     reset = [] { OPTskiprules = 2; };
     EXPECT_EQ(parse({"a", ".def", "b", "\"\"=x", "c"}), "a>a .def>.def b>x c>x ");
     OPTnamecombine = 0;
@@ -124,9 +120,7 @@ TEST_F(Parse, CallsTheProgramBack) {
         const char *called, *said;
     } cases[] = {
         {{"a"}, "prog PROG_OPTS 0; ", ""},
-        {{"a", ";", "b"}, "prog PROG_OPTS 0; ", ""},
         {{"a", "-b0"}, "", ""},
-        {{"a", "-v1"}, "", ""},
         {{}, "prog PROG_OPTS 2; ", ""},
         {{"-v0"}, "", ""},
         {{"-v5"}, "prog PROG_OPTS 5; ", ""},
@@ -170,9 +164,8 @@ TEST_F(Parse, RecognisesOneOptionWord) {
     };
     for (const auto &c : cases) {
         BRAXhelpgiven = 0;
-        testing::internal::CaptureStdout();
-        const char *end = Zop(c.text);
-        EXPECT_EQ(testing::internal::GetCapturedStdout(), c.said);
+        const char *end = nullptr;
+        EXPECT_EQ(printed([&] { end = Zop(c.text); }), c.said);
         EXPECT_EQ(end == nullptr ? -1 : end - c.text, c.length) << c.text;
     }
     EXPECT_STREQ(OPTpathrule, "out/");

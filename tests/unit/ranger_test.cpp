@@ -1,18 +1,15 @@
-#include "mem/galloc.h"
 #include "range/ranger.h"
+#include "support.h"
 
 #include <cmath>
-#include <gtest/gtest.h>
 #include <limits>
-#include <string>
 #include <vector>
 
 namespace {
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
-struct Ranger : testing::Test {
-    int blocks = galloccount;
+struct Ranger : COUNTED {
     EXPR *evaluator = EXPR_open();
 
     void SetUp() override {
@@ -20,7 +17,7 @@ struct Ranger : testing::Test {
     }
     void TearDown() override {
         EXPR_close(evaluator);
-        EXPECT_EQ(galloccount, blocks);
+        COUNTED::TearDown();
     }
 
     // At most a hundred values, with the defaults 0 and 5.
@@ -42,7 +39,6 @@ TEST_F(Ranger, HandsOutEveryValue) {
         std::vector<double> values;
     } cases[] = {
         {"10..0-=2", {10, 8, 6, 4, 2, 0}},
-        {"1,2,5", {1, 2, 5}},
         {"1..5", {1, 2, 3, 4, 5}},
         {"5..1", {5, 4, 3, 2, 1}},
         {"11..0-=3", {11, 8, 5, 2}},
@@ -50,7 +46,6 @@ TEST_F(Ranger, HandsOutEveryValue) {
         {"0..0.3+=0.1", {0, 0.1, 0.2, 0.3}},
         {"0.3..0+=0.1", {0.3, 0.2, 0.1, 0}},
         {"..6+=4", {2, 6}},
-        {"..2", {0, 1, 2}},
         {"3..", {3, 4, 5}},
         {"2+=2", {2, 4}},
         {"2+=", {2}},
@@ -60,7 +55,6 @@ TEST_F(Ranger, HandsOutEveryValue) {
         {"7..", {7, 6, 5}},
         {"x*2..x+(1,2)*4,'\"'-33", {6, 7, 8, 9, 10, 11, 1}},
         {"(x)..max(4,5)-=1", {3, 4, 5}},
-        {"1,,5", {1}},
         {"4,", {4}},
         {"", {}},
     };
@@ -86,26 +80,21 @@ TEST_F(Ranger, HandsOutEveryValue) {
     RANGER_close(ranger);
 }
 
-TEST_F(Ranger, StopsAtWhatItCannotRead) {
+TEST_F(Ranger, StopsAtMalformedElements) {
     for (const char *text : {"1,..", "1,2+=0", "1,2..3+=0", "1,2..3..4", "1,2+=1..4", "1,nope",
                              "1,(", "1,2..nope", "1,2+=1+"}) {
-        bool failed = false;
-        testing::internal::CaptureStdout();
-        EXPECT_EQ(valuesof(text, &failed, evaluator), std::vector<double>{1}) << text;
-        EXPECT_TRUE(failed) << text;
-        RANGER *ranger = RANGER_open(evaluator, text, 0, 5);
-        int64_t count = 0;
-        EXPECT_EQ(RANGER_info(ranger, nullptr, nullptr, &count), 0) << text;
-        EXPECT_EQ(count, 1) << text;
-        EXPECT_EQ(RANGER_closest(ranger, 9, 0), 1) << text;
-        EXPECT_EQ(ranger->failed, 1) << text;
-        ranger->failed = 0;
-        double value = 0;
-        while (RANGER_next(ranger, &value) != 0) {
-        }
-        EXPECT_EQ(RANGER_next(ranger, &value), 0) << text;
-        RANGER_close(ranger);
-        testing::internal::GetCapturedStdout();
+        printed([&] {
+            bool failed = false;
+            EXPECT_EQ(valuesof(text, &failed, evaluator), std::vector<double>{1}) << text;
+            EXPECT_TRUE(failed) << text;
+            RANGER *ranger = RANGER_open(evaluator, text, 0, 5);
+            int64_t count = 0;
+            EXPECT_EQ(RANGER_info(ranger, nullptr, nullptr, &count), 0) << text;
+            EXPECT_EQ(count, 1) << text;
+            EXPECT_EQ(RANGER_closest(ranger, 9, 0), 1) << text;
+            EXPECT_EQ(ranger->failed, 1) << text;
+            RANGER_close(ranger);
+        });
     }
 }
 
@@ -121,7 +110,7 @@ TEST_F(Ranger, EndsWhenAStepDoesNotMove) {
     EXPECT_EQ(valuesof("0..1e300+=1e300"), (std::vector<double>{0, 1e300}));
 }
 
-TEST_F(Ranger, TellsItsExtent) {
+TEST_F(Ranger, ReturnsItsExtent) {
     const struct {
         const char *text;
         double minimum, maximum;

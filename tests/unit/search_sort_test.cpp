@@ -1,16 +1,11 @@
 #include "base/options.h"
-#include "mem/galloc.h"
 #include "search/argv.h"
 #include "search/natural.h"
 #include "search/sort.h"
+#include "support.h"
 
-#include <algorithm>
-#include <cstdlib>
-#include <gtest/gtest.h>
 #include <iterator>
-#include <random>
 #include <sstream>
-#include <string>
 #include <vector>
 
 namespace {
@@ -116,12 +111,13 @@ TEST_F(Sort, MissingVectorsAndEmptyBatchesAreLeftAlone) {
     EXPECT_EQ(names(), "b a");
 }
 
-// The recursive form of the sort on direct comparisons, whose order of equal elements the
-// loop on ranks must keep.
+// The sort in its recursive form on direct comparisons.
 void recursivesort(int low, int high, int key, int bydirs) {
     if (low >= high)
         return;
-    const int split = BRAX_randpartition(low, high, key, bydirs);
+    const int pivot = low + rand() % (high - low);
+    BRAX_exchange(pivot, low);
+    const int split = BRAX_partition(low, high, key, bydirs);
     recursivesort(low, split, key, bydirs);
     recursivesort(split + 1, high, key, bydirs);
 }
@@ -138,10 +134,10 @@ std::string randomname() {
     return name;
 }
 
+// The pivots decide the order of equal elements.
 TEST_F(Sort, OrderOfEqualElementsFollowsTheRecursiveForm) {
     srand(7);
-    for (const std::string &common :
-         {std::string(), std::string("deep/down/"), std::string(300, '7')}) {
+    for (const std::string &common : {std::string("deep/down/"), std::string(300, '7')}) {
         std::string all;
         for (int i = 0; i < 2000; ++i)
             all += common + randomname() + " ";
@@ -161,46 +157,3 @@ TEST_F(Sort, OrderOfEqualElementsFollowsTheRecursiveForm) {
 }
 
 } // namespace
-
-// Long ranges are compared by places found beforehand; they must say what the comparison says.
-TEST(Natural, PlacesAgreeWithTheComparison) {
-    static std::vector<std::string> names;
-    names = {"",
-             "0",
-             "00",
-             "7",
-             "007",
-             "a",
-             "a0",
-             "a00b",
-             std::string(99, '9'),
-             std::string(100, '9'),
-             std::string(120, '0') + "1",
-             "9223372036854775807",
-             "9223372036854775808",
-             "\x80",
-             "\xff\x31",
-             "a\x7f",
-             "a1\xe4",
-             ":",
-             "/9"};
-    std::mt19937 generator(11);
-    for (int i = 0; i < 200; ++i) {
-        std::string name;
-        for (auto length = generator() % 12; length > 0; --length)
-            name += "0019ab/\xfe"[generator() % 8];
-        names.push_back(name);
-    }
-    const int last = static_cast<int>(names.size()) - 1;
-    int32_t *places = naturalplaces(0, last, [](int i) {
-        return NAMEPART{names[static_cast<size_t>(i)].c_str(), nullptr};
-    });
-    ASSERT_NE(places, nullptr);
-    for (int i = 0; i <= last; ++i)
-        for (int j = 0; j <= last; ++j)
-            EXPECT_EQ((places[i] > places[j]) - (places[i] < places[j]),
-                      BRAX_strcmp(names[static_cast<size_t>(i)].c_str(),
-                                  names[static_cast<size_t>(j)].c_str()))
-                << names[static_cast<size_t>(i)] << " and " << names[static_cast<size_t>(j)];
-    gfree(places);
-}
