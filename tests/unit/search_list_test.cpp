@@ -1,12 +1,9 @@
 #include "base/options.h"
 #include "base/text.h"
-#include "mem/galloc.h"
 #include "search/argv.h"
 #include "search/list.h"
 #include "search/relative.h"
-
-#include <gtest/gtest.h>
-#include <string>
+#include "support.h"
 
 namespace {
 
@@ -21,7 +18,6 @@ TEST(Relative, MovesNamesIntoADirectory) {
         const char *name, *relative, *result;
     } cases[] = {
         {"a.c", "lib/x/", "lib/x/a.c"},
-        {"a.c", "", "a.c"},
         {"lib/*.c", "lib/x/", "lib/x/*.c"},
         {"lib/x/*.c", "lib/x/", "lib/x/*.c"},
         {"lib/y/*.c", "lib/x/", "lib/y/x/*.c"},
@@ -36,7 +32,6 @@ TEST(Relative, MovesNamesIntoADirectory) {
         EXPECT_EQ(taken(BRAX_makerelative(c.name, c.relative)), c.result) << c.name;
     EXPECT_EQ(taken(BRAX_makerelativeAbs("/home/u/src/a.c", "/home/u/")), "src/a.c");
     EXPECT_EQ(taken(BRAX_makerelativeAbs("/home/u/src/a.c", "/tmp/")), "home/u/src/a.c");
-    swap_slash(nullptr, '/');
 }
 
 TEST(Relative, TakesDestinationsOutOfADirectory) {
@@ -47,7 +42,6 @@ TEST(Relative, TakesDestinationsOutOfADirectory) {
         {0, "", "lib/x/", "lib/x/a.obj", "a.obj"},
         {0, "", "lib/x/", "LIB/X/a.obj", "a.obj"},
         {0, "", "lib/y/", "lib/x/a.obj", "lib/x/a.obj"},
-        {1, "out/*.obj", "lib/x/", "out/lib/x/a.obj", "out/a.obj"},
         {1, "out/*.obj", "out/", "out/sub/a.obj", "out/sub/a.obj"},
         {1, "*.obj", "lib/x/", "lib/x/a.obj", "a.obj"},
         {1, "out/*.obj", "lib/", "d/longname.obj", "out/longname.obj"},
@@ -106,11 +100,9 @@ TEST_F(List, ClassifiesUpdatesAndRemovesEntries) {
     EXPECT_EQ(galloccount, held);
 }
 
-TEST_F(List, FlattensMatchesAndWhatIsKept) {
+TEST_F(List, FlattensMatchesAndKeptNames) {
     MakeArgvs(nullptr);
-    MakeArgvs(list);
     EXPECT_EQ(BRAXargnum, 0);
-    EXPECT_EQ(BRAXsargv, nullptr);
     for (const char *name : {"*.c", "none.c", "-opt"})
         AddToSearchList(list, name, name);
     char names[2][4] = {"a.c", "b.o"};
@@ -138,7 +130,7 @@ TEST_F(List, FlattensMatchesAndWhatIsKept) {
         EXPECT_EQ(BRAXargnum, 0);
         EXPECT_EQ(BRAXattribargv, nullptr);
     }
-    // Half a batch would mislead.
+    // Part of a batch is never returned.
     list->files[1]->incomplete = true;
     MakeArgvs(list);
     EXPECT_EQ(BRAXargnum, 0);

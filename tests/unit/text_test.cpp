@@ -1,8 +1,7 @@
 #include "base/options.h"
 #include "base/text.h"
 
-#include <gtest/gtest.h>
-#include <string>
+#include "support.h"
 
 namespace {
 
