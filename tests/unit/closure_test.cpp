@@ -2,7 +2,7 @@
 #include "report/totals.h"
 #include "support.h"
 
-#include <memory>
+#include <deque>
 #include <random>
 #include <vector>
 
@@ -16,25 +16,24 @@ struct MAP {
     std::vector<_tagfile> files;
     std::vector<_tagsymbol> symbols;
     std::vector<string> names;
-    std::vector<std::unique_ptr<_tagsymlist>> nodes;
+    std::deque<_tagsymlist> nodes;
 
     explicit MAP(size_t n) : files(n), symbols(n), names(n) {
         for (size_t i = 0; i < n; ++i) {
             names[i] = std::to_string(i);
             files[i].name = symbols[i].name = names[i].data();
             files[i].size = static_cast<int32_t>(i) + 1;
-            files[i].next = i + 1 < n ? &files[i + 1] : nullptr;
-            symbols[i].file = &files[i];
+            files[i].next = info.files;
+            info.files = symbols[i].file = &files[i];
         }
-        info.files = n > 0 ? files.data() : nullptr;
     }
     // Adds a reference at the front of the file's list.
     void refer(size_t from, size_t to) {
-        nodes.push_back(std::make_unique<_tagsymlist>());
-        *nodes.back() = {&symbols[to], files[from].refers};
-        files[from].refers = nodes.back().get();
+        nodes.push_back({&symbols[to], files[from].refers});
+        files[from].refers = &nodes.back();
     }
-    std::vector<int64_t> totals(int limit) {
+    // Of the files from the last to the first.
+    std::vector<int64_t> totals(int limit) const {
         GRAPH graph;
         EXPECT_TRUE(makegraph(&graph, &info, false));
         int64_t *sums = linktotals(&graph, limit);
@@ -113,7 +112,8 @@ TEST(Closure, TotalsAreTheSumsOfTheClosures) {
                     for (const _tagfilelist *e = list; e != nullptr; e = e->next)
                         sum += e->file->size;
                     flfree(list);
-                    ASSERT_EQ(totals[i], sum) << n << " files, kind " << kind << ", file " << i;
+                    ASSERT_EQ(totals[n - 1 - i], sum)
+                        << n << " files, kind " << kind << ", file " << i;
                 }
             }
         }
@@ -128,7 +128,7 @@ TEST(Closure, FollowsChainsOfAnyLength) {
     _tagfilelist *list = symneedfiles(&map.symbols[0], nullptr, INT32_MAX, 0);
     EXPECT_EQ(list->last->level, static_cast<int>(n) - 1);
     flfree(list);
-    const int64_t total = map.totals(INT32_MAX)[0];
+    const int64_t total = map.totals(INT32_MAX).back();
     EXPECT_EQ(total, int64_t{n} * (n + 1) / 2);
     EXPECT_EQ(saturated(total), INT32_MAX);
     EXPECT_EQ(saturated(-total), INT32_MIN);

@@ -91,27 +91,19 @@ TEST(Fields, ReadsOptionValuesWithinTheirRange) {
     const struct {
         const char *text;
         int32_t value;
-        const char *rest, *said;
-    } cases[] = {
-        {" x", 3, " x", ""},
-        {"5,", 5, ",", ""},
-        {"5%", 5, "%", ""},
-        {"w0 ", 3, "w0 ", ""},
-        {"4w0 ", 0, " ", "brax - NUMERICAL OPTION ERROR #10 IN verbose OPTION VALUE. Using 0.\n"},
-        {"0x2", 2, "", ""},
-        {"9", 6, "", "Value too large for verbose option. Valid range is 0..6.  Using 6.\n"},
-        {"-1", 0, "", "Value too small for verbose option. Valid range is 0..6.  Using 0.\n"},
-        {"? ", 77, " ", "Numerical Option verbose = 77. Valid range is 0..6\n"},
-    };
+        const char *rest;
+        int32_t refused;
+    } cases[] = {{" x", 3, " x", 0}, {"5,", 5, ",", 0}, {"5%", 5, "%", 0}, {"w0 ", 3, "w0 ", 0},
+                 {"0x2", 2, "", 0},  {"9", 6, "", 1},   {"-1", 0, "", 1},  {"4w0 ", 0, " ", 1},
+                 {"4z ", 0, " ", 1}, {"? ", 77, " ", 1}};
     for (const auto &c : cases) {
         int32_t value = 77;
         BRAXhelpgiven = 0;
-        const auto read = [&] {
+        printed([&] {
             EXPECT_STREQ(BRAX_getopt2(&value, c.text, "verbose", 0, 6, 3), c.rest) << c.text;
-        };
-        EXPECT_EQ(printed(read), c.said) << c.text;
+        });
         EXPECT_EQ(value, c.value) << c.text;
-        EXPECT_EQ(BRAXhelpgiven, c.said[0] != 0 ? 1 : 0) << c.text;
+        EXPECT_EQ(BRAXhelpgiven, c.refused) << c.text;
     }
     int32_t off = 7;
     BRAX_getopt(&off, "", "switch", 0, 0);

@@ -72,15 +72,15 @@ TEST(Hunk, HalvesItsRequestUntilItFits) {
 }
 
 TEST(Hash, FindsTheBucketFromTheBytesOfTheKey) {
-    const struct {
-        const char *key;
-        int32_t bucket;
-    } cases[] = {
-        {"", 0},    {"a", 0},   {"b", 1},         {"ab", 1},
-        {"ba", 32}, {"A", 224}, {"baaa", 0x8000}, {"baaaa", 16},
-    };
-    for (const auto &c : cases)
-        EXPECT_EQ(bucketof(c.key), c.bucket) << c.key;
+    for (const auto &[key, bucket] : {std::pair{"", 0},
+                                      {"a", 0},
+                                      {"b", 1},
+                                      {"ab", 1},
+                                      {"ba", 32},
+                                      {"A", 224},
+                                      {"baaa", 0x8000},
+                                      {"baaaa", 16}})
+        EXPECT_EQ(bucketof(key), bucket) << key;
 }
 
 TEST(Hash, KeepsTheFirstValueAndTheNewestRecordFirst) {

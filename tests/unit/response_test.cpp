@@ -172,15 +172,13 @@ TEST_F(Response, LoadsAndSavesWholeFiles) {
               "no BRAX_loadfilev - COULD NOT READ FILE './no'\n");
 }
 
-TEST(Files, WordsProgressAndPercentages) {
+TEST(Files, WordProgressAndPercentages) {
     char buffer[BRAXFIELDSIZE];
-    const char *cases[][2] = {
-        {"", ""},
-        {"f ", ""},
-        {"f: Reading, ", "Writing, "},
-        {"d/f: Reading, ", "Writing as f, "},
-        {"d/f: Reading, ", "Writing as d/f, "},
-    };
+    const char *cases[][2] = {{"", ""},
+                              {"f ", ""},
+                              {"f: Reading, ", "Writing, "},
+                              {"d/f: Reading, ", "Writing as f, "},
+                              {"d/f: Reading, ", "Writing as d/f, "}};
     for (int verbose = 0; verbose < 5; ++verbose) {
         EXPECT_STREQ(BRAX_loadstr(buffer, "d/f", verbose), cases[verbose][0]);
         EXPECT_STREQ(BRAX_savestr(buffer, "d/f", verbose), cases[verbose][1]);

@@ -28,15 +28,12 @@ TEST_F(Directory, ReadsAttributesAndPassesADanglingLink) {
                                                       {"locked", 0}, {"sub", 1}, {"dangling", 99},
                                                       {"linked", 1}};
     EXPECT_EQ(quick, expected);
-    const struct {
-        const char *name;
-        uint32_t attrib;
-    } cases[] = {{"locked", 2}, {"sub", 1}, {"linked", 1}, {"plain", 0}};
-    for (const auto &c : cases) {
+    for (const auto &[name, attrib] :
+         {std::pair{"locked", 2U}, {"sub", 1}, {"linked", 1}, {"plain", 0}}) {
         data = {"", 7, 7, 7};
-        strcpy(data.name, c.name);
+        strcpy(data.name, name);
         EXPECT_TRUE(SGIfindfill(&data));
-        EXPECT_EQ(data.attrib, c.attrib) << c.name;
+        EXPECT_EQ(data.attrib, attrib) << name;
     }
     EXPECT_EQ(data.size, 5);
     EXPECT_LT(time(nullptr) - data.time, 60);
@@ -50,17 +47,13 @@ TEST_F(Directory, ReadsAttributesAndPassesADanglingLink) {
 }
 
 TEST(Attributes, MapTheThirdBitToSystemAndHidden) {
-    const struct {
-        uint32_t attrib;
-        int byte;
-    } cases[] = {{0, 0}, {1, 1}, {2, 2}, {4, 12}, {7, 15}};
-    for (const auto &c : cases) {
-        const SGI_finddata data = {"x", c.attrib, 0, 0};
+    for (const auto &[attrib, expected] : {std::pair{0U, 0}, {1, 1}, {2, 2}, {4, 12}, {7, 15}}) {
+        const SGI_finddata data = {"x", attrib, 0, 0};
         const uint8_t byte = BRAX_makeattrib(&data);
-        EXPECT_EQ(byte, c.byte);
+        EXPECT_EQ(byte, expected);
         EXPECT_EQ(BRAX_isdirectory(byte) + 2 * BRAX_isreadonly(byte) + 4 * BRAX_issystem(byte) +
                       8 * BRAX_ishidden(byte),
-                  c.byte);
+                  expected);
     }
 }
 

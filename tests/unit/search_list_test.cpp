@@ -68,13 +68,12 @@ TEST_F(List, ClassifiesUpdatesAndRemovesEntries) {
     EXPECT_TRUE(AddToSearchList(list, "src/a.c", "b#.o"));
     EXPECT_TRUE(AddToSearchList(list, ".obj", ".obj2"));
     ASSERT_EQ(list->count, 3);
-    const struct {
-        int type, wild, separate;
-    } expected[] = {{BRAXNAMEPLAIN, 1, 0}, {BRAXNAMERELATIVE, 1, 1}, {BRAXNAMEOPTION, 0, 1}};
+    const int expected[][3] = {
+        {BRAXNAMEPLAIN, 1, 0}, {BRAXNAMERELATIVE, 1, 1}, {BRAXNAMEOPTION, 0, 1}};
     for (int i = 0; i < 3; ++i) {
-        EXPECT_EQ(list->files[i]->type, expected[i].type);
-        EXPECT_EQ(list->files[i]->wild, expected[i].wild);
-        EXPECT_EQ(list->files[i]->separateDest, expected[i].separate);
+        EXPECT_EQ(list->files[i]->type, expected[i][0]);
+        EXPECT_EQ(list->files[i]->wild, expected[i][1]);
+        EXPECT_EQ(list->files[i]->separateDest, expected[i][2]);
     }
     const Match match = {list->files[0]->source, list->files[0]->dest, 1, 2, 3};
     EXPECT_TRUE(AddMatch(list->files[0], &match));

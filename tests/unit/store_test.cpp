@@ -35,30 +35,22 @@ struct Store : testing::Test {
 };
 
 TEST_F(Store, HashesTheLastFourCharacters) {
-    const struct {
-        const char *name;
-        int bucket;
-    } cases[] = {{"", 0},
-                 {"a", 97},
-                 {"ab", (4 * 97 + 98) % 256},
-                 {"abcd", (64 * 97 + 16 * 98 + 4 * 99 + 100) % 256},
-                 {"xyzabcd", (64 * 97 + 16 * 98 + 4 * 99 + 100) % 256},
-                 {"\xff", 255},
-                 {"a\xe9", (4 * 97 + 0xe9 - 256) % 256}};
-    for (const auto &c : cases)
-        EXPECT_EQ(symhash(c.name), c.bucket) << c.name;
+    const int abcd = (64 * 'a' + 16 * 'b' + 4 * 'c' + 'd') % 256;
+    for (const auto &[name, bucket] : {std::pair{"", 0},
+                                       {"ab", (4 * 'a' + 'b') % 256},
+                                       {"abcd", abcd},
+                                       {"xyzabcd", abcd},
+                                       {"\xff", 255},
+                                       {"a\xe9", (4 * 'a' + 0xe9) % 256}})
+        EXPECT_EQ(symhash(name), bucket) << name;
 }
 
 TEST_F(Store, StripsUnderscoresByDefault) {
-    const struct {
-        const char *given, *stripped;
-    } cases[] = {{"__main__", "main"}, {"_a_b_", "a_b"}, {"___", ""}, {"", ""}, {"x", "x"}};
-    for (const auto &c : cases) {
+    for (const auto &[given, stripped] :
+         {std::pair{"__main__", "main"}, {"_a_b_", "a_b"}, {"___", ""}, {"", ""}, {"x", "x"}}) {
         for (OPTunderscores = 0; OPTunderscores < 2; ++OPTunderscores) {
-            _tagsymbol *symbol = symnew(c.given, TYPE_DATA, SCOPE_LOCAL, 7);
-            EXPECT_STREQ(symname(symbol), OPTunderscores != 0 ? c.given : c.stripped);
-            EXPECT_EQ(symbol->file, nullptr);
-            EXPECT_EQ(symbol->next, nullptr);
+            _tagsymbol *symbol = symnew(given, TYPE_DATA, SCOPE_LOCAL, 7);
+            EXPECT_STREQ(symname(symbol), OPTunderscores != 0 ? given : stripped);
             release(symbol);
         }
     }
@@ -95,17 +87,17 @@ TEST_F(Store, FindsNamesUnderTheirVariants) {
 
 // Names are cut when they are written and stripped when they are loaded; lookups get them whole.
 TEST_F(Store, FindsCutNames) {
-    for (const char *front : {"", "_", "__"}) {
+    for (const string front : {"", "_", "__"}) {
         for (OPTunderscores = 0; OPTunderscores < 2; ++OPTunderscores) {
-            string name = string(front) + string(SYMBOLLIMIT, 'n') + front;
-            name[SYMBOLLIMIT - 1] = '_';
-            name[50] =
-                static_cast<char>('0' + OPTunderscores * 4 + static_cast<int>(strlen(front)));
-            _tagsymbol *symbol = add(name.substr(0, SYMBOLLIMIT));
-            const string asked = OPTunderscores != 0 ? name : name.substr(strlen(front));
-            EXPECT_EQ(symfind(table, (asked + "more").c_str()), symbol) << name;
-            EXPECT_EQ(symfind(table, asked.substr(0, 200).c_str()), nullptr);
-            EXPECT_NE(add(asked + "more"), symbol) << "stored names are never cut";
+            string name =
+                front + std::to_string(10 * front.size()) + std::to_string(OPTunderscores);
+            name.resize(SYMBOLLIMIT - 1, 'n');
+            name += '_';
+            _tagsymbol *symbol = add(name);
+            name.erase(0, OPTunderscores != 0 ? 0 : front.size());
+            EXPECT_EQ(symfind(table, (name + "more").c_str()), symbol) << name;
+            EXPECT_EQ(symfind(table, name.substr(0, 200).c_str()), nullptr);
+            EXPECT_NE(add(name + "more"), symbol) << "stored names are never cut";
         }
     }
 }
@@ -144,13 +136,13 @@ TEST_F(Store, KeepsManyNamesApartInChainOrder) {
 
 TEST_F(Store, ShowsSymbolsAsTexts) {
     _tagsymbol symbol = {};
-    const char *const types[] = {"", "()", "", "????"};
-    const char *const scopes[] = {"unknown", "global", "local", "????"};
+    const char *const cases[][2] = {
+        {"", "unknown"}, {"()", "global"}, {"", "local"}, {"????", "????"}};
     for (int32_t i = 0; i < 4; ++i) {
         memcpy(&symbol.type, &i, sizeof i);
         memcpy(&symbol.scope, &i, sizeof i);
-        EXPECT_STREQ(symtype(&symbol), types[i]);
-        EXPECT_STREQ(symscope(&symbol), scopes[i]);
+        EXPECT_STREQ(symtype(&symbol), cases[i][0]);
+        EXPECT_STREQ(symscope(&symbol), cases[i][1]);
     }
     EXPECT_STREQ(symfile(&symbol), "unknown");
     EXPECT_STREQ(symfile(nullptr), "unknown");
