@@ -54,8 +54,7 @@ void checkspecification(const CASE &c) {
 void readoption(const void *context) {
     const CASE &c = *static_cast<const CASE *>(context);
     char field[BRAXFIELDSIZE];
-    for (int flags = 0; flags < 4; ++flags)
-        BRAX_getrangefield(field, c.spec, (flags & 1) != 0, (flags & 2) != 0);
+    BRAX_getrangefield(field, c.spec, false, true);
     BRAX_newrefusals();
     BRAX_getrangeopt(field, c.spec, "label", c.lower, c.upper);
 }

@@ -30,21 +30,19 @@ std::vector<unsigned char> decoded(const std::string &digits) {
     return bytes;
 }
 
-void listelf(BYTES bytes, DUMP *dump) {
+// Lists to memory, with every line as long as readers take.
+void listelf(BYTES bytes, DUMP dump) {
     char *text = nullptr;
     size_t size = 0;
-    FILE *null = dump->out;
-    dump->out = open_memstream(&text, &size);
-    fuzzrequire(dump->out != nullptr, "no memory");
-    elfdump_list(dump, "input", bytes);
-    fclose(dump->out);
-    size_t length = 0;
-    for (size_t i = 0; i < size; i++) {
-        fuzzrequire(++length <= longestLine, "a line is too long for readers");
+    dump.out = open_memstream(&text, &size);
+    fuzzrequire(dump.out != nullptr, "no memory");
+    elfdump_list(&dump, "input", bytes);
+    fclose(dump.out);
+    for (size_t i = 0, length = 1; i < size; ++i, ++length) {
+        fuzzrequire(length <= longestLine, "a line is too long for readers");
         length = text[i] == '\n' ? 0 : length;
     }
     free(text);
-    dump->out = null;
 }
 
 } // namespace
@@ -59,7 +57,7 @@ void fuzzstandin(const std::string &input) {
     DUMP dump = {"standin", null, null, 0};
     const FILEKIND kind = file_kind("input", bytes);
     complain_kind(&dump, "input", kind, KIND_ELF);
-    listelf(bytes, &dump);
+    listelf(bytes, dump);
     if (kind.kind == KIND_ELF && !kind.library) {
         objdump_list(&dump, "input", bytes, &gc);
         objdump_list(&dump, "input", bytes, &ee);
