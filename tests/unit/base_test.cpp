@@ -1,6 +1,6 @@
 #include "base/fields.h"
 #include "base/options.h"
-
+#include "base/text.h"
 #include "support.h"
 
 namespace {
@@ -14,7 +14,6 @@ TEST(Fields, CutsFields) {
         {"(a b),c", false, false, "(a b)", ",c"},
         {"(a b),c", true, false, "a b", ",c"},
         {"(a(b)c)d", true, false, "(a(b)c)d", ""},
-        {"=x y", false, false, "=x", " y"},
         {"a==b=c", false, false, "a==b", "=c"},
         {"-=x,", false, false, "-=x", ","},
         {"a,b=c d", false, true, "a,b=c", " d"},
@@ -24,7 +23,6 @@ TEST(Fields, CutsFields) {
         {"a\xE9z", false, false, "a", "\xE9z"},
         {"'\"", true, true, "'\"", ""},
         {"\"", true, true, "\"", ""},
-        {"", true, true, "", ""},
     };
     for (const auto &c : cases) {
         char field[BRAXFIELDSIZE];
@@ -109,6 +107,85 @@ TEST(Fields, ReadsOptionValuesWithinTheirRange) {
     BRAX_getopt(&off, "", "switch", 0, 0);
     EXPECT_EQ(off, 0);
     BRAXhelpgiven = 0;
+}
+
+std::string rewritten(char *(*function)(char *, const char *, const char *), const char *name,
+                      const char *rule) {
+    char result[BRAXFIELDSIZE];
+    return function(result, name, rule);
+}
+
+TEST(Text, ChangesExtensionsByRule) {
+    const char *cases[][3] = {
+        {"d.d/f", "=o", "d.d/f.o"}, {"a.c", "+pp", "a.cpp"}, {"a.obj", "+x", "a.obj"},
+        {"a.c", "=", "a"},          {"a.c", "", "a.c"},      {"a.c", "-x", "a.xc"},
+        {"a.c", "obj", "a.obj"},    {".xy", "=", ""},        {".", "=o", ".o"},
+        {"ab.", "", "ab"},          {"a:b", "=c", "a:b.c"},  {"a.long", "+x", "a.long"},
+        {"a.b", "+cde", "a.bde"},
+    };
+    for (const auto &[name, rule, result] : cases)
+        EXPECT_EQ(rewritten(BRAX_changeext, name, rule), result) << name << " " << rule;
+}
+
+TEST(Text, ChangesDirectoriesByRule) {
+    const char *cases[][3] = {
+        {"s/a.c", "-p", "p/s/a.c"},  {"s\\a.c", "-p", "p\\s\\a.c"}, {"s/a.c", "=o/", "o/a.c"},
+        {"s/a.c", "o", "o/a.c"},     {"s/a.c", "+t", "s/t/a.c"},    {"s/a.c", "", "s/a.c"},
+        {"s/a.c", nullptr, "s/a.c"}, {"c:a.c", "+x", "c:x/a.c"},    {"ab.c", "-", "ab.c"},
+        {"s/a.c", "=", "a.c"},
+    };
+    for (const auto &[name, rule, result] : cases)
+        EXPECT_EQ(rewritten(BRAX_changepath, name, rule), result) << name;
+}
+
+TEST(Text, SplitsNamesAtAllThreeSeparators) {
+    char part[BRAXFIELDSIZE];
+    EXPECT_STREQ(BRAX_getpath(part, "c:name"), "c:");
+    EXPECT_STREQ(BRAX_getpath(part, "name"), "");
+    EXPECT_STREQ(BRAX_getpath(part, "a/b\\c"), "a/b\\");
+    EXPECT_STREQ(BRAX_getname(part, "a/b\\c"), "c");
+    EXPECT_STREQ(BRAX_getname(part, "a/"), "");
+    EXPECT_STREQ(BRAX_tempname(part, "a", nullptr), "a.bak");
+    OPTextrule = "=o";
+    EXPECT_STREQ(BRAX_convertname(part, "x/a.c"), "a.o");
+    OPTextrule = OPTextrulebuf;
+}
+
+TEST(Text, ComparesWithoutCaseAndBytesAsSigned) {
+    EXPECT_EQ(stricmp("ABC", "abc"), 0);
+    EXPECT_LT(stricmp("ab", "abc"), 0);
+    EXPECT_EQ(strnicmp("abX", "abY", 2), 0);
+    EXPECT_EQ(strnicmp("a", "b", 0), 0);
+    EXPECT_EQ(stricmp("\xE9", "a"), 0xE9 - 256 - 'a');
+    const std::string same(2048, 'x');
+    EXPECT_EQ(stricmp((same + "a").c_str(), (same + "b").c_str()), 0);
+    const char *text = "some TEXT";
+    EXPECT_EQ(BRAX_strstr(text, "text"), text + 5);
+    EXPECT_EQ(BRAX_strstr(text, "texts"), nullptr);
+    EXPECT_EQ(BRAX_strstr(text, ""), nullptr);
+}
+
+TEST(Text, ClassifiesNames) {
+    const struct {
+        const char *name;
+        int type;
+        bool path, wildcards;
+    } cases[] = {
+        {"", 1, false, false},     {"-", 1, false, false},       {".", 1, true, false},
+        {"a.c", 1, false, false},  {".obj", 4, false, false},    {"-x*", 4, false, false},
+        {"+x", 4, false, false},   {"./a#", 3, false, true},     {"..", 1, true, false},
+        {"c:", 2, true, false},    {"1:", 1, false, false},      {"/a", 2, false, false},
+        {"dir/", 3, true, false},  {"dir/\"", 3, true, false},   {"a\"", 1, false, false},
+        {"x.", 1, false, false},   {"dir/.", 3, true, false},    {"-x/", 4, false, false},
+        {"*.c", 1, false, true},   {"a?", 1, false, true},       {"d/..\"", 3, true, false},
+        {"c:\"", 2, false, false}, {"\\\\net", 2, false, false}, {"\"", 1, false, false},
+    };
+    for (const auto &c : cases) {
+        EXPECT_EQ(BRAX_typeofname(c.name), c.type) << c.name;
+        EXPECT_EQ(BRAX_ispath(c.name), c.path) << c.name;
+        EXPECT_EQ(BRAX_iswildcards(c.name), c.wildcards) << c.name;
+    }
+    EXPECT_FALSE(BRAX_iswildcards(nullptr));
 }
 
 } // namespace
