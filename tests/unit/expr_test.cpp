@@ -175,6 +175,8 @@ TEST_F(Expr, ReportsErrorsWithTheirPositions) {
             EXPECT_EQ(EXPR_error(e), -1) << c.text;
         }
     }
+    EXPECT_EQ(quietly("1+1"), 2);
+    EXPECT_EQ(EXPR_error(e), 0);
 }
 
 TEST_F(Expr, KeepsVariables) {

@@ -232,7 +232,7 @@ TEST_F(Wild, ReportsTheLengthOfAPrefix) {
         {WILD_nmatch, "abc", "", "x", 1, 0},
         {WILD_nmatch, "xbc", "a*", "~", 0, -7},
         {WILD_nmatch, "abc", "a?x", "", 0, 2},
-        {WILD_nmatch, "abd", "*ac", "", 0, 1}, // as far as the literal agrees where it stands
+        {WILD_nmatch, "abd", "*ac", "", 0, 1}, // as far as the literal agrees
         {WILD_nmatch, "1x2ab", "#ab", "", 0, 5},
         {WILD_nimatch, "ABC", "ab", "x", 1, 2},
         {WILD_nicmatch, "ABC", "ab", "X", 1, 2},
