@@ -13,6 +13,7 @@
 #include "tool/callbacks.h"
 
 #include <cerrno>
+#include <climits>
 #include <cstdlib>
 #include <dirent.h>
 #include <filesystem>
@@ -22,7 +23,7 @@ namespace {
 
 constexpr int mostBatches = 100;
 constexpr int mostDirectories = 100;
-int directoriesLeft = 0; // that the current input may open
+int directoriesLeft = INT_MAX; // that an input may open; the fuzzer opens some itself
 
 } // namespace
 
@@ -100,6 +101,7 @@ void fuzzcommandline(const std::string &input) {
     const int held = galloccount;
     directoriesLeft = mostDirectories;
     fuzzsurvives(parse, &argv);
+    directoriesLeft = INT_MAX;
     fuzzrequire(fs::current_path() == directory, "the current directory has changed");
     release();
     fuzzrequire(galloccount == held, "a command line kept memory");
