@@ -139,11 +139,13 @@ std::string matched(WILDMATCHFUN function, const std::string &string, const std:
 
 // Every test finds and leaves the settings at their defaults.
 struct Wild : testing::Test {
+    int32_t verbose = OPTverbose;
     Wild() {
         reset();
     }
     ~Wild() override {
         reset();
+        OPTverbose = verbose;
     }
     static void reset() {
         WILDcharstar = '*';
