@@ -75,6 +75,14 @@ TEST(Loader, ReadsRecords) {
         EXPECT_EQ(loaded(bytes), result) << bytes;
 }
 
+TEST(Loader, KeepsUnderscoresAndFindsVariants) {
+    const TREE tree;
+    OPTunderscores = 1;
+    EXPECT_EQ(loaded("[a]\ndefine=_x,DATA,LOCAL,5\nrefer=x\ndefine=y_,DATA,LOCAL,6\nrefer=y\n"),
+              "<a><> null 0 0 +y_:22:6@a +_x:22:5@a -y_@a -_x@a|");
+    OPTunderscores = 0;
+}
+
 TEST(Loader, EndsLinesAtZeroBytesAndAfter255Characters) {
     const TREE tree;
     EXPECT_EQ(loaded(string("[a]\nrefer=x\0y\ndefine=p\0q,DATA\nsize=1\0002\n\0size=9\n", 47)),
