@@ -1,56 +1,52 @@
-// One importer's listing parser, chosen when this is compiled by LISTINGPARSER. The records it
-// writes are held against what the loader expects of a symbol file.
+// Each toolchain's listing parser, which the first byte chooses. The records must be what the
+// loader expects of a symbol file.
 #include "fuzz.h"
 
 #include "importers/parsers.h"
-#include "importers/symbolfile.h"
 
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <string_view>
 
 namespace {
 
-constexpr size_t longestLine = 255;
+constexpr size_t longestLine = 255; // line feed included
 
-// Every object's header comes from its dump's name; SGI listings have their own.
-[[maybe_unused]] void parse(int64_t (*parser)(FILE *, FILE *), FILE *listing, FILE *records) {
+void checkrecords(const std::string &text) {
+    for (size_t at = 0; at < text.size();) {
+        const size_t end = text.find('\n', at);
+        fuzzrequire(end != std::string::npos && end - at < longestLine,
+                    "a line is too long or has no end");
+        bool known = false;
+        for (const char *start : {"[", "source=", "define=", "refer=", "size=", "\n", "]"})
+            known = known || text.compare(at, strlen(start), start) == 0;
+        fuzzrequire(known, "a line is of no known kind");
+        at = end + 1;
+    }
+}
+
+template <int64_t (*PARSER)(FILE *, FILE *)> void parseobject(FILE *listing, FILE *records) {
     recordobject(records, "object.o");
-    recordsize(records, parser(listing, records));
-}
-
-[[maybe_unused]] void parse(void (*parser)(FILE *, FILE *), FILE *listing, FILE *records) {
-    parser(listing, records);
-}
-
-void checkline(std::string_view line) {
-    fuzzrequire(line.size() <= longestLine, "a line is too long");
-    for (const char *start : {"[", "source=", "define=", "refer=", "size=", "\n", "]"})
-        if (line.substr(0, strlen(start)) == start)
-            return;
-    fuzzrequire(false, "a line is of no known kind");
+    recordsize(records, PARSER(listing, records));
 }
 
 } // namespace
 
-void fuzzinput(const std::string &input) {
+void fuzzlisting(const std::string &input) {
+    static const std::string choices = "gpx2s";
+    void (*const parsers[])(FILE *, FILE *) = {parseobject<gcparse>, parseobject<pcparse>,
+                                               parseobject<psxparse>, parseobject<ps2parse>,
+                                               sgiparse};
+    if (input.size() < 2 || choices.find(input[0]) == std::string::npos)
+        return;
     char *text = nullptr;
     size_t size = 0;
-    if (input.empty())
-        return;
-    FILE *listing = fmemopen(const_cast<char *>(input.data()), input.size(), "r");
+    FILE *listing = fmemopen(const_cast<char *>(input.data() + 1), input.size() - 1, "r");
     FILE *records = open_memstream(&text, &size);
     fuzzrequire(listing != nullptr && records != nullptr, "cannot open the listing");
-    parse(LISTINGPARSER, listing, records);
+    parsers[choices.find(input[0])](listing, records);
     fclose(listing);
     fclose(records);
-    std::string_view rest(text, size);
-    while (!rest.empty()) {
-        const size_t end = rest.find('\n');
-        fuzzrequire(end != std::string_view::npos, "the last line is not ended");
-        checkline(rest.substr(0, end + 1));
-        rest.remove_prefix(end + 1);
-    }
+    checkrecords(std::string(text, size));
     free(text);
 }

@@ -9,7 +9,7 @@
 
 #include <cstring>
 
-void fuzzinput(const std::string &input) {
+void fuzzmatch(const std::string &input) {
     if (input.empty())
         return;
     const auto choice = static_cast<unsigned char>(input[0]);

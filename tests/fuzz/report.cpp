@@ -1,19 +1,21 @@
-// Symbol files and every kind of report on them, in the form that the input chooses. Each report
-// must be, byte for byte, the one that the plain way of doing it gives.
+// Symbol files and every kind of report on them. Each report must be, byte for byte, the report
+// that the plain way writes.
 //
-// Input: a line of words, and behind it the symbol file. The words: "v0" and "v1" are verbosities,
+// Input: a line of words, then the symbol file. The words: "v0" and "v1" are verbosities,
 // 2 otherwise; "h" chooses HTML; a number limits the levels; "d", "r" and "k" leave out
-// definitions, references and links; "u" keeps underscores; "l" with a text puts it in front of
+// definitions, references and links; "u" keeps underscores; "l" with a text sets the prefix of
 // links; "s" and "f" with a name add a symbol and a file to report on.
 #include "fuzz.h"
 
-#include "../unit/plain_store.h"
+#include "plain_report.h"
 #include "report/report.h"
 #include "symbols/loader.h"
 
 #include <climits>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
 #include <sys/mman.h>
-#include <unistd.h>
 
 namespace {
 
@@ -22,44 +24,13 @@ using TEXTS = std::vector<string>;
 
 // The plain way takes long for large files.
 constexpr size_t longestInput = 16384;
-constexpr size_t mostObjects = 64;
+constexpr int mostObjects = 64;
 constexpr size_t mostWords = 16;
 constexpr size_t longestWord = 300;
 
-// A file without a directory, and the name by which it can be opened.
-struct FILENAME {
-    int descriptor;
-    char name[40];
-};
-
-FILENAME newfile() {
-    FILENAME file = {memfd_create("fuzz", 0), ""};
-    fuzzrequire(file.descriptor >= 0, "cannot make a file");
-    snprintf(file.name, sizeof file.name, "/proc/self/fd/%d", file.descriptor);
-    return file;
-}
-
-void writefile(const FILENAME &file, const string &bytes) {
-    fuzzrequire(ftruncate(file.descriptor, 0) == 0 && lseek(file.descriptor, 0, SEEK_SET) == 0 &&
-                    write(file.descriptor, bytes.data(), bytes.size()) ==
-                        static_cast<ssize_t>(bytes.size()),
-                "cannot write a file");
-}
-
-string contents(const FILENAME &file) {
-    string bytes(static_cast<size_t>(lseek(file.descriptor, 0, SEEK_END)), 0);
-    fuzzrequire(pread(file.descriptor, bytes.data(), bytes.size(), 0) ==
-                    static_cast<ssize_t>(bytes.size()),
-                "cannot read a file");
-    return bytes;
-}
-
-// Reports are written to one file, by its name or as standard output.
-const FILENAME &reportfile() {
-    static const FILENAME file = newfile();
-    static const bool isOutput = dup2(file.descriptor, STDOUT_FILENO) >= 0;
-    fuzzrequire(isOutput, "cannot turn standard output");
-    return file;
+// The name of a file in memory.
+string newfile() {
+    return plain::format("/proc/self/fd/%d", memfd_create("fuzz", 0));
 }
 
 plain::REQUEST readwords(const string &line) {
@@ -100,85 +71,63 @@ std::vector<char *> pointers(TEXTS &texts) {
     return result;
 }
 
-// What the program reports, and what it says meanwhile.
-string reported(TVKINFO *info, plain::REQUEST r, string *messages) {
-    static char *said = nullptr;
-    static size_t length = 0;
-    static FILE *const listener = open_memstream(&said, &length);
-    const std::vector<char *> symbols = pointers(r.symbols);
-    const std::vector<char *> files = pointers(r.files);
-    writefile(reportfile(), "");
-    fseeko(listener, 0, SEEK_SET);
+string reported(TVKINFO *info, plain::REQUEST r) {
+    static const string name = newfile();
+    static FILE *const null = fopen("/dev/null", "w");
+    std::vector<char *> symbols = pointers(r.symbols);
+    std::vector<char *> files = pointers(r.files);
+    fuzzrequire(null != nullptr && freopen(name.c_str(), "w", stdout) != nullptr,
+                "cannot open the report");
     FILE *const speaker = stderr;
-    stderr = listener; // the descriptor stays: sanitizers write to it
+    stderr = null; // sanitizers write to the descriptor
     const int result = tvkreport(
-        r.positionable ? reportfile().name : "", info, const_cast<char **>(symbols.data()),
-        static_cast<int>(symbols.size()), const_cast<char **>(files.data()),
-        static_cast<int>(files.size()), r.define, r.refer, r.links, r.limit);
+        r.positionable ? name.c_str() : "", info, symbols.data(), static_cast<int>(symbols.size()),
+        files.data(), static_cast<int>(files.size()), r.define, r.refer, r.links, r.limit);
     stderr = speaker;
-    fflush(listener);
+    fflush(stdout);
     fuzzrequire(result == 1, "a report is not written");
-    messages->assign(said, length);
-    return contents(reportfile());
+    std::ifstream file(name, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
 }
 
-void compare(TVKINFO *info, plain::STORE &store, const plain::REQUEST &r) {
-    string messages;
-    string expectedMessages;
-    fuzzrequire(reported(info, r, &messages) == plain::report(store, r, &expectedMessages),
-                "a report is not what it must be");
-    fuzzrequire(messages == expectedMessages, "the messages are not what they must be");
-}
-
-// All symbols, the named ones, few and many, all files in a file and on standard output, and the
-// named files.
-void comparereports(TVKINFO *info, plain::STORE &store, const plain::REQUEST &r) {
-    plain::REQUEST one = r;
-    one.files.clear();
-    one.symbols = {"all"};
-    compare(info, store, one);
-    one.symbols = r.symbols;
-    if (!one.symbols.empty())
-        compare(info, store, one);
-    while (!one.symbols.empty() && one.symbols.size() < 6)
-        one.symbols.push_back(one.symbols[0]);
-    if (!one.symbols.empty())
-        compare(info, store, one);
-    one.symbols.clear();
-    compare(info, store, one);
-    one.positionable = false;
-    compare(info, store, one);
-    one.files = r.files;
-    if (!one.files.empty())
-        compare(info, store, one);
-}
-
-// Adds the newest symbols of the newest file to the named ones.
-void addnames(const TVKINFO *info, plain::REQUEST *r) {
-    if (info->files == nullptr)
-        return;
-    for (const _tagsymlist *list : {info->files->defines, info->files->refers}) {
-        if (list != nullptr)
-            r->symbols.emplace_back(symname(list->symbol));
-    }
+void compare(TVKINFO *info, const plain::REQUEST &r) {
+    fuzzrequire(reported(info, r) == plain::report(info, r), "a report is not what it must be");
 }
 
 } // namespace
 
-void fuzzinput(const string &input) {
-    static const FILENAME symbolfile = newfile();
+void fuzzreport(const string &input) {
+    static const string symbolfile = newfile();
     const size_t end = std::min(input.find('\n'), input.size());
     const string bytes = input.substr(std::min(end + 1, input.size()));
-    if (input.size() > longestInput ||
-        std::count(bytes.begin(), bytes.end(), '[') > static_cast<int>(mostObjects))
+    if (input.size() > longestInput || std::count(bytes.begin(), bytes.end(), '[') > mostObjects)
         return;
     plain::REQUEST r = readwords(input.substr(0, end));
-    writefile(symbolfile, bytes);
-    TVKINFO *info = tvkload(symbolfile.name);
+    std::ofstream(symbolfile, std::ios::binary) << bytes;
+    TVKINFO *info = tvkload(symbolfile.c_str());
     fuzzrequire(info != nullptr, "a symbol file is not loaded");
-    plain::STORE store;
-    plain::load(store, bytes);
-    addnames(info, &r);
-    comparereports(info, store, r);
+    // The named symbols and the newest, few and many; all symbols; the named files; all files, in a
+    // file and on standard output.
+    if (const _tagfile *newest = info->files; newest != nullptr) {
+        for (const _tagsymlist *list : {newest->defines, newest->refers})
+            if (list != nullptr)
+                r.symbols.emplace_back(symname(list->symbol));
+    }
+    const TEXTS files = r.files;
+    r.files.clear();
+    for (const size_t most : {r.symbols.size(), size_t{6}}) {
+        while (!r.symbols.empty() && r.symbols.size() < most)
+            r.symbols.push_back(r.symbols[0]);
+        if (!r.symbols.empty())
+            compare(info, r);
+    }
+    r.symbols = {"all"};
+    compare(info, r);
+    r.symbols.clear();
+    compare(info, r);
+    r.positionable = false;
+    compare(info, r);
+    r.files = files;
+    compare(info, r);
     tvkfree(info);
 }

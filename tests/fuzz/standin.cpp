@@ -1,4 +1,6 @@
 // Objects and libraries of every kind, through the stand-ins that list them.
+//
+// Input: the file as hexadecimal digits. Any other character but a line feed counts as a digit too.
 #include "fuzz.h"
 
 #include "shared/coff.h"
@@ -7,47 +9,55 @@
 #include "shared/objectkind.h"
 
 #include <cstdlib>
-#include <vector>
 
 namespace {
 
 constexpr size_t longestLine = 255; // line feed included
 
-void checklines(const char *text, size_t size) {
-    size_t length = 0;
-    for (size_t i = 0; i < size; i++) {
-        fuzzrequire(++length <= longestLine, "a line is too long for readers");
-        length = text[i] == '\n' ? 0 : length;
+std::vector<unsigned char> decoded(const std::string &digits) {
+    std::vector<unsigned char> bytes;
+    unsigned value = 1;
+    for (const char c : digits) {
+        if (c == '\n')
+            continue;
+        value = value * 16 + static_cast<unsigned>(c >= 'a' ? c - 'a' + 10 : c) % 16;
+        if (value < 256)
+            continue;
+        bytes.push_back(static_cast<unsigned char>(value));
+        value = 1;
     }
+    bytes.shrink_to_fit(); // so that the sanitizer finds a read after the end
+    return bytes;
 }
 
-void listelf(BYTES bytes, DUMP *dump) {
+// Lists to memory, with every line as long as readers take.
+void listelf(BYTES bytes, DUMP dump) {
     char *text = nullptr;
     size_t size = 0;
-    FILE *null = dump->out;
-    dump->out = open_memstream(&text, &size);
-    fuzzrequire(dump->out != nullptr, "no memory");
-    elfdump_list(dump, "input", bytes);
-    fclose(dump->out);
-    checklines(text, size);
+    dump.out = open_memstream(&text, &size);
+    fuzzrequire(dump.out != nullptr, "no memory");
+    elfdump_list(&dump, "input", bytes);
+    fclose(dump.out);
+    for (size_t i = 0, length = 1; i < size; ++i, ++length) {
+        fuzzrequire(length <= longestLine, "a line is too long for readers");
+        length = text[i] == '\n' ? 0 : length;
+    }
     free(text);
-    dump->out = null;
 }
 
 } // namespace
 
-void fuzzinput(const std::string &input) {
+void fuzzstandin(const std::string &input) {
     static FILE *const null = fopen("/dev/null", "w");
     static const OBJDUMPFORM gc = {8, true, false};
     static const OBJDUMPFORM ee = {16, false, true};
     fuzzrequire(null != nullptr, "cannot open /dev/null");
-    // A block of the exact size, so that reading beyond it is found.
-    const std::vector<unsigned char> block(input.begin(), input.end());
+    const std::vector<unsigned char> block = decoded(input);
     const BYTES bytes = {block.data(), block.size()};
     DUMP dump = {"standin", null, null, 0};
     const FILEKIND kind = file_kind("input", bytes);
     complain_kind(&dump, "input", kind, KIND_ELF);
-    listelf(bytes, &dump);
+    listelf(bytes, dump);
     if (kind.kind == KIND_ELF && !kind.library) {
         objdump_list(&dump, "input", bytes, &gc);
         objdump_list(&dump, "input", bytes, &ee);

@@ -1,13 +1,9 @@
 #include "expr/expr.h"
-#include "mem/galloc.h"
+#include "support.h"
 
 #include <cmath>
-#include <cstdlib>
-#include <gtest/gtest.h>
 #include <limits>
-#include <random>
 #include <span>
-#include <string>
 #include <unistd.h>
 #include <vector>
 
@@ -15,9 +11,9 @@ namespace {
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
-struct Expr : testing::Test {
-    int blocks = galloccount;
+struct Expr : COUNTED {
     EXPR *e = EXPR_open();
+    std::string said;
 
     void SetUp() override {
         EXPR_set(e, "x", 3);
@@ -26,23 +22,14 @@ struct Expr : testing::Test {
     }
     void TearDown() override {
         EXPR_close(e);
-        EXPECT_EQ(galloccount, blocks);
+        COUNTED::TearDown();
     }
     double quietly(const std::string &text) {
-        testing::internal::CaptureStdout();
-        const double value = EXPR_get(e, text.c_str());
-        said = testing::internal::GetCapturedStdout();
+        double value = 0;
+        said = printed([&] { value = EXPR_get(e, text.c_str()); });
         return value;
     }
-    std::string said;
 };
-
-std::string repeated(const std::string &text, int count) {
-    std::string all;
-    for (int i = 0; i < count; ++i)
-        all += text;
-    return all;
-}
 
 std::string error(const std::string &what, int position) {
     return "expression - ERROR " + what + " AT POSITION " + std::to_string(position) + "\n";
@@ -154,10 +141,10 @@ struct FAILURE {
 
 TEST_F(Expr, ReportsErrorsWithTheirPositions) {
     const FAILURE undefinedNames[] = {
-        {"foo", 0, undefined(0)},   {"  foo", 0, undefined(2)},      {"narg", 0, undefined(0)},
-        {"1e5", 0, undefined(0)},   {"1.2.3", 0, undefined(0)},      {"1_", 0, undefined(0)},
-        {"12b", 0, undefined(0)},   {"5b", 0, undefined(0)},         {"1 2", 0, undefined(0)},
-        {"X", 0, undefined(0)},     {"Max(1)", 1 - 1, undefined(0)}, {"2*\2203", 0, undefined(2)},
+        {"foo", 0, undefined(0)},   {"  foo", 0, undefined(2)},  {"narg", 0, undefined(0)},
+        {"1e5", 0, undefined(0)},   {"1.2.3", 0, undefined(0)},  {"1_", 0, undefined(0)},
+        {"12b", 0, undefined(0)},   {"5b", 0, undefined(0)},     {"1 2", 0, undefined(0)},
+        {"X", 0, undefined(0)},     {"Max(1)", 0, undefined(0)}, {"2*\2203", 0, undefined(2)},
         {"2 \x90", 0, undefined(0)}};
     const FAILURE syntaxErrors[] = {
         {"", 0, syntax(0)},      {"   ", 0, syntax(3)},      {"1+", 0, syntax(2)},
@@ -239,39 +226,17 @@ TEST_F(Expr, CallsRegisteredFunctions) {
     EXPECT_EQ(said, undefined(0));
 }
 
-TEST_F(Expr, TakesLongAndHostileTexts) {
-    EXPECT_EQ(quietly("0" + repeated("+1", 50000)), 50000);
+TEST_F(Expr, TakesLongTexts) {
+    EXPECT_EQ(quietly(std::string("0") + repeated("+1", 50000)), 50000);
     EXPECT_EQ(quietly(repeated("+", 10000) + "7"), 7);
-    EXPECT_EQ(quietly("0" + repeated("+(x)", 10000)), 30000);
-    EXPECT_EQ(quietly("1." + repeated("0", 10000) + "1"), 1);
+    EXPECT_EQ(quietly(std::string("0") + repeated("+(x)", 10000)), 30000);
+    EXPECT_EQ(quietly(std::string("1.") + repeated("0", 10000) + "1"), 1);
     EXPECT_EQ(quietly(repeated("9", 10000)), infinity);
-    EXPECT_EQ(quietly("1" + repeated("_0", 15)), 1e15);
-    EXPECT_EQ(quietly("'" + repeated("(", 10000)), 0);
+    EXPECT_EQ(quietly(std::string("1") + repeated("_0", 15)), 1e15);
+    EXPECT_EQ(quietly(std::string("'") + repeated("(", 10000)), 0);
     EXPECT_EQ(said, numbered(27, 0));
     EXPECT_EQ(quietly(repeated("n", 10000) + "*2"), 0);
     EXPECT_EQ(said, undefined(0));
-
-    // Every operator with every pair of special values, and noise.
-    const char *values[] = {"0", "(-0)", "inf", "(-inf)", "(inf-inf)", "(2**63)", "(-2**63)", "1"};
-    const char *operators[] = {"*",  "/",    "%",  "//", "+",   "-",   "<<", ">>", "<",
-                               "<=", ">",    ">=", "**", "==",  "!=",  "&",  "^",  "~",
-                               "|",  "!",    "&&", "<?", ">?",  "||",  "--", "?",  ":",
-                               ",",  "[0]+", "+>", "+<", "+<<", "+>>", "+~"};
-    for (const char *left : values) {
-        for (const char *right : values) {
-            for (const char *operation : operators)
-                quietly(std::string(left) + operation + right);
-        }
-    }
-    std::mt19937 random(5);
-    const std::string alphabet = "0123456789xyab#*+-/%<>=!?:&|^~()[],;'\"\\ @$._\x90\xC3";
-    for (int i = 0; i < 5000; ++i) {
-        std::string text;
-        for (size_t length = random() % 30; length > 0; --length)
-            text += alphabet[random() % alphabet.size()];
-        quietly(text);
-    }
-    EXPECT_EQ(quietly("1"), 1);
 }
 
 // The stacks hold 124 open parentheses and a value.
@@ -280,8 +245,9 @@ TEST(ExprDeathTest, EndsTheProgramWhenItsStacksMeet) {
     EXPR *e = EXPR_open();
     EXPECT_EQ(EXPR_get(e, (open + repeated(")", 124)).c_str()), 1);
     EXPECT_EQ(EXPR_error(e), 0);
-    const std::string texts[] = {"(" + open, repeated("-", 125) + "1", repeated("max(", 63) + "1",
-                                 repeated("1+(", 32) + "1", repeated("(", 10000)};
+    const std::string texts[] = {std::string("(") + open, repeated("-", 125) + "1",
+                                 repeated("max(", 63) + "1", repeated("1+(", 32) + "1",
+                                 repeated("(", 10000)};
     for (const std::string &text : texts) {
         EXPECT_EXIT(
             {
@@ -293,28 +259,6 @@ TEST(ExprDeathTest, EndsTheProgramWhenItsStacksMeet) {
             << text;
     }
     EXPR_close(e);
-}
-
-// Every count of blocks at which memory runs out. The variable is read once, so that each
-// run is a process of its own.
-TEST(ExprDeathTest, EndsTheProgramWhenMemoryRunsOut) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    const auto run = [] {
-        dup2(STDERR_FILENO, STDOUT_FILENO);
-        EXPR *e = EXPR_open();
-        if (e != nullptr)
-            EXPR_set(e, "x", 1);
-        _exit(e == nullptr ? 3 : EXPR_get(e, "x+max(1)") == 2 ? 4 : 5);
-    };
-    constexpr int held = 8;
-    for (int blocks = 0; blocks <= held; ++blocks) {
-        setenv("GALLOCMAX", std::to_string(blocks).c_str(), 1);
-        const int status = blocks == 0 ? 3 : blocks == held ? 4 : 10;
-        const char *end = status == 10 ? "Out of memory!\n$" : "";
-        EXPECT_EXIT(run(), testing::ExitedWithCode(status), end) << blocks;
-    }
-    unsetenv("GALLOCMAX");
-    GTEST_FLAG_SET(death_test_style, "fast");
 }
 
 } // namespace

@@ -3,17 +3,15 @@
 #include "brax/builtin.h"
 #include "brax/names.h"
 #include "brax/parse.h"
-#include "mem/galloc.h"
 #include "search/argv.h"
+#include "support.h"
 
 #include <cstring>
-#include <gtest/gtest.h>
-#include <string>
 #include <vector>
 
 namespace {
 
-std::string called; // what the callbacks were asked, in order
+std::string called; // the calls of the callbacks, in order
 void (*reset)() = nullptr;
 
 void onreset() {
@@ -40,8 +38,6 @@ const char *onoption(const char *text) {
 }
 
 struct Parse : testing::Test {
-    std::string said;
-
     void SetUp() override {
         called.clear();
         reset = nullptr;
@@ -49,26 +45,23 @@ struct Parse : testing::Test {
         unsetenv("PROG_OPTS");
     }
 
-    // Parses to the end: "source>destination " for each file, "| " behind each batch that is
-    // followed by another. Nothing may stay allocated.
+    // Parses to the end: "source>destination " for each file, "| " after each batch but the last.
     std::string parse(std::vector<std::string> arguments) {
-        static const char *const history[] = {"1.0 first", nullptr};
-        BRAX_init(onreset, onusage, onoption, history);
+        BRAX_init(onreset, onusage, onoption, nullptr);
         BRAX_restore();
         const int held = galloccount;
         std::vector<char *> argv = {const_cast<char *>("dir/Prog.exe")};
         for (std::string &argument : arguments)
             argv.push_back(argument.data());
         std::string files;
-        bool more = true;
-        testing::internal::CaptureStdout();
-        while (more) {
-            more = BRAX_parse(static_cast<int>(argv.size()), argv.data(), "prog", "1.0");
-            for (int i = 0; i < BRAXargnum; ++i)
-                files += std::string(BRAXsargv[i]) + ">" + BRAXdargv[i] + " ";
-            files += more ? "| " : "";
-        }
-        said = testing::internal::GetCapturedStdout();
+        printed([&] {
+            for (bool more = true; more;) {
+                more = BRAX_parse(static_cast<int>(argv.size()), argv.data(), "prog", "1.0");
+                for (int i = 0; i < BRAXargnum; ++i)
+                    files += std::string(BRAXsargv[i]) + ">" + BRAXdargv[i] + " ";
+                files += more ? "| " : "";
+            }
+        });
         BRAX_restore();
         EXPECT_EQ(galloccount, held);
         return files;
@@ -82,11 +75,9 @@ TEST_F(Parse, PairsNamesWithDestinations) {
     } cases[] = {
         {{"a.c", "b"}, "a.c>a.c b>b "},
         {{"a.c=b.o"}, "a.c>b.o "},
-        {{"a.c=", "b.o"}, "a.c>b.o "},
         {{"x", "a.c=b.o", "y"}, "x>b.o a.c>b.o y>b.o "},
         {{"a.c", "=b.o"}, "a.c>b.o "},
         {{"a.c", "-=b.o"}, "a.c>b.o "},
-        {{"a=x=y"}, "a>x a>y "},
         {{"a=x=y=z", "b"}, "a>x a>y a>z b>z "},
         {{"a=x", "b=y", "c=z=w"}, "a>x b>y c>z c>w "},
         {{"a.c", "src/b.c", "out/"}, "a.c>out/a.c src/b.c>out/b.c "},
@@ -111,7 +102,7 @@ TEST_F(Parse, KeepsOptionsAndSkipsRulesWhenTheProgramAsksForIt) {
         OPTskiprules = 1;
     };
     EXPECT_EQ(parse({"-v1", "a", "b", "-=r"}), "-v1>-v1 a>a b>r -=r>r ");
-    // A lone destination goes to the last name that stands without one.
+    // A lone destination goes to the last name without one.
     reset = [] { OPTskiprules = 2; };
     EXPECT_EQ(parse({"a", ".def", "b", "\"\"=x", "c"}), "a>a .def>.def b>x c>x ");
     OPTnamecombine = 0;
@@ -121,36 +112,26 @@ TEST_F(Parse, KeepsOptionsAndSkipsRulesWhenTheProgramAsksForIt) {
 TEST_F(Parse, CallsTheProgramBack) {
     const struct {
         std::vector<std::string> arguments;
-        const char *called, *said;
+        const char *called;
     } cases[] = {
-        {{"a"}, "prog PROG_OPTS 0; ", ""},
-        {{"a", ";", "b"}, "prog PROG_OPTS 0; ", ""},
-        {{"a", "-b0"}, "", ""},
-        {{"a", "-v1"}, "", ""},
-        {{}, "prog PROG_OPTS 2; ", ""},
-        {{"-v0"}, "", ""},
-        {{"-v5"}, "prog PROG_OPTS 5; ", ""},
-        {{"a", "-?4"}, "prog PROG_OPTS 4; ", ""},
-        {{"a", "?"}, "prog PROG_OPTS 3; ", ""},
-        {{"a", "-h", "-v1"}, "", ""},
-        {{"a", "-x?", "b"}, "prog -x 4; ", ""},
-        {{"a", "-?topic"}, "prog topic 4; ", ""},
-        {{"a", "-help#x", "-x?"}, "prog -x 4; ", ""},
-        {{"a", "--help"}, "prog PROG_OPTS 3; ", ""},
-        {{"a", "--version"}, "prog - 0; ", ""},
-        {{"a", "-history"}, "prog - 0; ", "1.0 first\n"},
-        {{"a", "-v?"}, "prog -v 4; ", "Numerical Option verbose = 2. Valid range is 0..6\n"},
-        {{"a", "-nologo?"},
-         "prog -nologo 4; ",
-         "Numerical Option disable logo = 0. Valid range is 0..1\n"},
-        {{"-sym bol;", "a"}, "sym; sym\034bol; prog PROG_OPTS 2; ", ""},
-        {{"-sort1", "-sorted", "-v1", "a"}, "sorted; ", ""},
+        {{"a"}, "prog PROG_OPTS 0; "},
+        {{"a", "-b0"}, ""},
+        {{}, "prog PROG_OPTS 2; "},
+        {{"-v0"}, ""},
+        {{"a", "-?4"}, "prog PROG_OPTS 4; "},
+        {{"a", "?"}, "prog PROG_OPTS 3; "},
+        {{"a", "-h", "-v1"}, ""},
+        {{"a", "-x?", "b"}, "prog -x 4; "},
+        {{"a", "-?topic"}, "prog topic 4; "},
+        {{"a", "-v?"}, "prog -v 4; "},
+        {{"a", "-nologo?"}, "prog -nologo 4; "},
+        {{"-sym bol;", "a"}, "sym; sym\034bol; prog PROG_OPTS 2; "},
+        {{"-sort1", "-sorted", "-v1", "a"}, "sorted; "},
     };
     for (const auto &c : cases) {
         called.clear();
         parse(c.arguments);
         EXPECT_EQ(called, c.called);
-        EXPECT_EQ(said, c.said) << c.called;
     }
 }
 
@@ -159,20 +140,13 @@ TEST_F(Parse, RecognisesOneOptionWord) {
     const struct {
         const char *text;
         int length; // -1 when it is refused
-        const char *said;
     } cases[] = {
-        {"v3 x", 2, ""},
-        {"def", 3, ""},
-        {"sort? x", 5, "Numerical Option sort names = 0. Valid range is 0..7\n"},
-        {"defx y", -1, "brax - 2 UNKNOWN OPTION <defx>\n"},
-        {"(x y)z", -1, "brax - 1 UNKNOWN OPTION <(x y)z>\n"},
-        {"=out/ x", 5, ""},
+        {"v3 x", 2}, {"def", 3}, {"sort? x", 5}, {"defx y", -1}, {"(x y)z", -1}, {"=out/ x", 5},
     };
     for (const auto &c : cases) {
         BRAXhelpgiven = 0;
-        testing::internal::CaptureStdout();
-        const char *end = Zop(c.text);
-        EXPECT_EQ(testing::internal::GetCapturedStdout(), c.said);
+        const char *end = nullptr;
+        printed([&] { end = Zop(c.text); });
         EXPECT_EQ(end == nullptr ? -1 : end - c.text, c.length) << c.text;
     }
     EXPECT_STREQ(OPTpathrule, "out/");

@@ -1,11 +1,9 @@
 #include "base/options.h"
 #include "brax/files.h"
 #include "brax/response.h"
-#include "mem/galloc.h"
-#include "search_tree.h"
+#include "support.h"
 
 #include <cstring>
-#include <gtest/gtest.h>
 #include <memory>
 
 namespace {
@@ -16,23 +14,23 @@ struct Response : testing::Test {
     std::string said;
 
     void SetUp() override {
-        unsetenv("ABSENT");
         setenv("VALUE", "a;b %1", 1);
     }
     void TearDown() override {
         OPTverbose = 2;
         OPTwrite = 1;
+        BRAXhelpgiven = 0;
     }
-    // Expands the specification behind "-v1 "; every block must have been given back.
+    // Expands the specification after "-v1 "; every block must be freed.
     bool expand(const std::string &specification) {
         strcpy(text.get(), "-v1 ");
         BRAXhelpgiven = 0;
         BRAX_newrefusals();
         const int held = galloccount;
-        testing::internal::CaptureStdout();
-        const bool expanded = BRAX_responsefile(specification.c_str(), text.get());
-        said = testing::internal::GetCapturedStdout();
+        bool expanded = false;
+        said = printed([&] { expanded = BRAX_responsefile(specification.c_str(), text.get()); });
         EXPECT_EQ(galloccount, held) << specification;
+        EXPECT_TRUE(expanded || strcmp(text.get(), "-v1 ") == 0) << specification;
         return expanded;
     }
 };
@@ -72,7 +70,7 @@ TEST_F(Response, ExpandsContents) {
     unsetenv("list");
 }
 
-TEST_F(Response, TellsWhyItFails) {
+TEST_F(Response, ReportsWhyItFails) {
     const std::string longest(127, 'n');
     const std::string start(40, 'n');
     TREE::makefile("list", "x %2 %3");
@@ -103,7 +101,6 @@ TEST_F(Response, TellsWhyItFails) {
         OPTverbose = 1;
         EXPECT_FALSE(expand(c.specification));
         EXPECT_EQ(said, c.reason + "WARNING - could not expand file <" + name + ">\n");
-        EXPECT_STREQ(text.get(), "-v1 ");
         OPTverbose = 0;
         EXPECT_FALSE(expand(c.specification));
         EXPECT_EQ(said, c.reason.find("BRACE") == std::string::npos ? "" : c.reason);
@@ -112,7 +109,7 @@ TEST_F(Response, TellsWhyItFails) {
     EXPECT_EQ(text.get(), "-v1 " + longest + " ");
 }
 
-TEST_F(Response, GoesOnBehindANestedFileThatFails) {
+TEST_F(Response, SkipsNestedFilesThatFail) {
     TREE::makefile("list", "a @missing; @needs(x) b");
     TREE::makefile("needs", "%2");
     EXPECT_TRUE(expand("list"));
@@ -128,7 +125,7 @@ TEST_F(Response, RefusesFilesThatNameThemselves) {
     TREE::makefile("dir/a", "x @link(1) @dir/b");
     TREE::makefile("dir/b", "@dir/a @link");
     std::filesystem::create_symlink("dir/a", "link");
-    for (int i = 0; i < 4200; ++i)
+    for (int i = 0; i < 4097; ++i)
         TREE::makefile("chain" + std::to_string(i), "@chain" + std::to_string(i + 1));
     const char *cases[][3] = {
         {"self", "self", "NAMES ITSELF"},
@@ -138,7 +135,6 @@ TEST_F(Response, RefusesFilesThatNameThemselves) {
     };
     for (const auto &[specification, name, problem] : cases) {
         EXPECT_FALSE(expand(specification));
-        EXPECT_STREQ(text.get(), "-v1 ");
         const std::string outermost(specification, strcspn(specification, "("));
         EXPECT_EQ(said, std::string("brax - RESPONSE FILE '") + name + "' " + problem +
                             ".\nWARNING - could not expand file <" + outermost + ">\n");
@@ -146,16 +142,11 @@ TEST_F(Response, RefusesFilesThatNameThemselves) {
 }
 
 TEST_F(Response, FillsTheOptionTextToItsLastByte) {
-    const int room = BRAXLISTSIZE - 1 - 4 - 1;
-    std::string names;
-    while (static_cast<int>(names.size()) < room)
-        names += "name\n";
-    TREE::makefile("names", names.substr(0, static_cast<size_t>(room)));
+    TREE::makefile("names", std::string(BRAXLISTSIZE - 1 - 4 - 1, 'n'));
     TREE::makefile("over", "@names y");
     EXPECT_TRUE(expand("names"));
     EXPECT_EQ(strlen(text.get()), BRAXLISTSIZE - 1U);
     EXPECT_FALSE(expand("over"));
-    EXPECT_STREQ(text.get(), "-v1 ");
     EXPECT_EQ(said, "brax - OPTION TEXT TOO LONG <over...>\n"
                     "WARNING - could not expand file <over>\n");
     EXPECT_EQ(BRAXhelpgiven, 1);
@@ -163,38 +154,31 @@ TEST_F(Response, FillsTheOptionTextToItsLastByte) {
 
 TEST_F(Response, LoadsAndSavesWholeFiles) {
     BRAXBUF buffer = {const_cast<char *>("ab\0c"), 4};
-    const auto output = [](auto action) {
-        testing::internal::CaptureStdout();
-        action();
-        return testing::internal::GetCapturedStdout();
-    };
-    EXPECT_EQ(output([&] { EXPECT_TRUE(BRAX_savefile(&buffer, "saved")); }), "Writing, ");
-    EXPECT_EQ(output([&] { EXPECT_FALSE(BRAX_savefile(&buffer, "no/dir")); }),
+    EXPECT_EQ(printed([&] { EXPECT_TRUE(BRAX_savefile(&buffer, "saved")); }), "Writing, ");
+    EXPECT_EQ(printed([&] { EXPECT_FALSE(BRAX_savefile(&buffer, "no/dir")); }),
               "Writing, BRAX_savefile - COULD NOT WRITE FILE 'no/dir'\n");
-    EXPECT_EQ(output([&] { EXPECT_FALSE(BRAX_savefile(&buffer, "/dev/full")); }),
+    EXPECT_EQ(printed([&] { EXPECT_FALSE(BRAX_savefile(&buffer, "/dev/full")); }),
               "Writing, write warning.  4 requested, got -1\n"
               "BRAX_savefile - COULD NOT WRITE FILE '/dev/full'\n");
     OPTwrite = 0;
-    EXPECT_EQ(output([&] { EXPECT_TRUE(BRAX_savefile(&buffer, "unwritten")); }), "");
+    EXPECT_EQ(printed([&] { EXPECT_TRUE(BRAX_savefile(&buffer, "unwritten")); }), "");
     EXPECT_FALSE(std::filesystem::exists("unwritten"));
-    EXPECT_EQ(output([&] { ASSERT_NE(BRAX_loadfile(&buffer, "./saved"), nullptr); }),
+    EXPECT_EQ(printed([&] { ASSERT_NE(BRAX_loadfile(&buffer, "./saved"), nullptr); }),
               "saved: Reading, ");
     EXPECT_EQ(std::string(static_cast<char *>(buffer.p), 5), std::string("ab\0c\0", 5));
     EXPECT_EQ(buffer.size, 4);
     BRAX_free(&buffer);
-    EXPECT_EQ(output([&] { EXPECT_EQ(BRAX_loadfilev(&buffer, "./no", 1), nullptr); }),
+    EXPECT_EQ(printed([&] { EXPECT_EQ(BRAX_loadfilev(&buffer, "./no", 1), nullptr); }),
               "no BRAX_loadfilev - COULD NOT READ FILE './no'\n");
 }
 
-TEST(Files, WordsProgressAndPercentages) {
+TEST(Files, WordProgressAndPercentages) {
     char buffer[BRAXFIELDSIZE];
-    const char *cases[][2] = {
-        {"", ""},
-        {"f ", ""},
-        {"f: Reading, ", "Writing, "},
-        {"d/f: Reading, ", "Writing as f, "},
-        {"d/f: Reading, ", "Writing as d/f, "},
-    };
+    const char *cases[][2] = {{"", ""},
+                              {"f ", ""},
+                              {"f: Reading, ", "Writing, "},
+                              {"d/f: Reading, ", "Writing as f, "},
+                              {"d/f: Reading, ", "Writing as d/f, "}};
     for (int verbose = 0; verbose < 5; ++verbose) {
         EXPECT_STREQ(BRAX_loadstr(buffer, "d/f", verbose), cases[verbose][0]);
         EXPECT_STREQ(BRAX_savestr(buffer, "d/f", verbose), cases[verbose][1]);

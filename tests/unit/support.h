@@ -1,18 +1,31 @@
-// A directory of its own for one test: entered when the test starts, removed when it ends.
+// What the tests share.
 #pragma once
 
+#include "mem/galloc.h"
+
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <gtest/gtest.h>
 #include <string>
-#include <unistd.h>
 
+// A test that gives back every block of galloc.
+struct COUNTED : testing::Test {
+    int held = galloccount;
+
+    void TearDown() override {
+        EXPECT_EQ(galloccount, held);
+    }
+};
+
+// A directory of its own for one test: entered when the test starts, removed when it ends.
 struct TREE {
     std::filesystem::path before = std::filesystem::current_path();
     std::string root;
 
     TREE() {
-        char name[] = "/tmp/tolvik_search_XXXXXX";
+        char name[] = "/tmp/tolvik_test_XXXXXX";
         root = std::filesystem::canonical(mkdtemp(name));
         std::filesystem::current_path(root);
     }
@@ -32,7 +45,22 @@ struct TREE {
     static void makefile(const std::string &name, const std::string &text = "") {
         const auto parent = std::filesystem::path(name).parent_path();
         if (!parent.empty())
-            std::filesystem::create_directories(parent);
+            makedir(parent);
         std::ofstream(name) << text;
     }
 };
+
+// Standard output of the action.
+template <typename ACTION> std::string printed(ACTION action) {
+    testing::internal::CaptureStdout();
+    action();
+    fflush(stdout);
+    return testing::internal::GetCapturedStdout();
+}
+
+inline std::string repeated(const std::string &text, int times) {
+    std::string all;
+    for (int i = 0; i < times; ++i)
+        all += text;
+    return all;
+}
