@@ -11,9 +11,10 @@
 
 namespace {
 
-int died = 0; // signal that a command died of
+int died = 0; // SIGINT or SIGQUIT that ended a command
 
-// Whether a program or the shell would misread the name at the start of a word.
+// Whether a program or the shell would misread the name at the start of a word. `after` is the
+// command's text after the name.
 bool needsfolder(const char *name, const char *after) {
     if (*name == '-' || *name == '@' || *name == '~')
         return true;

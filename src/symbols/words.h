@@ -24,7 +24,7 @@ inline std::string_view fromcolumn(std::string_view text, size_t column) {
 }
 
 // Whether the word is at the column.
-inline bool standsat(std::string_view text, size_t column, std::string_view word) {
+inline bool wordat(std::string_view text, size_t column, std::string_view word) {
     return fromcolumn(text, column).starts_with(word);
 }
 
