@@ -35,8 +35,8 @@ bool makecommand(char *command, const char *before, const char *name, const char
         command[length++] = '.';
         command[length++] = '/';
     }
-    const size_t room = COMMANDSIZE - length - strlen(after);
-    if (!shellword(command + length, room, name))
+    const size_t space = COMMANDSIZE - length - strlen(after);
+    if (!shellword(command + length, space, name))
         return false;
     return appendtext(command, after, COMMANDSIZE);
 }

@@ -27,7 +27,8 @@ std::string_view fromword(std::string_view text, std::string_view word) {
 }
 
 bool secondword(std::string_view text, std::string_view *word) {
-    return takeword(&text, word) && takeword(&text, word);
+    std::string_view first;
+    return takeword(&text, &first) && takeword(&text, word);
 }
 
 // Reads and terminates the object's first bytes; returns their number. O_NONBLOCK: a FIFO may have
