@@ -28,7 +28,7 @@ int main(int argc, char **argv) {
         return 2;
     }
     const char *name = argv[2] + 5;
-    // The listing is made even if it stays empty: importers stop where there is none.
+    // Created even if it stays empty, because importers stop without a listing.
     DUMP dump = {"dumpbin", fopen(name, "we"), stderr, 0};
     if (dump.out) {
         list(&dump, argv[3]);

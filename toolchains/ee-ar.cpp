@@ -1,6 +1,6 @@
 /* ee-ar x LIBRARY: a stand-in for the PlayStation 2 toolchain's archiver. Extracts every member
-   into the current directory. Today's ar reads such libraries too, but ends at a member whose name
-   begins with a directory that is not there, and keeps one of several members of the same name. */
+   into the current directory. Today's ar fails for a member whose name has a directory that does
+   not exist, and keeps one of several members of the same name. */
 #include "shared/archive.h"
 
 #include <stdio.h>

@@ -6,8 +6,8 @@
        Contents of section .rodata:
         0010 6d652f65 76656e74 732e6300 00000000  me/events.c..... */
 #include "shared/objdumplist.h"
-#include "shared/objectkind.h"
 
+#include <stdio.h>
 #include <string.h>
 
 int main(int argc, char **argv) {
@@ -16,10 +16,5 @@ int main(int argc, char **argv) {
         return 2;
     }
     static const OBJDUMPFORM form = {16, false, true};
-    DUMP dump = {"ee-objdump", stdout, stderr, 0};
-    BYTES bytes;
-    if (map_object(&dump, argv[3], KIND_ELF, &bytes)) {
-        objdump_list(&dump, argv[3], bytes, &form);
-    }
-    return fflush(stdout) || ferror(stdout) ? 1 : dump.status;
+    return objdump_run("ee-objdump", argv[3], &form);
 }

@@ -4,8 +4,8 @@
        00000000 g     F .text  0000002c heap_check
        00000000         *UND*  00000000 panic */
 #include "shared/objdumplist.h"
-#include "shared/objectkind.h"
 
+#include <stdio.h>
 #include <string.h>
 
 int main(int argc, char **argv) {
@@ -14,10 +14,5 @@ int main(int argc, char **argv) {
         return 2;
     }
     static const OBJDUMPFORM form = {8, true, false};
-    DUMP dump = {"gc-objdump", stdout, stderr, 0};
-    BYTES bytes;
-    if (map_object(&dump, argv[2], KIND_ELF, &bytes)) {
-        objdump_list(&dump, argv[2], bytes, &form);
-    }
-    return fflush(stdout) || ferror(stdout) ? 1 : dump.status;
+    return objdump_run("gc-objdump", argv[2], &form);
 }

@@ -1,5 +1,5 @@
 #!/bin/sh
-# netscape ADDRESS: opens the address with whatever opens addresses on this desktop.
+# netscape ADDRESS: opens the address with the desktop's browser.
 if [ $# -ne 1 ]; then
     echo "usage: netscape ADDRESS" >&2
     exit 2

@@ -1,5 +1,5 @@
 /* psylib /x /q LIBRARY: a stand-in for the PlayStation toolchain's librarian. Extracts every member
-   into the current directory; a library is an archive of objects as reverse.cpp tells of. */
+   into the current directory; a library is an archive of objects in the format in reverse.cpp. */
 #include "shared/archive.h"
 
 #include <stdio.h>

@@ -1,13 +1,12 @@
 /* reverse /nop /macro OBJECT: a stand-in for the PlayStation toolchain's disassembler. It lists the
-   blocks and the exported and imported symbols of an object; blocks are not disassembled:
+   blocks and the exported and imported symbols of an object, without disassembly:
 
        ; block addr=00000000 size=21c
         XDEF event_post
         XREF panic
 
-   No program of today reads objects of that time, so the object's form is one of our own: a magic
-   text, the source's path ended by a NUL, then records to the end of the file. Numbers are
-   little-endian.
+   The object's format is our own, because no program of today reads the original one: a magic text,
+   the source's path with its final NUL, then records. Numbers are little-endian.
 
        "PSXOBJ1\0"  C:\LIB\CORE\EVENTS.C: \0
        'B'  address, 4 bytes  size, 4 bytes                      a block of code or data
@@ -18,95 +17,68 @@
    examples/psx-object.cpp writes such objects. */
 #include "shared/objectkind.h"
 
+#include <algorithm>
 #include <string.h>
-#include <string>
 
 namespace {
 
-bool read_number(FILE *file, int bytes, unsigned *number) {
+// Takes a field of `size` bytes from the start of *rest. False when *rest is shorter.
+bool take_bytes(BYTES *rest, size_t size, BYTES *field) {
+    *field = part_of(*rest, 0, size);
+    *rest = part_of(*rest, size, rest->size);
+    return field->size == size;
+}
+
+bool take_number(BYTES *rest, size_t size, unsigned *number) {
+    BYTES field;
+    bool whole = take_bytes(rest, size, &field);
     *number = 0;
-    for (int byte = 0; byte < bytes; byte++) {
-        int value = getc(file);
-        if (value == EOF) {
-            return false;
-        }
-        *number |= static_cast<unsigned>(value) << (8 * byte);
+    for (size_t i = 0; i < field.size; i++) {
+        *number |= static_cast<unsigned>(field.data[i]) << (8 * i);
     }
-    return true;
+    return whole;
 }
 
-bool skip_heading(FILE *file) {
-    fseek(file, 8, SEEK_SET); // after the magic text
-    int byte = getc(file);
-    while (byte > 0) {
-        byte = getc(file);
-    }
-    return byte == 0;
-}
-
-// A name is one word, or the listing would say something else.
-bool read_name(FILE *file, std::string *name) {
+// Takes a name, which must be one word of the listing.
+bool take_name(BYTES *rest, BYTES *name) {
     unsigned length = 0;
-    if (!read_number(file, 2, &length) || !length) {
-        return false;
-    }
-    name->resize(length);
-    if (fread(name->data(), 1, length, file) != length) {
-        return false;
-    }
-    for (char byte : *name) {
-        if (static_cast<unsigned char>(byte) <= ' ') {
-            return false;
-        }
-    }
-    return true;
+    return take_number(rest, 2, &length) && length && take_bytes(rest, length, name) &&
+           std::all_of(name->data, name->data + length, [](unsigned char c) { return c > ' '; });
 }
 
-bool list_block(FILE *file) {
+bool list_block(BYTES *rest) {
     unsigned address = 0;
     unsigned size = 0;
-    if (!read_number(file, 4, &address) || !read_number(file, 4, &size)) {
+    if (!take_number(rest, 4, &address) || !take_number(rest, 4, &size)) {
         return false;
     }
     printf("; block addr=%08x size=%x\n", address, size);
     return true;
 }
 
-bool list_symbol(FILE *file, bool exported) {
+bool list_symbol(BYTES *rest, bool exported) {
     unsigned address = 0;
-    std::string name;
-    if ((exported && !read_number(file, 4, &address)) || !read_name(file, &name)) {
+    BYTES name = {};
+    if ((exported && !take_number(rest, 4, &address)) || !take_name(rest, &name)) {
         return false;
     }
-    printf("\t%s %s\n", exported ? "XDEF" : "XREF", name.c_str());
+    printf("\t%s %.*s\n", exported ? "XDEF" : "XREF", static_cast<int>(name.size),
+           reinterpret_cast<const char *>(name.data));
     return true;
 }
 
-// False when the object is damaged; what could be read of it is listed.
-bool list_records(FILE *file) {
-    for (;;) {
-        switch (getc(file)) {
-        case 'B':
-            if (!list_block(file)) {
-                return false;
-            }
-            break;
-        case 'D':
-            if (!list_symbol(file, true)) {
-                return false;
-            }
-            break;
-        case 'R':
-            if (!list_symbol(file, false)) {
-                return false;
-            }
-            break;
-        case 'E':
-            return true;
-        default:
-            return false;
-        }
+// Lists the records up to the end or to a damaged one. False for a damaged object.
+bool list_records(BYTES object) {
+    BYTES rest = part_of(object, 8, object.size); // after the magic text
+    BYTES field = part_of(rest, 0, strnlen(reinterpret_cast<const char *>(rest.data), rest.size));
+    rest = part_of(rest, field.size, rest.size);
+    bool whole = take_bytes(&rest, 1, &field); // the path's NUL
+    while (whole && take_bytes(&rest, 1, &field) && *field.data != 'E') {
+        whole = *field.data == 'B' ? list_block(&rest)
+                                   : (*field.data == 'D' || *field.data == 'R') &&
+                                         list_symbol(&rest, *field.data == 'D');
     }
+    return whole && field.size;
 }
 
 } // namespace
@@ -121,15 +93,9 @@ int main(int argc, char **argv) {
     if (!map_object(&dump, argv[3], KIND_PSX, &bytes)) {
         return 1;
     }
-    FILE *file = fmemopen(const_cast<unsigned char *>(bytes.data), bytes.size, "rb");
-    if (!file) {
-        perror("reverse");
-        return 1;
-    }
-    if (!skip_heading(file) || !list_records(file)) {
+    if (!list_records(bytes)) {
         complain(&dump, argv[3], nullptr, "is damaged");
     }
-    fclose(file);
     unmap_file(&bytes);
     return fflush(stdout) || ferror(stdout) ? 1 : dump.status;
 }

@@ -11,9 +11,10 @@
 
 namespace {
 
-int died = 0; // signal that a command died of
+int died = 0; // SIGINT or SIGQUIT that ended a command
 
-// Whether a program or the shell would misread the name at the start of a word.
+// Whether a program or the shell would misread the name at the start of a word. `after` is the
+// command's text after the name.
 bool needsfolder(const char *name, const char *after) {
     if (*name == '-' || *name == '@' || *name == '~')
         return true;
@@ -34,8 +35,8 @@ bool makecommand(char *command, const char *before, const char *name, const char
         command[length++] = '.';
         command[length++] = '/';
     }
-    const size_t room = COMMANDSIZE - length - strlen(after);
-    if (!shellword(command + length, room, name))
+    const size_t space = COMMANDSIZE - length - strlen(after);
+    if (!shellword(command + length, space, name))
         return false;
     return appendtext(command, after, COMMANDSIZE);
 }

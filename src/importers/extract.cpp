@@ -1,5 +1,5 @@
-// An extractor that runs inside the temporary directory looks for a relative library there, by the
-// name in its command. A link with that name leads to the library while the extractor runs.
+// An extractor that runs inside the temporary directory opens a relative library there, by the
+// name in its command. During its run a symbolic link with that name points to the library.
 #include "importers/extract.h"
 
 #include "base/text.h"
@@ -20,7 +20,7 @@ bool holdsword(const char *path, std::string_view word) {
     char buffer[65536];
     const int file = open(path, O_RDONLY | O_CLOEXEC);
     bool found = false;
-    size_t kept = 0; // bytes of the piece before, in which the word may begin
+    size_t kept = 0; // bytes of the previous piece, in which the word may begin
     ssize_t got = 0;
     while (!found && !word.empty() && (got = read(file, buffer + kept, sizeof buffer - kept)) > 0) {
         const std::string_view piece(buffer, kept + static_cast<size_t>(got));
@@ -47,15 +47,14 @@ void copyfile(const char *to, const char *from) {
         close(output);
 }
 
-// Lets the relative name `shown` lead to the library from the current, temporary, directory. A
-// library that may have a member of that name is copied, because an extractor would write the
-// member through the link.
-void showlibrary(const char *shown, const char *library) {
+// Makes `link` in the current, temporary directory a symbolic link to the library. Copies a library
+// that may have a member of that name: the extractor would write the member through the link.
+void linklibrary(const char *link, const char *library) {
     char from[BRAXFIELDSIZE + 8] = "../";
     char target[4 * BRAXFIELDSIZE] = "";
     char directory[BRAXFIELDSIZE + 8];
-    for (const char *p = strchr(shown, '/'); p != nullptr; p = strchr(p + 1, '/')) {
-        copytext(directory, shown, static_cast<size_t>(p - shown), sizeof directory);
+    for (const char *p = strchr(link, '/'); p != nullptr; p = strchr(p + 1, '/')) {
+        copytext(directory, link, static_cast<size_t>(p - link), sizeof directory);
         if (mkdir(directory, 0744) == 0)
             appendtext(target, "../", sizeof target);
     }
@@ -63,18 +62,18 @@ void showlibrary(const char *shown, const char *library) {
     appendtext(target, from, sizeof target);
     struct stat status = {};
     const bool regular = stat(from, &status) == 0 && S_ISREG(status.st_mode);
-    const bool unsafe = regular && holdsword(from, filepart(shown));
-    const bool linked = !unsafe && symlink(target, shown) == 0;
+    const bool unsafe = regular && holdsword(from, filepart(link));
+    const bool linked = !unsafe && symlink(target, link) == 0;
     if (regular && !linked)
-        copyfile(shown, from);
+        copyfile(link, from);
 }
 
-// Removes the name and the directories that lead to it.
-void hidelibrary(char *shown) {
-    unlink(shown);
-    while (char *end = strrchr(shown, '/')) {
+// Removes the link and its directories.
+void unlinklibrary(char *link) {
+    unlink(link);
+    while (char *end = strrchr(link, '/')) {
         *end = 0;
-        rmdir(shown);
+        rmdir(link);
     }
 }
 
@@ -89,7 +88,7 @@ void runextractor(const char *command, const char *library) {
 
 bool extractlibrary(const TOOLCHAIN *toolchain, const char *library, const SGI_place *home) {
     char command[COMMANDSIZE];
-    char shown[BRAXFIELDSIZE + 8] = "";
+    char link[BRAXFIELDSIZE + 8] = "";
     const int kind = BRAX_typeofname(library);
     const bool relative = kind == BRAXNAMEPLAIN || kind == BRAXNAMERELATIVE;
     const char *extract = relative ? toolchain->extractRelative : toolchain->extract;
@@ -103,12 +102,12 @@ bool extractlibrary(const TOOLCHAIN *toolchain, const char *library, const SGI_p
         return !toolchain->mustEnter;
     if (*library != '/') {
         // The shell drops the backslash after the dots.
-        copytext(shown, extract[strlen(extract) - 1] == '\\' ? ".." : "", sizeof shown);
-        appendtext(shown, library, sizeof shown);
-        showlibrary(shown, library);
+        copytext(link, extract[strlen(extract) - 1] == '\\' ? ".." : "", sizeof link);
+        appendtext(link, library, sizeof link);
+        linklibrary(link, library);
     }
     runextractor(command, library);
-    hidelibrary(shown);
+    unlinklibrary(link);
     SGIreturn(home);
     return true;
 }

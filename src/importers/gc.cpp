@@ -19,12 +19,12 @@ namespace {
 
 constexpr size_t shortestLine = 24;
 
-// The name without an encoded argument signature: f for f__Fi.
+// Returns the name without an encoded argument signature: f for f__Fi.
 std::string_view withoutsignature(std::string_view name) {
     return name.substr(0, name.find("__F", 1));
 }
 
-// Writes what a symbol line says and returns its size.
+// Writes the line of a symbol and returns its size.
 int32_t recordsymbol(std::string_view text, FILE *records) {
     std::string_view fields = fromcolumn(text, 17);
     std::string_view section;
@@ -34,7 +34,7 @@ int32_t recordsymbol(std::string_view text, FILE *records) {
         !takeword(&fields, &name))
         return 0;
     name = withoutsignature(name);
-    if (standsat(text, 14, "df"))
+    if (wordat(text, 14, "df"))
         recordsource(records, name, nullptr);
     else if (text[9] == 'g' && text[15] == 'F')
         recorddefine(records, name, "FUNCTION", "GLOBAL", size);
@@ -49,16 +49,14 @@ constexpr TOOLCHAIN gctoolchain = {
     .extract = "ar -x ",
     .extractRelative = "ar -x ",
     .extractInside = true,
-    .mustEnter = false,
     .dump = "gc-objdump -t ",
     .dumpEnd = " >tvk0001.tmp",
-    .source = nullptr,
     .parse = gcparse,
 };
 
 } // namespace
 
-// A last line without a line end is not used.
+// Ignores a last line without a line feed.
 int64_t gcparse(FILE *listing, FILE *records) {
     LINE line;
     int64_t size = 0;

@@ -1,14 +1,19 @@
-// The importers: each runs its toolchain's programs on an object file or a library and appends
-// one record per object to a symbol file. Read importwalk.cpp first: it has the steps in order.
+// The importers. Each runs its toolchain's programs on an object file or a library, and reads
+// their listings.
 //
-// They work in the process's working directory, with fixed temporary names (tempdir.h). They
-// change the working directory while they run and return to it.
+// In: an object file or a library. Out: one record per object, appended to a symbol file. Read
+// importwalk.cpp first: `-tgc libx.a` calls gctvk, and tvkwalk there has the steps in order.
+// gc.cpp, pc.cpp, psx.cpp, ps2.cpp and sgi.cpp have each toolchain's commands and listing.
+// symbolfile.cpp writes the records.
+//
+// Importers use fixed temporary names in the working directory (tempdir.h). They change the
+// working directory and return to it.
 #pragma once
 
-// Takes the names of the source and of the symbol file. Returns 1 when the source was handled,
-// also when a program failed and records are missing. Returns 0 when the source could not be
-// read, the symbol file could not be opened or written, or the temporary directory could not be
-// made; the caller reports this. Callers check importsignal() after each call.
+// Imports a source into a symbol file. Returns 1 also when a program fails and records are missing.
+// Returns 0 when the source cannot be read, the symbol file cannot be opened or written, or the
+// temporary directory cannot be made; the caller reports this. Callers check importsignal()
+// (command.h) after each call.
 using IMPORTER = int (*)(const char *source, const char *symbolfile);
 
 int sgitvk(const char *source, const char *symbolfile); // SGI and Nintendo 64

@@ -1,12 +1,17 @@
+// The import of a source in order, from tvkwalk at the end of this file: importlibrary extracts the
+// members, importsingle takes the object itself, walkobjects lists the objects, importobject dumps
+// one and writes its record.
 #include "importers/importwalk.h"
 
+#include "base/growtext.h"
 #include "base/text.h"
 #include "importers/command.h"
 #include "importers/extract.h"
-#include "importers/members.h"
 #include "importers/paths.h"
 #include "importers/tempdir.h"
+#include "search/directory.h"
 #include "symbols/options.h"
+#include "wild/wild.h"
 
 #include <cerrno>
 #include <cstring>
@@ -19,7 +24,7 @@ struct IMPORT {
     const TOOLCHAIN *toolchain;
     const char *source;
     bool library;
-    SGI_place home; // the working directory
+    SGI_place home; // working directory at the start
     FILE *records;
 };
 
@@ -28,8 +33,8 @@ bool islibrary(const TOOLCHAIN *toolchain, const char *source) {
     return extension != nullptr && stricmp(extension, toolchain->libraryExtension) == 0;
 }
 
-// Lets the lower-case name lead to the object: members are renamed, an object of the user's gets a
-// link beside it. False when that is not possible, another file has the name, or the listing will.
+// Gives the object its lower-case name: renames an extracted member, or makes a symbolic link
+// beside the user's object. False when that fails or another file has or will have the name.
 bool lowerobject(const IMPORT *import, const char *object, const char *name) {
     struct stat status = {};
     if (lstat(name, &status) == 0 || strcmp(name, TEMPFILE) == 0)
@@ -48,7 +53,8 @@ FILE *opendump(const IMPORT *import, const char *object) {
     return dumped ? fopen(TEMPFILE, "re") : nullptr;
 }
 
-// Appends the record of an object in the current directory. False when the walk ends here.
+// Appends the record of an object in the current directory. False when no listing can be opened,
+// which ends the import.
 bool importobject(const IMPORT *import, const char *object) {
     char name[BRAXFIELDSIZE];
     copytext(name, object, sizeof name);
@@ -70,19 +76,39 @@ bool importobject(const IMPORT *import, const char *object) {
     return true;
 }
 
-// Imports the objects in a directory that match the pattern; 0 when memory runs out.
+// Appends the name and its terminating zero byte.
+bool addname(GROWTEXT *names, const char *name) {
+    return growappend(names, name, static_cast<int64_t>(strlen(name)) + 1);
+}
+
+// Lists the names in the current directory that match the pattern, in directory order. All are
+// listed before the first dump, because dumps create and rename files. False when memory runs out.
+bool listobjects(GROWTEXT *names, const char *pattern) {
+    char output[sizeof SGI_finddata::name];
+    bool added = growroom(names, sizeof output); // here, so that a lack of memory fails any list
+    if (strpbrk(pattern, "*?#") == nullptr)      // the source was found to be readable
+        return added && (*pattern == 0 || addname(names, pattern));
+    const SGI_handle handle = added ? SGIfindopen() : 0;
+    if (handle == 0)
+        return added;
+    SGI_finddata data = {};
+    while (added && SGIfindquick(handle, &data) != 0)
+        added = WILD_match(output, data.name, pattern, pattern) == 0 || addname(names, data.name);
+    SGIfindclose(handle);
+    return added;
+}
+
+// Imports the objects in the directory that match the pattern. Returns 0 when memory runs out.
 int walkobjects(const IMPORT *import, const char *directory, const char *pattern) {
-    GROWTEXT members = {};
+    GROWTEXT names = {};
     bool listed = true;
     if (chdir(directory) == 0) {
-        listed = listmembers(&members, pattern);
-        const char *end = members.text + members.length;
-        for (const char *object = members.text; listed && object < end;
-             object += strlen(object) + 1) {
-            if (!importobject(import, object))
-                break;
-        }
-        growfree(&members);
+        listed = listobjects(&names, pattern);
+        const char *end = names.text + names.length;
+        const char *object = names.text;
+        while (listed && object < end && importobject(import, object))
+            object += strlen(object) + 1;
+        growfree(&names);
     }
     unlink(TEMPFILE);
     SGIreturn(&import->home);

@@ -17,6 +17,7 @@
 #include "importers/parsers.h"
 #include "search/directory.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace {
@@ -26,33 +27,29 @@ constexpr size_t kindColumn = 13;
 constexpr size_t scopeColumn = 33;
 constexpr size_t nameColumn = 49;
 
-bool iscode(std::string_view section) {
+bool iscounted(std::string_view section) {
     constexpr std::string_view counted[] = {"text", "data", "sdata", "idata", "bss"};
-    for (const std::string_view name : counted) {
-        if (section == name)
-            return true;
-    }
-    return false;
+    return std::find(std::begin(counted), std::end(counted), section) != std::end(counted);
 }
 
-// Removes a leading directory of this name, case ignored, and its separator.
-void passfolder(std::string_view *path, std::string_view name) {
+// Removes the first folder when it has this name, case ignored.
+void skipfolder(std::string_view *path, std::string_view name) {
     if (path->size() >= name.size() && strnicmp(path->data(), name.data(), name.size()) == 0)
         *path = fromcolumn(*path, name.size() + 1);
 }
 
-// The path without its drive, leading separator and the folders of the common libraries.
+// Returns the path without its drive, leading separator and the folders "lib" and "real".
 std::string_view shortpath(std::string_view path) {
-    if (standsat(path, 1, ":"))
+    if (wordat(path, 1, ":"))
         path.remove_prefix(2);
     if (!path.empty() && isseparator(path[0]))
         path.remove_prefix(1);
-    passfolder(&path, "lib");
-    passfolder(&path, "real");
+    skipfolder(&path, "lib");
+    skipfolder(&path, "real");
     return path;
 }
 
-// The path is in the second line after the heading.
+// Writes the source line from the second line after the heading.
 void recordpath(FILE *listing, FILE *records) {
     LINE line;
     skiplines(listing, 1);
@@ -64,7 +61,7 @@ void recordpath(FILE *listing, FILE *records) {
     recordsource(records, shortpath(path), &date);
 }
 
-// The size of the sections in the summary, which is the rest of the listing.
+// Returns the size of the sections in the summary, the rest of the listing.
 int64_t summarysize(FILE *listing) {
     LINE line;
     int64_t total = 0;
@@ -76,10 +73,7 @@ int64_t summarysize(FILE *listing) {
         if (!takehexadecimal(&text, &size))
             continue;
         skipwhite(&text);
-        if (!standsat(text, 0, "."))
-            continue;
-        text.remove_prefix(1);
-        if (takeword(&text, &section) && iscode(section))
+        if (takeprefix(&text, ".") && takeword(&text, &section) && iscounted(section))
             total += size;
     }
     return total;
@@ -90,11 +84,8 @@ constexpr TOOLCHAIN pctoolchain = {
     .memberPattern = "*.o*",
     .extract = "wlib -d=tvk0000 -x ",
     .extractRelative = "wlib -d=tvk0000 -x ",
-    .extractInside = false,
-    .mustEnter = false,
     .dump = "dumpbin /symbols /out:tvk0001.tmp ",
     .dumpEnd = "",
-    .source = nullptr,
     .parse = pcparse,
 };
 
@@ -105,19 +96,18 @@ int64_t pcparse(FILE *listing, FILE *records) {
     int64_t size = 0;
     while (nextline(listing, line)) {
         const std::string_view text = line;
-        const bool external = standsat(text, scopeColumn, "External");
+        const bool external = wordat(text, scopeColumn, "External");
         std::string_view fields = fromcolumn(text, nameColumn);
         std::string_view name;
-        if (standsat(text, 0, "COFF SYMBOL TABLE")) {
+        if (text.starts_with("COFF SYMBOL TABLE")) {
             recordpath(listing, records);
-        } else if (external && text.size() > nameColumn && standsat(text, kindColumn, "SECT")) {
+        } else if (external && text.size() > nameColumn && wordat(text, kindColumn, "SECT")) {
             if (takeword(&fields, &name))
                 recorddefine(records, name.substr(0, name.find('@')), "FUNCTION", "GLOBAL", 0);
-        } else if (external && text.size() > scopeColumn + 8 &&
-                   standsat(text, kindColumn, "UNDEF")) {
+        } else if (external && text.size() > scopeColumn + 8 && wordat(text, kindColumn, "UNDEF")) {
             if (takeword(&fields, &name) && name.find('@') == std::string_view::npos)
                 recordrefer(records, name);
-        } else if (standsat(text, 2, "Summary")) {
+        } else if (wordat(text, 2, "Summary")) {
             size += summarysize(listing);
         }
     }

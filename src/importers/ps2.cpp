@@ -25,14 +25,14 @@ namespace {
 constexpr size_t bindingColumn = 17;
 constexpr size_t sectionColumn = 25;
 constexpr size_t sizeWidth = 16;    // digits after the tab
-constexpr size_t usedDigits = 8;    // the last of them
-constexpr size_t titleColumn = 21;  // section's name, in the line before its contents
+constexpr size_t usedDigits = 8;    // the last eight are read
+constexpr size_t titleColumn = 21;  // the section's name in its title
 constexpr size_t textColumn = 43;   // bytes as text
 constexpr size_t textWidth = 16;    // in one row
-constexpr int sectionBytes = 16384; // of the contents that are searched
+constexpr int sectionBytes = 16384; // of the contents are searched
 constexpr int sourceBytes = 256;
 
-// Writes the symbol table, which an empty line ends, and returns the size of its symbols.
+// Writes the symbols up to an empty line and returns their size.
 int64_t recordsymbols(FILE *listing, FILE *records) {
     LINE line;
     LINE name;
@@ -52,11 +52,11 @@ int64_t recordsymbols(FILE *listing, FILE *records) {
     return total;
 }
 
-// Moves past the section's title.
+// Reads up to and including the title of the section.
 bool findsection(FILE *listing, std::string_view section) {
     LINE line;
     while (nextline(listing, line)) {
-        if (standsat(line, titleColumn, section))
+        if (wordat(line, titleColumn, section))
             return true;
     }
     return false;
@@ -77,7 +77,6 @@ constexpr TOOLCHAIN ps2toolchain = {
     .mustEnter = true,
     .dump = "ee-objdump --syms --full-contents ",
     .dumpEnd = ">tvk0001.tmp",
-    .source = nullptr,
     .parse = ps2parse,
 };
 
@@ -116,7 +115,7 @@ char *ps2fgetsection(char *buffer, int size, FILE *file, const char *section) {
     rewind(file);
     if (!findsection(file, section))
         return nullptr;
-    for (int64_t room = textWidth; room < size; room += textWidth) {
+    for (int64_t needed = textWidth; needed < size; needed += textWidth) {
         if (!nextline(file, line) || line[0] == '\n')
             break;
         line[strcspn(line, "\n")] = 0;

@@ -19,22 +19,20 @@
 
 namespace {
 
-constexpr size_t headBytes = 256; // of the object, searched for the name except the last one
+constexpr size_t headBytes = 256; // of the object; all but the last are searched
 
-// The text from the word on; empty when it does not hold the word.
+// Returns the text from the word on; empty when the text does not hold the word.
 std::string_view fromword(std::string_view text, std::string_view word) {
-    const size_t position = text.find(word);
-    return position != std::string_view::npos ? text.substr(position) : std::string_view();
+    return fromcolumn(text, text.find(word));
 }
 
-// Takes the second word.
 bool secondword(std::string_view text, std::string_view *word) {
-    if (!takeword(&text, word))
-        return false;
-    return takeword(&text, word);
+    std::string_view first;
+    return takeword(&text, &first) && takeword(&text, word);
 }
 
-// Reads and terminates the head; returns its length. Does not wait for a writer of a FIFO.
+// Reads and terminates the object's first bytes; returns their number. O_NONBLOCK: a FIFO may have
+// no writer.
 size_t readhead(const char *object, char (&head)[headBytes]) {
     const int file = open(object, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     const ssize_t got = file >= 0 ? read(file, head, headBytes - 1) : 0;
@@ -49,14 +47,13 @@ bool endsname(char c) {
     return charvalue(c) < ' ' || c == ':';
 }
 
-// Writes what a line says and returns the size of its block.
+// Writes the symbols of a line and returns the size of its block.
 int32_t recordline(std::string_view text, FILE *records) {
     std::string_view word;
     int32_t size = 0;
     if (text.find("; block addr=") != std::string_view::npos) {
         std::string_view digits = fromcolumn(fromword(text, "size="), strlen("size="));
-        if (!takehexadecimal(&digits, &size))
-            size = 0;
+        takehexadecimal(&digits, &size);
     }
     if (secondword(fromword(text, "XREF"), &word))
         recordrefer(records, word);

@@ -20,11 +20,7 @@ namespace {
 // Takes the index in brackets.
 bool takeindex(std::string_view *text) {
     int32_t index = 0;
-    text->remove_prefix(1);
-    if (!takedecimal(text, &index) || !standsat(*text, 0, "]"))
-        return false;
-    text->remove_prefix(1);
-    return true;
+    return takeprefix(text, "[") && takedecimal(text, &index) && takeprefix(text, "]");
 }
 
 std::string_view typeword(std::string_view type) {
@@ -33,7 +29,7 @@ std::string_view typeword(std::string_view type) {
     return type == "OBJECT" ? "DATA" : type;
 }
 
-// Writes what a symbol line says and returns the size of a section.
+// Writes the line of a symbol; returns the size of a section, 0 for others.
 int32_t recordsymbol(std::string_view text, FILE *records) {
     std::string_view name;
     std::string_view value;
@@ -68,7 +64,7 @@ int readlisting(FILE *listing, const char *symbolfile) {
 
 } // namespace
 
-// The line that ends an object's symbols is passed over, whatever it is.
+// Skips the line after an object's symbols, whatever it holds.
 void sgiparse(FILE *listing, FILE *records) {
     LINE line;
     while (nextline(listing, line)) {

@@ -1,15 +1,12 @@
 #include "importers/symbolfile.h"
 
+#include "base/text.h"
 #include "symbols/options.h"
 #include "symbols/store.h"
 
-#include <algorithm>
-
 namespace {
 
-constexpr size_t LINELENGTH = 255; // line feed included
-
-// Precision and text of "%.*s".
+// Precision of "%.*s".
 int lengthof(std::string_view text) {
     return static_cast<int>(text.size());
 }
@@ -31,7 +28,7 @@ int closerecords(FILE *records, const char *path) {
 void recordobject(FILE *records, std::string_view name) {
     std::string_view library = OPTlibrary;
     const size_t brackets = library.empty() ? 2 : 4;
-    if (name.size() + library.size() + brackets + 1 > LINELENGTH) {
+    if (name.size() + library.size() + brackets + 1 > SYMBOLLINE) {
         name = name.substr(0, OBJECTLIMIT);
         library = library.substr(0, LIBRARYLIMIT);
     }
@@ -45,17 +42,17 @@ void recordsource(FILE *records, std::string_view path, const int32_t *date) {
     char end[16] = "\n";
     if (date != nullptr)
         snprintf(end, sizeof end, ",%d\n", *date);
-    path = path.substr(0, LINELENGTH - std::string_view("source=").size() -
+    path = path.substr(0, SYMBOLLINE - std::string_view("source=").size() -
                               std::string_view(end).size());
     fprintf(records, "source=%.*s%s", lengthof(path), path.data(), end);
 }
 
-// Words other than the longest usual ones are cut when the line would not fit.
+// Cuts type and scope to their usual lengths when the line does not fit.
 void recorddefine(FILE *records, std::string_view name, std::string_view type,
                   std::string_view scope, int32_t size) {
     constexpr size_t fixedLength = std::string_view("define=,,,-2147483648\n").size();
     name = name.substr(0, SYMBOLLIMIT);
-    if (fixedLength + name.size() + type.size() + scope.size() > LINELENGTH) {
+    if (fixedLength + name.size() + type.size() + scope.size() > SYMBOLLINE) {
         type = type.substr(0, std::string_view("FUNCTION").size());
         scope = scope.substr(0, std::string_view("GLOBAL").size());
     }
@@ -69,6 +66,5 @@ void recordrefer(FILE *records, std::string_view name) {
 }
 
 void recordsize(FILE *records, int64_t size) {
-    size = std::clamp<int64_t>(size, INT32_MIN, INT32_MAX);
-    fprintf(records, "size=%d\n\n", static_cast<int>(size));
+    fprintf(records, "size=%d\n\n", toint32(size));
 }

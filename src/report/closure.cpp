@@ -5,46 +5,27 @@
 
 namespace {
 
-ARENA arena = {};              // of all entries
+ARENA arena = {};              // holds all entries
 _tagfilelist *spare = nullptr; // entries of flfree
 bool failed = false;
 
-// Stamps are never used twice. The first is a value that a caller's record is unlikely to hold.
+// A stamp is never used twice. The first is a value that a caller's record is unlikely to hold.
 int64_t lastStamp = 0x3A7C15E59B1D42;
-int64_t stampInUse = lastStamp; // of the list whose files have it
+int64_t stampInUse = lastStamp; // of the last list
 
-// A file that is being followed: the references still to be looked at, and the one whose
-// symbol is being fetched meanwhile.
+// A file that is being followed.
 struct FRAME {
-    const _tagsymlist *refers;
-    const _tagsymlist *ahead;
+    const _tagsymlist *refers; // references not followed yet
+    const _tagsymlist *ahead;  // next reference whose symbol is prefetched
     int level;
 };
 
-// Takes the place of recursion, so that a chain of objects may be of any length.
-struct STACK {
-    FRAME *frames;
-    int64_t count;
-    int64_t room;
-};
-STACK stack = {nullptr, 0, 0};
+// The files being followed. A stack instead of recursion: a chain of objects may have any length.
+FRAME *stack = nullptr;
+int64_t depth = 0;
+int64_t capacity = 0;
 
-bool growstack(int64_t room) {
-    auto *larger = gallocarray<FRAME>(room);
-    if (larger == nullptr) {
-        failed = true;
-        return false;
-    }
-    for (int64_t i = 0; i < stack.count; ++i)
-        larger[i] = stack.frames[i];
-    if (stack.frames != nullptr)
-        gfree(stack.frames);
-    stack.frames = larger;
-    stack.room = room;
-    return true;
-}
-
-// Fetches the symbols of the next `count` references: they lie all over the store.
+// Prefetches the symbols of the next `count` references, which are scattered over the store.
 void lookahead(FRAME *frame, int count) {
     for (; count > 0 && frame->ahead != nullptr; --count) {
         __builtin_prefetch(frame->ahead->symbol);
@@ -53,9 +34,11 @@ void lookahead(FRAME *frame, int count) {
 }
 
 bool push(const _tagsymlist *refers, int level) {
-    if (stack.count == stack.room && !growstack(stack.room == 0 ? 256 : stack.room * 2))
+    if (!growarray(stack, depth, capacity)) {
+        failed = true;
         return false;
-    FRAME *frame = &stack.frames[stack.count++];
+    }
+    FRAME *frame = &stack[depth++];
     *frame = {refers, refers, level};
     lookahead(frame, 8);
     return true;
@@ -71,8 +54,8 @@ _tagfilelist *newentry() {
     return entry;
 }
 
-// Gives every file of the list the list's stamp, and finds its last entry. The list of the last
-// call has both already; lists that a caller made or put aside have not.
+// Sets the stamps of the list and its files, and the list's last entry. Needed for lists that the
+// last call did not return.
 void marklist(_tagfilelist *list) {
     if (list->stamp == stampInUse && list->last->next == nullptr)
         return;
@@ -85,9 +68,9 @@ void marklist(_tagfilelist *list) {
     }
 }
 
-// Whether there is a file and it does not have the stamp.
-bool isneeded(const _tagfile *file, int64_t stamp) {
-    return file != nullptr && file->stamp != stamp;
+// Whether the file is not null and not in the last list.
+bool isneeded(const _tagfile *file) {
+    return file != nullptr && file->stamp != stampInUse;
 }
 
 bool append(_tagfilelist **list, _tagsymbol *symbol, int level) {
@@ -106,12 +89,12 @@ bool append(_tagfilelist **list, _tagsymbol *symbol, int level) {
     return true;
 }
 
-// Takes the frame's next reference to a file that is not listed yet; null when there is none.
+// Returns the frame's next reference to a file that is not listed; null when there is none.
 const _tagsymlist *takeneeded(FRAME *frame) {
     const _tagsymlist *node = frame->refers;
     for (; node != nullptr; node = node->next) {
         lookahead(frame, 1);
-        if (isneeded(node->symbol->file, stampInUse))
+        if (isneeded(node->symbol->file))
             break;
     }
     frame->refers = node != nullptr ? node->next : nullptr;
@@ -127,16 +110,16 @@ _tagfilelist *symneedfiles(_tagsymbol *symbol, _tagfilelist *list, int limit, in
         stampInUse = ++lastStamp;
         failed = false;
     }
-    stack.count = 0;
-    if (!isneeded(symbol->file, stampInUse) || !append(&list, symbol, level) ||
+    depth = 0;
+    if (!isneeded(symbol->file) || !append(&list, symbol, level) ||
         (level < limit && !push(symbol->file->refers, level)))
         return list;
-    while (stack.count > 0) {
-        FRAME *top = &stack.frames[stack.count - 1];
+    while (depth > 0) {
+        FRAME *top = &stack[depth - 1];
         const int below = top->level + 1;
         const _tagsymlist *node = takeneeded(top);
         if (node == nullptr)
-            --stack.count;
+            --depth;
         else if (!append(&list, node->symbol, below) ||
                  (below < limit && !push(node->symbol->file->refers, below)))
             break;
@@ -156,23 +139,4 @@ void flfree(_tagfilelist *list) {
 
 bool closurefailed() {
     return failed;
-}
-
-bool closurereserve(const TVKINFO *info) {
-    int64_t files = 0;
-    _tagfilelist *list = nullptr;
-    for (const _tagfile *file = info->files; file != nullptr; file = file->next) {
-        _tagfilelist *entry = newentry();
-        if (entry == nullptr)
-            return false;
-        entry->next = list;
-        list = entry;
-        ++files;
-    }
-    flfree(list);
-    return stack.room >= files || growstack(files);
-}
-
-int32_t saturated(int64_t sum) {
-    return sum > INT32_MAX ? INT32_MAX : sum < INT32_MIN ? INT32_MIN : static_cast<int32_t>(sum);
 }

@@ -1,6 +1,5 @@
 // The file report.
 #include "base/text.h"
-#include "report/closure.h"
 #include "report/graph.h"
 #include "report/output.h"
 #include "report/report.h"
@@ -10,7 +9,7 @@ namespace {
 
 constexpr char redMark[] = "<FONT COLOR=\"#990000\">";
 constexpr char markEnd[] = "</FONT>";
-constexpr int reservedSpaces = 32; // at the end of the FILE line, for the total of the links
+constexpr int reservedSpaces = 32; // at the end of the FILE line, for the links total
 
 constexpr const char *monthnames[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                       "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
@@ -22,15 +21,10 @@ struct FILEREPORT {
     int refer;
     int links;
     int limit;
-    bool totalInline;   // the total of the links stands in the FILE line
+    bool totalInline;   // write the links total in the FILE line
     GRAPH graph = {};   // with links
-    LINKWALK walk = {}; // the closure of the file at hand
+    LINKWALK walk = {}; // closure of the current file
 };
-
-void printheading(OUTPUT *out, const char *title) {
-    if (OPTverbose > 1)
-        puttexts(out, "\n", preheader, title, postheader);
-}
 
 void printdate(OUTPUT *out, int32_t date) {
     const int month = date / 100 % 100;
@@ -46,7 +40,7 @@ void printdate(OUTPUT *out, int32_t date) {
     puttexts(out, ")");
 }
 
-// Links show the first and the last piece of the source path, which ends at its first '@'.
+// Writes the first and the last piece of the source path, which ends at its first '@'.
 void printsourcelink(OUTPUT *out, const _tagfile *file) {
     char directory[BRAXFIELDSIZE];
     char path[BRAXFIELDSIZE];
@@ -75,7 +69,7 @@ void printsource(OUTPUT *out, const _tagfile *file) {
 }
 
 void printdefines(OUTPUT *out, const _tagfile *file) {
-    printheading(out, "DEFINES");
+    putheading(out, "DEFINES");
     for (const _tagsymlist *node = file->defines; node != nullptr; node = node->next) {
         puttexts(out, "    ", symname(node->symbol), symtype(node->symbol));
         if (symsize(node->symbol) != 0) {
@@ -88,14 +82,14 @@ void printdefines(OUTPUT *out, const _tagfile *file) {
 }
 
 void printrefers(OUTPUT *out, const _tagfile *file) {
-    printheading(out, "REFERS TO");
+    putheading(out, "REFERS TO");
     for (const _tagsymlist *node = file->refers; node != nullptr; node = node->next)
         puttexts(out, "    ", symname(node->symbol), symtype(node->symbol), " (",
                  symfile(node->symbol), ")\n");
 }
 
-// Finds the closure of the file's first definition and of everything that it refers to, and
-// returns the sum of the sizes.
+// Finds the closure of the file's first definition and of its references. Returns the sum of the
+// sizes.
 int64_t findlinks(FILEREPORT *report, const _tagfile *file) {
     LINKWALK *walk = &report->walk;
     const GRAPH &graph = report->graph;
@@ -115,7 +109,7 @@ void printfileline(FILEREPORT *report, const _tagfile *file, int64_t total) {
     OUTPUT *out = &report->out;
     char note[64] = ")";
     if (report->totalInline && total > 0)
-        snprintf(note, sizeof note, ", links %d bytes total)", saturated(total));
+        snprintf(note, sizeof note, ", links %d bytes total)", toint32(total));
     puttexts(out, "    ", file->name, " (");
     if (file->library[0] != 0)
         puttexts(out, file->library, ", ");
@@ -125,8 +119,7 @@ void printfileline(FILEREPORT *report, const _tagfile *file, int64_t total) {
     puttexts(out, "\n");
 }
 
-// Appends a library's mark to the line unless the line holds it already; false when it does not
-// fit.
+// Appends a library's mark to the line unless the line holds it. False when the mark does not fit.
 bool addlibrary(char *line, size_t *length, const char *library) {
     char mark[BRAXFIELDSIZE];
     const auto size =
@@ -140,12 +133,12 @@ bool addlibrary(char *line, size_t *length, const char *library) {
     return true;
 }
 
-// The libraries of all linked files, the file's own in black, the others in dark red, also
-// in the text form. The line is cut after a whole entry.
+// Writes the libraries of all linked files, the file's own in black, the others in dark red, also
+// in the text form. A long line is cut after a whole entry.
 void printlibraries(FILEREPORT *report, const _tagfile *file) {
     char line[BRAXFIELDSIZE] = "";
     size_t length = 0;
-    const char *known[SYMBUCKETS] = {}; // libraries that the line holds, by hash
+    const char *known[SYMBUCKETS] = {}; // the last library of each hash, to save searches
     bool fits = addlibrary(line, &length, file->library);
     for (int32_t i = 0; fits && i < report->walk.count; ++i) {
         const char *library = report->graph.files[report->walk.reached[i].file]->library;
@@ -163,21 +156,19 @@ void printlibraries(FILEREPORT *report, const _tagfile *file) {
 }
 
 void printentry(OUTPUT *out, const _tagfile *file, const REACHED &reached, const char *ownLibrary) {
-    putspaces(out, 4 * (int64_t{reached.level} + 1));
-    puttexts(out, file->name, " (");
+    putlinkstart(out, file, reached.level);
     if (file->library[0] != 0 && strcmp(file->library, ownLibrary) == 0)
         puttexts(out, file->library, ", ");
     else if (file->library[0] != 0)
         puttexts(out, redMark, file->library, markEnd, ", ");
-    putnumber(out, file->size);
-    puttexts(out, ") [", symname(reached.symbol), "]\n");
+    putlinkend(out, file, reached.symbol);
 }
 
 void printlinks(FILEREPORT *report, const _tagfile *file, int64_t total) {
     OUTPUT *out = &report->out;
-    printheading(out, "LINKS IN");
+    putheading(out, "LINKS IN");
     printlibraries(report, file);
-    constexpr int32_t ahead = 8; // symbols are fetched beforehand, for they lie all over the store
+    constexpr int32_t ahead = 8; // prefetch: symbols are scattered over the store
     for (int32_t i = 0; i < report->walk.count; ++i) {
         const REACHED &reached = report->walk.reached[i];
         if (i + ahead < report->walk.count)
@@ -186,15 +177,15 @@ void printlinks(FILEREPORT *report, const _tagfile *file, int64_t total) {
     }
     if (!report->totalInline && total > 0) {
         puttexts(out, "\n    Links ");
-        putnumber(out, saturated(total));
+        putnumber(out, toint32(total));
         puttexts(out, " bytes total");
     }
 }
 
 void printfile(FILEREPORT *report, const _tagfile *file) {
-    // The closure comes first: its total stands in the first line.
+    // Found first, because the FILE line has its total.
     const int64_t total = report->links != 0 ? findlinks(report, file) : 0;
-    printheading(&report->out, "FILE");
+    putheading(&report->out, "FILE");
     printfileline(report, file, total);
     printsource(&report->out, file);
     if (report->define != 0)
@@ -206,7 +197,7 @@ void printfile(FILEREPORT *report, const _tagfile *file) {
     puttexts(&report->out, "\n");
 }
 
-// Whether the file has the given name, which writers of symbol files may have cut.
+// Whether the file has the name. Writers of symbol files may have cut the file's.
 bool isnamed(const _tagfile *file, const char *name) {
     return stricmp(file->name, name) == 0 ||
            (strlen(file->name) == OBJECTLIMIT && strnicmp(file->name, name, OBJECTLIMIT) == 0);
@@ -226,7 +217,7 @@ int tvkfilereport(FILE *out, TVKINFO *info, char **files, int nfiles, int define
                   int links, int limit) {
     const bool positionable = out != stdout && ftell(out) >= 0;
     FILEREPORT report = {beginoutput(out), define, refer, links, limit, positionable};
-    // All memory is obtained here, so that a report is whole or not begun.
+    // All memory is allocated here, so that a report is whole or not begun.
     const bool whole = links == 0 || (makegraph(&report.graph, info, true) &&
                                       makewalk(&report.walk, &report.graph));
     for (const _tagfile *file = info->files; whole && file != nullptr; file = file->next) {

@@ -10,41 +10,29 @@ namespace {
 
 constexpr int prefetchDistance = 8;
 
-template <typename T> void freearray(T **array) {
-    if (*array != nullptr)
-        gfree(*array);
-    *array = nullptr;
-}
-
-bool addfile(GRAPH *graph, int32_t *room, _tagfile *file) {
-    if (graph->count == *room) {
-        *room = *room == 0 ? 256 : *room * 2;
-        auto *larger = galloclarge<_tagfile *>(*room);
-        if (larger == nullptr)
-            return false;
-        std::copy_n(graph->files, graph->count, larger);
-        freearray(&graph->files);
-        graph->files = larger;
-    }
+bool addfile(GRAPH *graph, int32_t *capacity, _tagfile *file) {
+    if (!growarray(graph->files, graph->count, *capacity))
+        return false;
     file->number = graph->count;
     graph->files[graph->count++] = file;
     return true;
 }
 
-// Whether the symbol's file is missing in the graph.
+// Whether the symbol has a file that is not in the graph.
 bool isforeign(const GRAPH *graph, const _tagsymlist *node) {
     const _tagfile *file = node->symbol->file;
     return file != nullptr && filenumber(graph, file) < 0;
 }
 
-// Adds the files that are in no list, in the order in which they are found.
-bool addforeign(GRAPH *graph, int32_t *room) {
+// Adds the files that are in no list, in the order of their first reference.
+bool addforeign(GRAPH *graph, int32_t *capacity) {
     for (int32_t i = 0; i < graph->count; ++i) {
         const _tagsymlist *node = graph->files[i]->defines;
-        if (node != nullptr && isforeign(graph, node) && !addfile(graph, room, node->symbol->file))
+        if (node != nullptr && isforeign(graph, node) &&
+            !addfile(graph, capacity, node->symbol->file))
             return false;
         for (node = graph->files[i]->refers; node != nullptr; node = node->next) {
-            if (isforeign(graph, node) && !addfile(graph, room, node->symbol->file))
+            if (isforeign(graph, node) && !addfile(graph, capacity, node->symbol->file))
                 return false;
         }
     }
@@ -61,8 +49,8 @@ int64_t countnodes(const GRAPH *graph) {
     return nodes;
 }
 
-// Appends the file's references to those of the files before it. `seen` holds for each file
-// the last one that refers to it, plus 1. False when some file is foreign.
+// Appends the file's references to those of the files before it. `seen` has for each file the last
+// file that refers to it, plus 1. False when a file is foreign.
 bool addrefers(GRAPH *graph, const _tagfile *file, int32_t *seen) {
     int32_t used = graph->first[file->number];
     const _tagsymlist *ahead = file->refers;
@@ -108,32 +96,32 @@ RESULT addallrefers(GRAPH *graph, bool symbols) {
         for (int32_t i = 0; i < graph->count && result == GRAPHMADE; ++i)
             result = addrefers(graph, graph->files[i], seen) ? GRAPHMADE : GRAPHFOREIGN;
     }
-    freearray(&seen);
+    grelease(seen);
     return result;
 }
 
-RESULT trygraph(GRAPH *graph, const TVKINFO *info, bool symbols, bool foreign) {
-    int32_t room = 0;
-    *graph = {};
-    RESULT result = GRAPHMADE;
-    for (_tagfile *file = info->files; file != nullptr && result == GRAPHMADE; file = file->next)
-        result = addfile(graph, &room, file) ? GRAPHMADE : GRAPHMEMORY;
-    if (result == GRAPHMADE && foreign && !addforeign(graph, &room))
-        result = GRAPHMEMORY;
-    if (result == GRAPHMADE)
-        result = addallrefers(graph, symbols);
-    if (result != GRAPHMADE)
-        freegraph(graph);
-    return result;
+void freerefers(GRAPH *graph) {
+    grelease(graph->first);
+    grelease(graph->target);
+    grelease(graph->symbol);
 }
 
 } // namespace
 
 bool makegraph(GRAPH *graph, const TVKINFO *info, bool symbols) {
-    // Foreign files exist only in stores that a caller made; to look for them takes time.
-    RESULT result = trygraph(graph, info, symbols, false);
-    if (result == GRAPHFOREIGN)
-        result = trygraph(graph, info, symbols, true);
+    int32_t capacity = 0;
+    bool whole = true;
+    *graph = {};
+    for (_tagfile *file = info->files; file != nullptr && whole; file = file->next)
+        whole = addfile(graph, &capacity, file);
+    RESULT result = whole ? addallrefers(graph, symbols) : GRAPHMEMORY;
+    // Only a caller's store has foreign files. Looking for them first would be slower.
+    if (result == GRAPHFOREIGN) {
+        freerefers(graph);
+        result = addforeign(graph, &capacity) ? addallrefers(graph, symbols) : GRAPHMEMORY;
+    }
+    if (result != GRAPHMADE)
+        freegraph(graph);
     return result == GRAPHMADE;
 }
 
@@ -146,10 +134,8 @@ int32_t filenumber(const GRAPH *graph, const _tagfile *file) {
 }
 
 void freegraph(GRAPH *graph) {
-    freearray(&graph->files);
-    freearray(&graph->first);
-    freearray(&graph->target);
-    freearray(&graph->symbol);
+    grelease(graph->files);
+    freerefers(graph);
     *graph = {};
 }
 
@@ -165,9 +151,9 @@ bool makewalk(LINKWALK *walk, const GRAPH *graph) {
 }
 
 void freewalk(LINKWALK *walk) {
-    freearray(&walk->reached);
-    freearray(&walk->marks);
-    freearray(&walk->frames);
+    grelease(walk->reached);
+    grelease(walk->marks);
+    grelease(walk->frames);
 }
 
 void restartwalk(LINKWALK *walk) {

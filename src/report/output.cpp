@@ -1,12 +1,16 @@
 #include "report/output.h"
 
+#include "symbols/options.h"
+
+#include <algorithm>
+
 namespace {
 
 char buffer[OUTPUTSIZE];
 
 constexpr int DIGITSSIZE = 24;
 
-// Writes the digits to the end of the buffer and returns where they begin.
+// Writes the digits at the end of a buffer of DIGITSSIZE bytes and returns the first one.
 char *digitsof(int64_t number, char *digits) {
     char *p = digits + DIGITSSIZE - 1;
     *p = 0;
@@ -42,17 +46,14 @@ void putlong(OUTPUT *out, const char *text, size_t length) {
 }
 
 void putspaces(OUTPUT *out, int64_t count) {
-    while (count > out->end - out->next) {
-        const int64_t room = out->end - out->next;
-        memset(out->next, ' ', static_cast<size_t>(room));
-        out->next += room;
-        count -= room;
-        flushoutput(out);
+    while (count > 0) {
+        if (out->next == out->end)
+            flushoutput(out);
+        const int64_t piece = std::min<int64_t>(count, out->end - out->next);
+        memset(out->next, ' ', static_cast<size_t>(piece));
+        out->next += piece;
+        count -= piece;
     }
-    if (count <= 0)
-        return;
-    memset(out->next, ' ', static_cast<size_t>(count));
-    out->next += count;
 }
 
 void putnumber(OUTPUT *out, int64_t number) {
@@ -70,4 +71,19 @@ void putaligned(OUTPUT *out, const char *text, int width) {
     const size_t length = strlen(text);
     putspaces(out, width - static_cast<int64_t>(length));
     puttext(out, text, length);
+}
+
+void putheading(OUTPUT *out, const char *title) {
+    if (OPTverbose > 1)
+        puttexts(out, "\n", preheader, title, postheader);
+}
+
+void putlinkstart(OUTPUT *out, const _tagfile *file, int level) {
+    putspaces(out, 4 * (int64_t{level} + 1));
+    puttexts(out, file->name, " (");
+}
+
+void putlinkend(OUTPUT *out, const _tagfile *file, const _tagsymbol *symbol) {
+    putnumber(out, file->size);
+    puttexts(out, ") [", symname(symbol), "]\n");
 }

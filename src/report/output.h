@@ -1,6 +1,8 @@
-// Small writers for the reports, which may write hundreds of megabytes: they avoid the parsing of
-// a format per entry and write blocks of 64 KiB.
+// Writers of report texts. A report may have hundreds of megabytes: the writers parse no formats
+// and write blocks of 64 KiB.
 #pragma once
+
+#include "symbols/store.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -9,8 +11,8 @@
 
 constexpr size_t OUTPUTSIZE = 64 * 1024;
 
-// Buffered text for a stream. flushoutput is due before the stream is used otherwise. All share
-// one buffer, so that one may be in use at a time.
+// Buffered text for a stream. Call flushoutput before using the stream directly. All outputs share
+// one buffer: use one at a time.
 struct OUTPUT {
     FILE *stream;
     char *next;
@@ -19,10 +21,10 @@ struct OUTPUT {
 
 OUTPUT beginoutput(FILE *stream);
 
-// Writes the buffer to the stream, whose error flag shows a failure.
+// Writes the buffer to the stream. A failure sets the stream's error flag.
 void flushoutput(OUTPUT *out);
 
-// Writes a text that does not fit, for puttext.
+// Used by puttext for a text that does not fit the buffer.
 void putlong(OUTPUT *out, const char *text, size_t length);
 
 inline void puttext(OUTPUT *out, const char *text, size_t length) {
@@ -39,9 +41,17 @@ template <typename... TEXTS> void puttexts(OUTPUT *out, TEXTS... texts) {
 
 void putspaces(OUTPUT *out, int64_t count);
 
-// A decimal number.
 void putnumber(OUTPUT *out, int64_t number);
 
-// A decimal number or text right-aligned in `width` columns; a longer one is written whole.
+// Write a number or text right-aligned in `width` columns; a longer one is written whole.
 void putaligned(OUTPUT *out, int64_t number, int width);
 void putaligned(OUTPUT *out, const char *text, int width);
+
+// Writes a heading, only above verbosity 1.
+void putheading(OUTPUT *out, const char *title);
+
+// Writes a line of LINKS IN up to the library: indentation, file name and " (".
+void putlinkstart(OUTPUT *out, const _tagfile *file, int level);
+
+// Writes the rest: size and symbol.
+void putlinkend(OUTPUT *out, const _tagfile *file, const _tagsymbol *symbol);

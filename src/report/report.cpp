@@ -3,19 +3,13 @@
 #include "report/output.h"
 #include "symbols/options.h"
 
-#include <csignal>
 #include <cstring>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
 
-bool isnamed(const char *reportfile) {
-    return reportfile != nullptr && reportfile[0] != 0 && strcmp(reportfile, "/dev/stdout") != 0;
-}
-
-// Closes the report and prints a message when it is not whole. A file is removed only when
-// memory ran out.
+// Closes the report. When it is not whole, prints a message; when memory ran out, removes the file.
 void endreport(FILE *out, const char *reportfile, bool whole) {
     struct stat status = {};
     const bool removable =
@@ -42,23 +36,20 @@ int tvkreport(const char *reportfile, TVKINFO *info, char **symbols, int nsymbol
               int nfiles, int define, int refer, int links, int limit) {
     if (info == nullptr)
         return 0;
-    FILE *out = isnamed(reportfile) ? fopen(reportfile, "we") : stdout;
+    const bool named =
+        reportfile != nullptr && reportfile[0] != 0 && strcmp(reportfile, "/dev/stdout") != 0;
+    FILE *out = named ? fopen(reportfile, "we") : stdout;
     if (out == nullptr)
         return 0;
-    // A reader that goes away shows as a write error.
-    const auto before = signal(SIGPIPE, SIG_IGN);
     const int result =
         nsymbols > 0 ? tvksymbolreport(out, info, symbols, nsymbols, define, refer, links, limit)
                      : tvkfilereport(out, info, files, nfiles, define, refer, links, limit);
     endreport(out, reportfile, result != 0);
-    signal(SIGPIPE, before);
     return result;
 }
 
 void printheader(FILE *out, const char *title) {
-    if (OPTverbose <= 1)
-        return;
     OUTPUT output = beginoutput(out);
-    puttexts(&output, "\n", preheader, title, postheader);
+    putheading(&output, title);
     flushoutput(&output);
 }

@@ -1,10 +1,17 @@
 // The reports: where symbols are defined, where they are referred to, and which object
-// files they bring into a link, as plain text or as an HTML fragment for inclusion in a
-// page (OPThtml; headings then close and reopen PRE blocks, and source links call a script
-// function openfile that the page provides).
+// files they bring into a link.
 //
-// Above verbosity 1 the symbol report is in sections; otherwise it is one line a symbol:
-// name, defining file, references, own size and size of everything linked in.
+// In: a store (symbols/store.h) and the options. Out: plain text, or with `-html` an HTML fragment
+// for a page that provides the script function openfile. Read report.cpp first, then filereport.cpp
+// and symbolreport.cpp. LINKS IN is computed by:
+// - walkfrom (graph.cpp): the file report, and the detailed report on many symbols;
+// - symneedfiles (closure.cpp): the report on a few symbols;
+// - linktotals (totals.cpp): the totals in the compact report on many symbols.
+// `-html` sets OPThtml in tool/callbacks.cpp. Then putheading (output.cpp) closes and reopens PRE
+// blocks, and printsourcelink (filereport.cpp) writes the links.
+//
+// Above verbosity 1 the symbol report has sections. Otherwise it has one line a symbol: name,
+// defining file, references, own size and size of the closure.
 #pragma once
 
 #include "symbols/store.h"
@@ -13,30 +20,29 @@
 
 // Writes the symbol report when symbol names are given, else the file report, to the named
 // file (created or emptied) or, when the name is null or empty, to standard output. The
-// switches choose the sections; `limit` is how many levels the closure follows. Returns the
-// result of the report; 0 without a message when there is no store or the file cannot be created.
-// A report that could not be written gives one error message; its file is removed when memory
-// ran out.
+// switches choose the sections; the closure has at most `limit` levels. Returns the result of the
+// report; 0 without a message when `info` is null or the file cannot be created. Prints an error
+// message when the report is not written whole, and removes its file when memory ran out. The
+// caller ignores SIGPIPE.
 int tvkreport(const char *reportfile, TVKINFO *info, char **symbols, int nsymbols, char **files,
               int nfiles, int define, int refer, int links, int limit);
 
-// The report on the named symbols, in the order given, or on every symbol when the first
-// name is "all". A name that is not in the store gives a message on standard error.
-// Returns 1, or 0 when memory ran out.
+// Reports on the named symbols, in the order given, or on every symbol when the first name is
+// "all". Prints a message on standard error for a name that is not in the store. Returns 1, or 0
+// when memory ran out.
 int tvksymbolreport(FILE *out, TVKINFO *info, char **symbols, int nsymbols, int define, int refer,
                     int links, int limit);
 
-// One symbol's part of the symbol report. At verbosity exactly 1 a symbol whose file has no
-// size (or that has no file) is left out.
+// Writes one symbol's part of the symbol report. At verbosity 1 it omits a symbol without a file or
+// with a file of size 0.
 void printsymbolreport(FILE *out, _tagsymbol *symbol, TVKINFO *info, int define, int refer,
                        int links, int limit);
 
-// The report on every file of the store, or on those whose names are given (case ignored).
-// The total of a file's links stands in its FILE line; on standard output and on an output
-// that cannot be positioned, such as a pipe, it follows the list. Returns 1, or 0 when
-// memory ran out.
+// Reports on every file of the store, or on the named ones (case ignored). The total of a file's
+// links is in its FILE line; on standard output, and on an output that cannot be positioned, such
+// as a pipe, it follows the list. Returns 1, or 0 when memory ran out.
 int tvkfilereport(FILE *out, TVKINFO *info, char **files, int nfiles, int define, int refer,
                   int links, int limit);
 
-// A heading, only above verbosity 1.
+// Writes a heading, only above verbosity 1.
 void printheader(FILE *out, const char *title);

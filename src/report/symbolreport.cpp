@@ -1,5 +1,6 @@
 // The symbol report. Up to fewSymbols names scan the store's lists; more use a graph and an index
-// of references.
+// of references. All memory is allocated before a report is begun, so that it is whole or absent.
+#include "base/text.h"
 #include "mem/arena.h"
 #include "mem/galloc.h"
 #include "report/closure.h"
@@ -11,6 +12,8 @@
 
 namespace {
 
+constexpr int fewSymbols = 4;
+
 // One symbol report.
 struct SYMBOLREPORT {
     OUTPUT out;
@@ -20,26 +23,22 @@ struct SYMBOLREPORT {
     int links;
     int limit;
 
+    // For few symbols:
+    _tagfilelist *closures[fewSymbols] = {};
+
     // For many symbols:
     bool counted = false;           // their nrefers and firstref are valid
     _tagfile **referrers = nullptr; // in the detailed form: the files that refer to them
     GRAPH graph = {};
     LINKWALK walk = {};        // in the detailed form
-    int64_t *totals = nullptr; // in the compact form: what each file links in
+    int64_t *totals = nullptr; // in the compact form: total of each file's closure
 };
-
-constexpr int fewSymbols = 4;
 
 bool isdetailed() {
     return OPTverbose > 1;
 }
 
-void printheading(OUTPUT *out, const char *title) {
-    if (isdetailed())
-        puttexts(out, "\n", preheader, title, postheader);
-}
-
-// Counts every symbol's nodes and returns how many there are.
+// Counts each symbol's references and returns their sum.
 int64_t countrefs(const TVKINFO *info) {
     int64_t nodes = 0;
     const auto clear = [](_tagsymbol *symbol) {
@@ -51,7 +50,7 @@ int64_t countrefs(const TVKINFO *info) {
              symbol = symbol->next)
             clear(symbol);
     }
-    // A caller's lists may hold symbols that are in no bucket.
+    // Lists of a caller may hold symbols that are in no bucket.
     for (const _tagfile *file = info->files; file != nullptr; file = file->next) {
         for (const _tagsymlist *node = file->refers; node != nullptr; node = node->next)
             clear(node->symbol);
@@ -63,8 +62,8 @@ int64_t countrefs(const TVKINFO *info) {
     return nodes;
 }
 
-// Collects the files that refer to each symbol, in the store's order, one for each node: a
-// symbol's are nrefers entries from its firstref on.
+// Collects the files that refer to each symbol, in the store's order, one entry a reference:
+// nrefers entries from the symbol's firstref on.
 bool collectreferrers(SYMBOLREPORT *report) {
     const int64_t nodes = countrefs(report->info);
     report->counted = true;
@@ -97,26 +96,8 @@ bool preparelinks(SYMBOLREPORT *report) {
     return report->totals != nullptr;
 }
 
-// Obtains the memory that the report needs, so that it is whole or not begun.
-bool prepare(SYMBOLREPORT *report, bool many) {
-    if (!many)
-        return report->links == 0 || closurereserve(report->info);
-    return (report->refer == 0 || collectreferrers(report)) &&
-           (report->links == 0 || preparelinks(report));
-}
-
-void endreport(SYMBOLREPORT *report) {
-    flushoutput(&report->out);
-    if (report->referrers != nullptr)
-        gfree(report->referrers);
-    if (report->totals != nullptr)
-        gfree(report->totals);
-    freewalk(&report->walk);
-    freegraph(&report->graph);
-}
-
 void printdefine(OUTPUT *out, const _tagsymbol *symbol) {
-    printheading(out, "DEFINED IN");
+    putheading(out, "DEFINED IN");
     if (isdetailed())
         puttexts(out, "    ", symfile(symbol), "\n");
     else
@@ -145,7 +126,7 @@ int32_t printreferrers(SYMBOLREPORT *report, const _tagsymbol *symbol) {
 
 void printrefer(SYMBOLREPORT *report, const _tagsymbol *symbol) {
     OUTPUT *out = &report->out;
-    printheading(out, "REFERRED TO IN");
+    putheading(out, "REFERRED TO IN");
     const int32_t count = printreferrers(report, symbol);
     if (isdetailed()) {
         puttexts(out, "    ");
@@ -158,22 +139,22 @@ void printrefer(SYMBOLREPORT *report, const _tagsymbol *symbol) {
     }
 }
 
-void printentry(OUTPUT *out, const _tagfile *file, int level, const _tagsymbol *symbol) {
-    putspaces(out, 4 * (int64_t{level} + 1));
-    puttexts(out, file->name, " (");
-    putnumber(out, file->size);
-    puttexts(out, ") [", symname(symbol), "]\n");
-}
-
-// The closure of a symbol as the report finds it: by its number in the graph, or as a list.
+// The closure of a symbol: in the graph, or as a list.
 struct CLOSURE {
-    int32_t number; // of the symbol's file; -1 when the graph does not hold it
+    int32_t number; // of the symbol's file in the graph; -1 when it is not there
     _tagfilelist *list;
 };
 
-// Prints the closure in the detailed form, and returns the sum of its sizes.
+// Prints the closure in the detailed form. Returns the sum of the sizes.
 int64_t printclosure(SYMBOLREPORT *report, const _tagsymbol *symbol, const CLOSURE &closure) {
     int64_t total = 0;
+    const auto add = [&](const _tagfile *file, int level, const _tagsymbol *through) {
+        total += file->size;
+        if (isdetailed()) {
+            putlinkstart(&report->out, file, level);
+            putlinkend(&report->out, file, through);
+        }
+    };
     if (closure.number >= 0 && report->totals != nullptr)
         return report->totals[closure.number];
     if (closure.number >= 0) {
@@ -182,24 +163,19 @@ int64_t printclosure(SYMBOLREPORT *report, const _tagsymbol *symbol, const CLOSU
         walkfrom(walk, closure.number, symbol, report->limit, 0);
         for (int32_t i = 0; i < walk->count; ++i) {
             const REACHED &reached = walk->reached[i];
-            const _tagfile *file = report->graph.files[reached.file];
-            printentry(&report->out, file, reached.level, reached.symbol);
-            total += file->size;
+            add(report->graph.files[reached.file], reached.level, reached.symbol);
         }
     }
-    for (const _tagfilelist *entry = closure.list; entry != nullptr; entry = entry->next) {
-        if (isdetailed())
-            printentry(&report->out, entry->file, entry->level, entry->symbol);
-        total += entry->file->size;
-    }
+    for (const _tagfilelist *entry = closure.list; entry != nullptr; entry = entry->next)
+        add(entry->file, entry->level, entry->symbol);
     return total;
 }
 
 void printlinks(SYMBOLREPORT *report, const _tagsymbol *symbol, const CLOSURE &closure,
                 int ownSize) {
     OUTPUT *out = &report->out;
-    printheading(out, "LINKS IN");
-    const int32_t total = saturated(printclosure(report, symbol, closure));
+    putheading(out, "LINKS IN");
+    const int32_t total = toint32(printclosure(report, symbol, closure));
     if (total <= 0)
         return;
     if (isdetailed()) {
@@ -214,19 +190,20 @@ void printlinks(SYMBOLREPORT *report, const _tagsymbol *symbol, const CLOSURE &c
     }
 }
 
-// False when memory runs out; nothing is then written of the symbol.
-bool printsymbol(SYMBOLREPORT *report, _tagsymbol *symbol) {
+// Prints a symbol's part. `list` is its closure if it was found before. False, with nothing
+// printed, when memory runs out.
+bool printsymbol(SYMBOLREPORT *report, _tagsymbol *symbol, _tagfilelist *list = nullptr) {
     OUTPUT *out = &report->out;
     const int ownSize = symbol->file != nullptr ? symbol->file->size : 0;
     if (ownSize == 0 && OPTverbose == 1)
         return true;
-    CLOSURE closure = {filenumber(&report->graph, symbol->file), nullptr};
-    if (report->links != 0 && closure.number < 0) {
+    CLOSURE closure = {filenumber(&report->graph, symbol->file), list};
+    if (report->links != 0 && closure.number < 0 && list == nullptr) {
         closure.list = symneedfiles(symbol, nullptr, report->limit, 0);
         if (closurefailed())
             return false;
     }
-    printheading(out, "SYMBOL");
+    putheading(out, "SYMBOL");
     const char *name = symname(symbol);
     if (isdetailed()) {
         puttexts(out, "    ", name, symtype(symbol), "\n");
@@ -263,11 +240,38 @@ bool printnamed(SYMBOLREPORT *report, char **symbols, int nsymbols) {
         if (symbol == nullptr) {
             flushoutput(&report->out); // the message follows the report so far
             toolsay("tolvik: symbol '%s' not found\n", symbols[i]);
-        } else if (!printsymbol(report, symbol)) {
+        } else if (!printsymbol(report, symbol, i < fewSymbols ? report->closures[i] : nullptr)) {
             return false;
         }
     }
     return true;
+}
+
+// Finds the closures of a few symbols.
+bool findclosures(SYMBOLREPORT *report, char **symbols, int nsymbols) {
+    for (int i = 0; i < nsymbols && report->links != 0; ++i) {
+        _tagsymbol *symbol = symfind(report->info->symtable, symbols[i]);
+        if (symbol == nullptr)
+            continue;
+        report->closures[i] = symneedfiles(symbol, nullptr, report->limit, 0);
+        if (closurefailed())
+            return false;
+    }
+    return true;
+}
+
+// Prepares a report on many symbols.
+bool prepare(SYMBOLREPORT *report) {
+    return (report->refer == 0 || collectreferrers(report)) &&
+           (report->links == 0 || preparelinks(report));
+}
+
+void endreport(SYMBOLREPORT *report) {
+    flushoutput(&report->out);
+    grelease(report->referrers);
+    grelease(report->totals);
+    freewalk(&report->walk);
+    freegraph(&report->graph);
 }
 
 } // namespace
@@ -284,7 +288,8 @@ int tvksymbolreport(FILE *out, TVKINFO *info, char **symbols, int nsymbols, int 
                     int links, int limit) {
     SYMBOLREPORT report = {beginoutput(out), info, define, refer, links, limit};
     const bool all = nsymbols > 0 && strcmp(symbols[0], "all") == 0;
-    const bool whole = prepare(&report, all || nsymbols > fewSymbols) &&
+    const bool whole = (all || nsymbols > fewSymbols ? prepare(&report)
+                                                     : findclosures(&report, symbols, nsymbols)) &&
                        (all ? printall(&report) : printnamed(&report, symbols, nsymbols));
     endreport(&report);
     return whole ? 1 : 0;

@@ -1,17 +1,17 @@
 // Walking every file's closure takes time in proportion to files times references. Without a
-// level limit, what a file links in depends on what it reaches alone, in whatever order:
+// level limit, the closure does not depend on the order of the walk:
 //
-// 1. Files that reach each other (a group) have the same closure, so groups take the place
-//    of files; the groups are found with Tarjan's algorithm, which also orders them so that
-//    a group's targets have lower numbers. Real products are one large group and a fringe.
-// 2. A group with one target links in what that does, and itself.
-// 3. For the rest the closures themselves are needed, for two targets may share files. They
-//    are sets of bits: 512 groups at a time, each group's row is its targets' rows together,
-//    and its sum is that of one target and of the bits that this one lacks. A target that is
-//    found in another target's row is dropped for good; most are.
+// 1. Files that reach each other (a group) have the same closure. Tarjan's algorithm finds the
+//    groups and numbers them so that a group's targets have lower numbers. Real products are one
+//    large group and a fringe.
+// 2. A group with one target links in that target's closure and itself.
+// 3. Other groups need their closures, because targets may share files. A closure is a set of
+//    bits, 512 groups at a time. A group's row is the union of its targets' rows; its sum is the
+//    sum of its first target and the sizes of the bits that this target does not have. A target
+//    that is in another target's row is removed for good; most are.
 //
-// Time is references times groups / 512 at worst, memory 64 bytes a group. With a level limit
-// the order of the walk matters, so every file is walked.
+// Time is at most references times groups / 512, memory 64 bytes a group. With a level limit
+// every file is walked.
 #include "report/totals.h"
 
 #include "mem/arena.h"
@@ -30,51 +30,42 @@ struct ROW {
     uint64_t words[ROWWORDS];
 };
 
-// The groups, and between them the references, each once, the highest targets first.
+// The groups and the references between them, each once, the highest targets first. All arrays but
+// `size` are parts of the block at `groupof`.
 struct GROUPS {
     int32_t count;
-    int32_t *groupof;     // of each file
-    int32_t *members;     // files, group by group
-    int32_t *firstmember; // count + 1
-    int64_t *size;        // of a group's files together
-    int32_t *first;       // of group i the targets first[i] to last[i] - 1
+    int64_t *size;    // sum of a group's files
+    int32_t *groupof; // each file's group
+    int32_t *members; // files, group by group
+    int32_t *first;   // group i has the targets first[i] to last[i] - 1
     int32_t *last;
+    int32_t *firstmember; // count + 1
     int32_t *target;
 };
 
-void freegroups(GROUPS *groups) {
-    void *const blocks[] = {groups->groupof, groups->members, groups->firstmember, groups->size,
-                            groups->first,   groups->last,    groups->target};
-    for (void *block : blocks) {
-        if (block != nullptr)
-            gfree(block);
-    }
-}
-
 bool newgroups(GROUPS *groups, const GRAPH &graph) {
-    const int32_t n = graph.count;
-    *groups = {0,
-               galloclarge<int32_t>(n),
-               galloclarge<int32_t>(n),
-               galloclarge<int32_t>(n + 1),
-               galloclarge<int64_t>(n),
-               galloclarge<int32_t>(n),
-               galloclarge<int32_t>(n),
-               galloclarge<int32_t>(graph.first[n])};
-    return groups->groupof != nullptr && groups->members != nullptr &&
-           groups->firstmember != nullptr && groups->size != nullptr && groups->first != nullptr &&
-           groups->last != nullptr && groups->target != nullptr;
+    const int64_t n = graph.count;
+    auto *block = galloclarge<int32_t>(5 * n + 1 + graph.first[n]);
+    *groups = {};
+    groups->size = galloclarge<int64_t>(n);
+    groups->groupof = block;
+    if (groups->size == nullptr || block == nullptr)
+        return false;
+    groups->members = block + n;
+    groups->first = block + 2 * n;
+    groups->last = block + 3 * n;
+    groups->firstmember = block + 4 * n;
+    groups->target = block + 5 * n + 1;
+    return true;
 }
 
-// Tarjan's algorithm without recursion. A file's `low` is the lowest visit that it reaches
-// among the files whose group is still open; `open` holds those files, `path` the ones that
-// are being followed.
+// Tarjan's algorithm without recursion.
 struct TARJAN {
-    int32_t *visit; // number of the first visit from 1; 0 before it
-    int32_t *low;
-    int32_t *next; // reference to look at next
-    int32_t *open;
-    int32_t *path;
+    int32_t *visit; // each file's number in the order of visits, from 1; 0 before its visit
+    int32_t *low;   // lowest visit that the file reaches in `open`
+    int32_t *next;  // each file's next reference
+    int32_t *open;  // stack of visited files without a group
+    int32_t *path;  // stack of files being followed
     int32_t visits, opens, depth;
 };
 
@@ -85,7 +76,7 @@ void enter(TARJAN *t, const GRAPH &graph, int32_t file) {
     t->path[t->depth++] = file;
 }
 
-// All references of the file were followed: closes its group when it is the group's first.
+// Ends a file whose references are all followed. The first file of a group closes the group.
 void leave(TARJAN *t, GROUPS *groups, int32_t file) {
     --t->depth;
     if (t->depth > 0) {
@@ -138,7 +129,7 @@ bool findgroups(GROUPS *groups, const GRAPH &graph) {
     return true;
 }
 
-// Sums up the groups' files and joins their references.
+// Sets the groups' sizes and targets.
 bool joingroups(GROUPS *groups, const GRAPH &graph) {
     auto *seen = galloclarge<int32_t>(groups->count);
     if (seen == nullptr)
@@ -171,8 +162,8 @@ bool hasbit(const ROW &row, int32_t bit) {
     return (row.words[bit / 64] >> bit % 64 & 1) != 0;
 }
 
-// Sum of the sizes of the groups that are in `row` but not in `known`; `sizes` is that of
-// the row's first bit.
+// Returns the sum of the sizes of the groups in `row` but not in `known`. `sizes` starts at the
+// row's first bit.
 int64_t sumbeyond(const ROW &row, const ROW &known, const int64_t *sizes) {
     int64_t sum = 0;
     for (int i = 0; i < ROWWORDS; ++i) {
@@ -182,8 +173,8 @@ int64_t sumbeyond(const ROW &row, const ROW &known, const int64_t *sizes) {
     return sum;
 }
 
-// Finds which of the groups `base` to base + ROWBITS - 1 each group reaches, and adds the
-// sizes of those to the group's total.
+// Finds the groups from `base` to base + ROWBITS - 1 that each group reaches, and adds their sizes
+// to the group's total.
 void addblock(GROUPS *groups, int32_t base, ROW *rows, int64_t *sums, int64_t *totals) {
     static const ROW nothing = {};
     const int64_t *sizes = groups->size + base;
@@ -213,7 +204,7 @@ void addblock(GROUPS *groups, int32_t base, ROW *rows, int64_t *sums, int64_t *t
     }
 }
 
-// The totals of all groups.
+// Sets the totals of all groups. False when memory runs out.
 bool sumgroups(GROUPS *groups, int64_t *totals) {
     bool simple = true;
     for (int32_t group = 0; group < groups->count; ++group) {
@@ -233,10 +224,8 @@ bool sumgroups(GROUPS *groups, int64_t *totals) {
         for (int32_t base = 0; base < groups->count; base += ROWBITS)
             addblock(groups, base, rows, sums, totals);
     }
-    if (rows != nullptr)
-        gfree(rows);
-    if (sums != nullptr)
-        gfree(sums);
+    grelease(rows);
+    grelease(sums);
     return whole;
 }
 
@@ -248,9 +237,9 @@ bool completetotals(const GRAPH &graph, int64_t *totals) {
                        sumgroups(&groups, grouptotals);
     for (int32_t file = 0; whole && file < graph.count; ++file)
         totals[file] = grouptotals[groups.groupof[file]];
-    freegroups(&groups);
-    if (grouptotals != nullptr)
-        gfree(grouptotals);
+    grelease(groups.size);
+    grelease(groups.groupof);
+    grelease(grouptotals);
     return whole;
 }
 
@@ -277,8 +266,7 @@ int64_t *linktotals(const GRAPH *graph, int limit) {
         return nullptr;
     const bool whole = limit < graph->count ? limitedtotals(*graph, limit, totals)
                                             : completetotals(*graph, totals);
-    if (whole)
-        return totals;
-    gfree(totals);
-    return nullptr;
+    if (!whole)
+        grelease(totals);
+    return totals;
 }

@@ -1,15 +1,14 @@
 // The file is read in large blocks and lines are not copied. Names are looked up in batches, so
-// that cache misses in the index and in the records overlap. This makes loading about as fast as
-// reading.
+// that cache misses in the index and in the records overlap.
 #include "symbols/loader.h"
 
-#include "base/text.h"
 #include "mem/arena.h"
 #include "mem/galloc.h"
 #include "mem/gstream.h"
 #include "symbols/options.h"
+#include "symbols/words.h"
 
-#include <cstring>
+#include <algorithm>
 
 namespace {
 
@@ -18,127 +17,77 @@ constexpr int64_t BUFFERSIZE = 64 * 1024;
 constexpr int64_t SPAREBYTES = 16; // readable after the buffer's last byte
 constexpr int BATCHSIZE = 64;
 
-// A line or the rest of it; a zero byte ends it.
-struct LINE {
-    const char *text;
-    const char *end;
-};
-
-// The file being read: `next` to `end` are bytes not yet handed out.
-struct LINES {
+// The file being read. The bytes from `next` to `end` are not read as lines yet.
+struct READER {
     GSTREAM file;
     char *buffer;
     char *next;
     char *end;
-    bool hasZeros; // some zero byte is in the buffer
+    bool hasZeros; // the buffer holds a zero byte
     bool atEnd;
 };
 
-// A load in progress. The first `count` entries wait to be entered; their names stand in the
-// buffer of lines.
+// A load in progress. The first `count` entries wait for symenterall; their names are in the
+// reader's buffer.
 struct LOAD {
     TVKINFO *info;
-    ARENA *arena; // of the store
-    _tagfile *file;
+    ARENA *arena;   // the store's
+    _tagfile *file; // of the last header line
     bool outOfMemory;
     int count;
     SYMENTRY entries[BATCHSIZE];
-    _tagfile *files[BATCHSIZE]; // that the entries' lines belong to
-    bool defines[BATCHSIZE];    // a definition, else a reference
+    _tagfile *files[BATCHSIZE]; // of the entries
+    bool defines[BATCHSIZE];    // a definition, not a reference
 };
 
-// Moves the rest to the buffer's start and fills the buffer.
-void fill(LINES *lines) {
-    const auto kept = lines->end - lines->next;
-    memmove(lines->buffer, lines->next, static_cast<size_t>(kept));
-    lines->next = lines->buffer;
-    lines->end = lines->buffer + kept;
-    while (!lines->atEnd && lines->end - lines->next < LINELENGTH) {
-        const int64_t room = lines->buffer + BUFFERSIZE - lines->end;
-        const int64_t got = gread(lines->file, lines->end, room);
-        lines->atEnd = got <= 0;
-        lines->end += got > 0 ? got : 0;
+// Moves the unread bytes to the buffer's start and fills the buffer.
+void fill(READER *reader) {
+    const auto kept = reader->end - reader->next;
+    memmove(reader->buffer, reader->next, static_cast<size_t>(kept));
+    reader->next = reader->buffer;
+    reader->end = reader->buffer + kept;
+    while (!reader->atEnd && reader->end - reader->next < LINELENGTH) {
+        const int64_t space = reader->buffer + BUFFERSIZE - reader->end;
+        const int64_t got = gread(reader->file, reader->end, space);
+        reader->atEnd = got <= 0;
+        reader->end += got > 0 ? got : 0;
     }
-    const auto length = static_cast<size_t>(lines->end - lines->next);
-    lines->hasZeros = memchr(lines->next, 0, length) != nullptr;
+    const auto length = static_cast<size_t>(reader->end - reader->next);
+    reader->hasZeros = memchr(reader->next, 0, length) != nullptr;
 }
 
-// Takes the next line, its line feed included, from the buffer.
-LINE nextline(LINES *lines) {
-    int64_t length = lines->end - lines->next;
-    length = length < LINELENGTH ? length : LINELENGTH;
-    const void *feed = memchr(lines->next, '\n', static_cast<size_t>(length));
+// Returns the next line with its line feed. A zero byte ends it.
+std::string_view nextline(READER *reader) {
+    int64_t length = std::min(reader->end - reader->next, LINELENGTH);
+    const void *feed = memchr(reader->next, '\n', static_cast<size_t>(length));
     if (feed != nullptr)
-        length = static_cast<const char *>(feed) - lines->next + 1;
-    LINE line = {lines->next, lines->next + length};
-    lines->next += length;
-    if (lines->hasZeros)
-        line.end = line.text + strnlen(line.text, static_cast<size_t>(length));
-    return line;
+        length = static_cast<const char *>(feed) - reader->next + 1;
+    const std::string_view line(reader->next, static_cast<size_t>(length));
+    reader->next += length;
+    return reader->hasZeros ? upto(line, 0) : line;
 }
 
-// The first c in the line, or the line's end.
-const char *findchar(const LINE &line, char c) {
-    const void *found = memchr(line.text, c, static_cast<size_t>(line.end - line.text));
-    return found != nullptr ? static_cast<const char *>(found) : line.end;
-}
-
-// Moves the line past the word when it begins with it.
-template <size_t SIZE> bool pass(LINE *line, const char (&word)[SIZE]) {
-    constexpr size_t length = SIZE - 1;
-    if (static_cast<size_t>(line->end - line->text) < length ||
-        memcmp(line->text, word, length) != 0)
-        return false;
-    line->text += length;
-    return true;
-}
-
-bool isspacechar(char c) {
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
-
-// Reads a decimal integer after optional blanks and sign into *value, which keeps its value
-// when there is none.
-void readnumber(LINE line, int32_t *value) {
-    while (line.text < line.end && isspacechar(*line.text))
-        ++line.text;
-    const bool negative = line.text < line.end && *line.text == '-';
-    if (negative || (line.text < line.end && *line.text == '+'))
-        ++line.text;
-    if (line.text == line.end || !isdigitchar(*line.text))
-        return;
-    int64_t number = 0;
-    for (; line.text < line.end && isdigitchar(*line.text); ++line.text) {
-        if (number <= INT32_MAX)
-            number = number * 10 + (*line.text - '0');
-    }
-    number = negative ? -number : number;
-    *value = number > INT32_MAX   ? INT32_MAX
-             : number < INT32_MIN ? INT32_MIN
-                                  : static_cast<int32_t>(number);
-}
-
-// A copy in the store's memory; null, and the load marked, when there is none.
-char *keep(LOAD *load, const char *text, const char *end) {
-    const auto length = static_cast<size_t>(end - text);
-    auto *copy = static_cast<char *>(arenaalloc(load->arena, length + 1));
+// Returns a terminated copy in the store's arena. When memory runs out, sets outOfMemory and
+// returns null.
+char *keep(LOAD *load, std::string_view text) {
+    auto *copy = static_cast<char *>(arenaalloc(load->arena, text.size() + 1));
     if (copy == nullptr) {
         load->outOfMemory = true;
         return nullptr;
     }
-    memcpy(copy, text, length);
-    copy[length] = 0;
+    memcpy(copy, text.data(), text.size());
+    copy[text.size()] = 0;
     return copy;
 }
 
-void readheader(LOAD *load, LINE line) {
-    ++line.text;
-    const char *nameEnd = findchar(line, ']');
-    LINE library = {nameEnd, line.end};
-    const char *libraryEnd = pass(&library, "][") ? findchar(library, ']') : library.text;
+void readheader(LOAD *load, std::string_view line) {
+    line.remove_prefix(1);
+    const std::string_view name = upto(line, ']');
+    line.remove_prefix(name.size());
+    const std::string_view library = takeprefix(&line, "][") ? upto(line, ']') : "";
     auto *file = static_cast<_tagfile *>(arenaalloc(load->arena, sizeof(_tagfile)));
-    char *ownName = keep(load, line.text, nameEnd);
-    char *ownLibrary = keep(load, library.text, libraryEnd);
+    char *ownName = keep(load, name);
+    char *ownLibrary = keep(load, library);
     if (file == nullptr || load->outOfMemory) {
         load->outOfMemory = true;
         return;
@@ -151,18 +100,15 @@ void readheader(LOAD *load, LINE line) {
     load->file = file;
 }
 
-void readsource(LOAD *load, LINE line) {
-    while (line.text < line.end && isspacechar(*line.text))
-        ++line.text;
-    const char *end = line.text;
-    while (end < line.end && !isspacechar(*end))
-        ++end;
-    if (end == line.text)
+void readsource(LOAD *load, std::string_view line) {
+    std::string_view word;
+    if (!takeword(&line, &word))
         return;
-    const char *pathEnd = findchar({line.text, end}, ',');
-    load->file->source = keep(load, line.text, pathEnd);
-    if (pathEnd < end && pathEnd + 1 < end)
-        readnumber({pathEnd + 1, end}, &load->file->date);
+    const std::string_view path = upto(word, ',');
+    load->file->source = keep(load, path);
+    word.remove_prefix(path.size());
+    if (takeprefix(&word, ","))
+        takedecimal(&word, &load->file->date);
 }
 
 // Enters the waiting names and puts a node for each at the head of its file's list.
@@ -196,80 +142,68 @@ void addentry(LOAD *load, const SYMENTRY &entry, bool define) {
         enterall(load);
 }
 
-void readdefine(LOAD *load, LINE line) {
-    const char *nameEnd = findchar(line, ',');
-    SYMENTRY entry = {line.text,
-                      static_cast<int32_t>(nameEnd - line.text),
-                      0,
-                      TYPE_FUNCTION,
-                      SCOPE_GLOBAL,
-                      nullptr,
-                      0};
-    LINE rest = {nameEnd, line.end};
-    if (pass(&rest, ",")) {
-        if (!pass(&rest, "FUNCTION") && pass(&rest, "DATA"))
+void readdefine(LOAD *load, std::string_view line) {
+    SYMENTRY entry = {upto(line, ','), TYPE_FUNCTION, SCOPE_GLOBAL, 0, nullptr, 0};
+    line.remove_prefix(entry.name.size());
+    if (takeprefix(&line, ",")) {
+        if (!takeprefix(&line, "FUNCTION") && takeprefix(&line, "DATA"))
             entry.type = TYPE_DATA;
-        if (pass(&rest, ",")) {
-            if (pass(&rest, "LOCAL"))
+        if (takeprefix(&line, ",")) {
+            if (takeprefix(&line, "LOCAL"))
                 entry.scope = SCOPE_LOCAL;
             else
-                pass(&rest, "GLOBAL");
-            if (pass(&rest, ","))
-                readnumber(rest, &entry.size);
+                takeprefix(&line, "GLOBAL");
+            if (takeprefix(&line, ","))
+                takedecimal(&line, &entry.size);
         }
     }
     addentry(load, entry, true);
 }
 
-// Whether any of the characters is a blank or another control character, eight at a time;
-// reads up to seven bytes after them.
-bool hasblank(const char *text, int64_t length) {
+// Whether the text holds a blank or another control character. Compares eight bytes at a time, and
+// reads up to seven bytes after the text.
+bool hasblank(std::string_view line) {
     constexpr uint64_t ones = 0x0101010101010101ULL;
     uint64_t found = 0;
-    for (; length > 0; text += 8, length -= 8) {
+    const char *text = line.data();
+    for (auto left = static_cast<int64_t>(line.size()); left > 0; text += 8, left -= 8) {
         uint64_t word = eightbytes(text);
-        if (length < 8)
-            word |= ~uint64_t{0} << 8 * length; // bytes after the text are no blanks
+        if (left < 8)
+            word |= ~uint64_t{0} << 8 * left; // bytes after the text are no blanks
         found |= (word - ones * '!') & ~word & ones * 0x80;
     }
     return found != 0;
 }
 
-void readrefer(LOAD *load, LINE line) {
-    const char *end = line.end;
-    if (end > line.text && end[-1] == '\n')
-        --end;
-    if (hasblank(line.text, end - line.text)) {
-        for (end = line.text; end < line.end && !isspacechar(*end);)
-            ++end;
-    }
-    addentry(load,
-             {line.text, static_cast<int32_t>(end - line.text), 0, TYPE_UNKNOWN, SCOPE_GLOBAL,
-              nullptr, 0},
-             false);
+void readrefer(LOAD *load, std::string_view line) {
+    if (line.ends_with('\n'))
+        line.remove_suffix(1);
+    if (hasblank(line))
+        line = line.substr(0, line.find_first_of(" \t\n\v\f\r"));
+    addentry(load, {line, TYPE_UNKNOWN, SCOPE_GLOBAL, 0, nullptr, 0}, false);
 }
 
-void readline(LOAD *load, LINE line) {
-    if (pass(&line, "refer="))
+void readline(LOAD *load, std::string_view line) {
+    if (takeprefix(&line, "refer="))
         readrefer(load, line);
-    else if (pass(&line, "define="))
+    else if (takeprefix(&line, "define="))
         readdefine(load, line);
-    else if (pass(&line, "size="))
-        readnumber(line, &load->file->size);
-    else if (pass(&line, "source="))
+    else if (takeprefix(&line, "size="))
+        takedecimal(&line, &load->file->size);
+    else if (takeprefix(&line, "source="))
         readsource(load, line);
 }
 
-void readlines(LOAD *load, LINES *lines) {
+void readlines(LOAD *load, READER *reader) {
     while (!load->outOfMemory) {
-        if (lines->end - lines->next < LINELENGTH && !lines->atEnd) {
-            enterall(load); // their names are about to move
-            fill(lines);
+        if (reader->end - reader->next < LINELENGTH && !reader->atEnd) {
+            enterall(load); // fill moves their names
+            fill(reader);
         }
-        if (lines->next == lines->end)
+        if (reader->next == reader->end)
             return enterall(load);
-        const LINE line = nextline(lines);
-        if (line.text < line.end && *line.text == '[')
+        const std::string_view line = nextline(reader);
+        if (line.starts_with('['))
             readheader(load, line);
         else if (load->file != nullptr)
             readline(load, line);
@@ -279,24 +213,23 @@ void readlines(LOAD *load, LINES *lines) {
 } // namespace
 
 TVKINFO *tvkload(const char *path) {
-    LINES lines = {};
-    lines.file = gopen(path);
-    if (lines.file == 0)
+    READER reader = {};
+    reader.file = gopen(path);
+    if (reader.file == 0)
         return nullptr;
     LOAD load;
     load.info = cinew();
     load.arena = load.info != nullptr ? symarena(load.info->symtable) : nullptr;
     load.file = nullptr;
     load.count = 0;
-    lines.buffer = galloclarge<char>(BUFFERSIZE + SPAREBYTES);
-    load.outOfMemory = load.info == nullptr || lines.buffer == nullptr;
-    lines.next = lines.buffer;
-    lines.end = lines.buffer;
+    reader.buffer = galloclarge<char>(BUFFERSIZE + SPAREBYTES);
+    load.outOfMemory = load.info == nullptr || reader.buffer == nullptr;
+    reader.next = reader.buffer;
+    reader.end = reader.buffer;
     if (!load.outOfMemory)
-        readlines(&load, &lines);
-    gclose(lines.file);
-    if (lines.buffer != nullptr)
-        gfree(lines.buffer);
+        readlines(&load, &reader);
+    gclose(reader.file);
+    grelease(reader.buffer);
     if (!load.outOfMemory)
         return load.info;
     tvkfree(load.info);

@@ -8,13 +8,12 @@
 //     refer=name
 //     size=4096
 //
-// Other lines are passed over, and so is what stands before the first header. A line of more
-// than 255 characters, line feed included, is read in pieces of that length, each a line of
-// its own.
+// Other lines, and lines before the first header, are ignored. A line of more than 255 characters,
+// line feed included, is read in pieces of that length, each a line of its own.
 #pragma once
 
 #include "symbols/store.h"
 
-// A new store, for tvkfree, with everything that the file describes, or null: without a message
-// when the file cannot be opened, with an error message when memory runs out.
+// Returns a new store with the contents of the file, for tvkfree. Returns null without a message
+// when the file cannot be opened, and with an error message when memory runs out.
 TVKINFO *tvkload(const char *path);

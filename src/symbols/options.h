@@ -1,5 +1,5 @@
-// The tool's own options, as the command line left them. They are process-wide: the option
-// callback and main write them, the importers, the loader and the reports read them.
+// The tool's own options. They are process-wide: tool/callbacks.cpp and main set them; importers,
+// loader and reports read them.
 #pragma once
 
 #include "base/options.h"
@@ -18,7 +18,7 @@ extern int OPTnfiles;                // used entries of OPTfiles
 extern int OPTdefine;                // 0: report definitions
 extern int OPTrefer;                 // 0: report references
 extern int OPTlinks;                 // 0: report the links-in closure
-extern int OPTrecurselevel;          // -1: not given, which main turns into no limit
+extern int OPTrecurselevel;          // -1: not given; main sets no limit
 extern int OPTunderscores;           // 0: 1 keeps underscores around symbol names
 extern int OPTappend;                // 0: 1 keeps an existing symbol file
 extern int OPThtml;                  // 0: 1 selects the HTML form of the reports

@@ -5,7 +5,7 @@
 #include "symbols/options.h"
 
 int tolvik(const char *symbolfile, const char *reportfile) {
-    // Leak checkers see a store that a variable leads to as reachable; "volatile" keeps it.
+    // Static, so that leak checkers see the store as reachable; volatile, so that it is stored.
     static TVKINFO *volatile store = nullptr;
     store = tvkload(symbolfile);
     return tvkreport(reportfile, store, OPTsymbols, OPTnsymbols, OPTfiles, OPTnfiles, OPTdefine,

@@ -1,7 +1,7 @@
-// What a run does after its last batch: it loads the symbol file and reports on it.
+// The analysis after the last batch.
 #pragma once
 
-// Loads the symbol file and writes the report that the options ask for to the report file, or to
+// Loads the symbol file and writes the report that the options select to the report file, or to
 // standard output when that name is null or empty. Returns the result of tvkreport: 0 without a
-// message when either file cannot be opened. A static variable keeps the store.
+// message when a file cannot be opened. Keeps the store until the process ends.
 int tolvik(const char *symbolfile, const char *reportfile);

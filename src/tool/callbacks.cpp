@@ -9,7 +9,7 @@
 
 namespace {
 
-// Looked up in this order, each as a prefix of what was typed.
+// Searched in this order, each as a prefix of the typed text.
 constexpr struct {
     const char *name;
     int type;
@@ -18,7 +18,7 @@ constexpr struct {
     {"psx", OBJTYPE_PSX}, {"ps2", OBJTYPE_PS2}, {"xbox", OBJTYPE_PC}, {"elf", OBJTYPE_SGI},
 };
 
-// Keywords that switch something on.
+// Keywords and the options that they set to 1.
 constexpr struct {
     const char *word;
     int *switches[3];
@@ -40,12 +40,12 @@ bool isword(const char *text, const char *word) {
     return strnicmp(text, word, strlen(word)) == 0;
 }
 
-// Copies a name into one of the text options; one that does not fit is refused.
-const char *textoption(char *option, const char *name, const char *what) {
+// Copies a name into a text option. Prints a message instead when the name does not fit.
+const char *textoption(char *option, const char *name, const char *label) {
     const char *end = endofname(name);
     const auto length = static_cast<size_t>(end - name);
     if (length >= BRAXFIELDSIZE) {
-        toolsay("tolvik: ERROR: %s too long, ignoring '%.40s...'\n", what, name);
+        toolsay("tolvik: ERROR: %s too long, ignoring '%.40s...'\n", label, name);
         return end;
     }
     copytext(option, name, length, BRAXFIELDSIZE);
@@ -54,20 +54,19 @@ const char *textoption(char *option, const char *name, const char *what) {
     return end;
 }
 
-// Puts a name at the end of one of the name lists.
-const char *listoption(char **list, int *count, int room, const char *name, const char *what) {
+// Appends a name to a list of `size` entries. Prints a message instead when the list is full.
+const char *listoption(char **list, int *count, int size, const char *name, const char *label) {
     const char *end = endofname(name);
     char *copy = galloctext(name, end - name);
     for (char *p = copy; p != nullptr && *p != 0; ++p)
         *p = tosoftspace(*p);
-    if (copy != nullptr && *count < room) {
+    if (copy != nullptr && *count < size) {
         list[(*count)++] = copy;
         return end;
     }
-    toolsay("tolvik: ERROR: out of %s space, ignoring '%.*s'\n", what, static_cast<int>(end - name),
-            copy != nullptr ? copy : name);
-    if (copy != nullptr)
-        gfree(copy);
+    toolsay("tolvik: ERROR: out of %s space, ignoring '%.*s'\n", label,
+            static_cast<int>(end - name), copy != nullptr ? copy : name);
+    grelease(copy);
     return end;
 }
 
@@ -92,13 +91,13 @@ const char *libraryoption(const char *name) {
 
 const char *switchoption(const char *text) {
     for (const auto &entry : switchwords) {
-        if (isword(text, entry.word)) {
-            for (int *option : entry.switches) {
-                if (option != nullptr)
-                    *option = 1;
-            }
-            return text + strlen(entry.word);
+        if (!isword(text, entry.word))
+            continue;
+        for (int *option : entry.switches) {
+            if (option != nullptr)
+                *option = 1;
         }
+        return text + strlen(entry.word);
     }
     return nullptr;
 }

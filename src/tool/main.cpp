@@ -1,9 +1,12 @@
-// tolvik: where symbols are defined, where they are referred to, and which object files
+// tolvik reports where symbols are defined, where they are referred to, and which object files
 // they bring into a link.
 //
-// The command line comes in batches. Each batch names a symbol file, which the importer of
-// the chosen object type fills from the batch's sources; after the last batch the symbol
-// file is loaded and reported on.
+// In: a command line of batches. Out: a symbol file for each batch, and a report on the last one.
+// Read main() at the end of this file first. BRAX_parse (brax/parse.h) makes a batch; callbacks.cpp
+// has the tool's options, for example `-html`; the importer of the object type
+// (importers/importers.h) fills the symbol file from the batch's sources. After the last batch,
+// tolvik (analysis.cpp) loads the symbol file (symbols/loader.h) and writes the report
+// (report/report.h).
 #include "base/text.h"
 #include "brax/parse.h"
 #include "importers/command.h"
@@ -30,7 +33,7 @@ namespace {
 constexpr int SYMBOLFILESIZE = 256;
 constexpr char symbolextension[] = ".tvk";
 
-// From the first '.', wherever it stands, to the end; empty without one.
+// Returns the name from its first '.' on, directories included; empty without one.
 const char *extensionof(const char *name) {
     const char *dot = strchr(name, '.');
     return dot != nullptr ? dot : "";
@@ -40,16 +43,16 @@ bool issymbolfile(const char *name) {
     return stricmp(extensionof(name), symbolextension) == 0;
 }
 
-// Opens the standard streams that the caller closed, so that no file of the user's takes their
-// place. Writing to them still fails.
-void holdstandardstreams() {
+// Reserves descriptors 0 to 2 when the caller closed them, so that no file of the user gets their
+// number. Writing to them still fails.
+void reservedescriptors() {
     for (int descriptor = 0; descriptor <= 2; ++descriptor) {
         if (fcntl(descriptor, F_GETFD) < 0)
             open("/dev/null", O_RDONLY);
     }
 }
 
-// An importer creates the symbol file anew by appending to it. False when the old one stays.
+// Removes the old symbol file, because importers append. False when it cannot be removed.
 bool removeoldfile(const char *symbolfile) {
     if (OPTappend != 0 || access(symbolfile, F_OK) != 0)
         return true;
@@ -61,10 +64,9 @@ bool removeoldfile(const char *symbolfile) {
     return false;
 }
 
-// Names the symbol file of the batch and sets whether it is reported on. False when the name is too
-// long or the old file cannot be removed; the batch's sources are then skipped.
+// Sets the name of the batch's symbol file, and whether to report on it. False when the name is too
+// long or the old file cannot be removed; the caller skips the batch's sources.
 bool choosesymbolfile(char *symbolfile, int *report) {
-    char chosen[SYMBOLFILESIZE];
     const char *source = BRAXsargv[0];
     const char *destination = BRAXdargv[0];
     const bool loaded = issymbolfile(source);
@@ -81,31 +83,14 @@ bool choosesymbolfile(char *symbolfile, int *report) {
         toolsay("tolvik: ERROR: symbol file name too long for '%.40s...'\n", name);
         return false;
     }
-    copytext(chosen, name, length, SYMBOLFILESIZE);
-    copytext(chosen + length, added, SYMBOLFILESIZE - length);
+    copytext(symbolfile, name, length, SYMBOLFILESIZE);
+    appendtext(symbolfile, added, SYMBOLFILESIZE);
     if (!loaded)
         lockworkdir(true);
-    if (!loaded && !removeoldfile(chosen))
+    if (!loaded && !removeoldfile(symbolfile))
         return false;
-    copytext(symbolfile, chosen, SYMBOLFILESIZE);
     *report = builtonly ? 0 : 1;
     return true;
-}
-
-IMPORTER importerof(int type) {
-    switch (type) {
-    case OBJTYPE_SGI:
-    case OBJTYPE_N64:
-        return sgitvk;
-    case OBJTYPE_PSX:
-        return psxtvk;
-    case OBJTYPE_PS2:
-        return ps2tvk;
-    case OBJTYPE_GC:
-        return gctvk;
-    default:
-        return pctvk;
-    }
 }
 
 void importsource(const char *source, const char *symbolfile) {
@@ -115,13 +100,15 @@ void importsource(const char *source, const char *symbolfile) {
     }
     if (issymbolfile(source))
         return;
+    // By OBJTYPE.
+    constexpr IMPORTER importers[] = {nullptr, sgitvk, sgitvk, pctvk, psxtvk, ps2tvk, gctvk};
     lockworkdir(true);
-    if (importerof(OPTobjtype)(source, symbolfile) == 0 && importsignal() == 0)
+    if (importers[OPTobjtype](source, symbolfile) == 0 && importsignal() == 0)
         toolsay("tolvik: ERROR reading symbols from '%s'\n", source);
 }
 
-// Ends the run by the signal that a command died of. What the batch added to the symbol file, which
-// had `length` bytes before it (none for -1), is taken back.
+// Ends the process by the signal that ended a command. Truncates the symbol file to `length`, its
+// size before the batch; removes it for -1.
 void endbysignal(const char *symbolfile, int64_t length) {
     unlink(TEMPFILE);
     cleanup();
@@ -143,7 +130,7 @@ void importbatch(const char *symbolfile) {
     }
 }
 
-// Fills in what the command line left open.
+// Sets the options that the command line did not give.
 void completeoptions() {
     if (OPTrecurselevel < 0)
         OPTrecurselevel = INT_MAX;
@@ -164,7 +151,7 @@ bool samefile(const struct stat *file, const char *name) {
 
 // Whether the existing file must not be overwritten: the last batch or the report reads it, or its
 // last extension is ".tvk".
-bool isread(const struct stat *file, const char *name, const char *symbolfile) {
+bool isprotected(const struct stat *file, const char *name, const char *symbolfile) {
     const char *extension = strrchr(name, '.');
     bool found = samefile(file, symbolfile) ||
                  (extension != nullptr && stricmp(extension, symbolextension) == 0);
@@ -179,7 +166,7 @@ const char *reportname(const char *symbolfile) {
     const char *name = BRAXargnum > 0 ? BRAXdargv[0] : "";
     if (*name == 0 || stricmp(BRAXsargv[0], name) == 0 || issymbolfile(name))
         return "";
-    if (stat(name, &status) != 0 || !isread(&status, name, symbolfile))
+    if (stat(name, &status) != 0 || !isprotected(&status, name, symbolfile))
         return name;
     toolsay("tolvik: ERROR: no report over '%s', which holds objects or symbols\n", name);
     return "";
@@ -191,9 +178,9 @@ int main(int argc, char *argv[]) {
     char symbolfile[SYMBOLFILESIZE] = "";
     int report = 0;
     bool more = true;
-    bool worked = false; // help and history leave a temporary directory alone
-    holdstandardstreams();
-    // A write that fails is reported; it does not end the run.
+    bool worked = false; // not for help and history
+    reservedescriptors();
+    // Failed writes return an error instead and are reported.
     signal(SIGXFSZ, SIG_IGN);
     signal(SIGPIPE, SIG_IGN);
     BRAX_init(BRAX_reset, BRAX_usage, BRAX_opt, BRAX_history);
@@ -206,7 +193,7 @@ int main(int argc, char *argv[]) {
     }
     if (report != 0)
         tolvik(symbolfile, reportname(symbolfile));
-    if (worked && lockworkdir(false)) // not under a run that imports
+    if (worked && lockworkdir(false)) // false while another process imports here
         cleanup();
     return 0;
 }

@@ -5,7 +5,7 @@
 
 const char TextVersion[] = "1.54 (Quillmarsh) 020718";
 
-// The first lines show this program's name; the rows are its releases.
+// The program's banner and its releases.
 const char *const BRAX_history[] = {
     "******************************************************************",
     "*                                                                *",

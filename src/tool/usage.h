@@ -4,7 +4,7 @@
 extern const char TextVersion[];
 extern const char *const BRAX_history[]; // one line each, ended by an empty text
 
-// Prints the banner and, by mode, more: 0 the banner alone, 2 the short usage, 3 the full
-// help (with the topic as the name of the environment variable), above 3 the usage line.
-// Ends the process with status 0 in modes 1, 2 and 3; else returns 0.
+// Prints the banner; in modes other than 0 the usage line; in mode 2 the short usage; in mode 3 the
+// full help with `topic` as the name of the environment variable. Ends the process with status 0
+// in modes 1, 2 and 3; else returns 0.
 int BRAX_usage(const char *program, const char *topic, const char *address, int mode);

@@ -128,10 +128,7 @@ TEST(Closure, FollowsChainsOfAnyLength) {
     _tagfilelist *list = symneedfiles(&map.symbols[0], nullptr, INT32_MAX, 0);
     EXPECT_EQ(list->last->level, static_cast<int>(n) - 1);
     flfree(list);
-    const int64_t total = map.totals(INT32_MAX).back();
-    EXPECT_EQ(total, int64_t{n} * (n + 1) / 2);
-    EXPECT_EQ(saturated(total), INT32_MAX);
-    EXPECT_EQ(saturated(-total), INT32_MIN);
+    EXPECT_EQ(map.totals(INT32_MAX).back(), int64_t{n} * (n + 1) / 2);
 }
 
 } // namespace

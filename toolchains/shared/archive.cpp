@@ -20,7 +20,7 @@ bool is_digit(char character) {
     return character >= '0' && character <= '9';
 }
 
-// Of at most 15 digits, so that it does not overflow.
+// Reads at most 15 digits, which cannot overflow.
 size_t number_at(const char *text, size_t length, size_t *end) {
     size_t number = 0;
     size_t digits = 0;
@@ -51,7 +51,7 @@ void read_long_name(const ARCHIVE *archive, const std::string &field, MEMBER *me
 }
 
 // "#1/LENGTH": the name is the first part of the data.
-bool read_name_in_front(const std::string &field, MEMBER *member) {
+bool read_name_before_data(const std::string &field, MEMBER *member) {
     size_t end = 0;
     size_t length = number_at(field.c_str() + 3, field.size() - 3, &end);
     if (length > member->data.size) {
@@ -63,14 +63,14 @@ bool read_name_in_front(const std::string &field, MEMBER *member) {
     return true;
 }
 
-// Cuts the blanks at the end and the '/' that ends a name.
+// Returns the name without the blanks at its end.
 std::string name_field(const HEADER *header) {
     std::string name(header->name, sizeof header->name);
     name.erase(name.find_last_not_of(' ') + 1);
     return name;
 }
 
-// False if the member cannot be read. An empty name stands for a member to skip.
+// False if the member cannot be read. Sets an empty name for a member to skip.
 bool read_member(ARCHIVE *archive, const HEADER *header, MEMBER *member) {
     std::string field = name_field(header);
     *member = {"", member->data, false, 0};
@@ -79,7 +79,7 @@ bool read_member(ARCHIVE *archive, const HEADER *header, MEMBER *member) {
     } else if (field.size() > 1 && field[0] == '/' && is_digit(field[1])) {
         read_long_name(archive, field, member);
     } else if (field.compare(0, 3, "#1/") == 0) {
-        if (!read_name_in_front(field, member)) {
+        if (!read_name_before_data(field, member)) {
             return false;
         }
     } else if (!field.empty() && field[0] != '/') {
@@ -94,7 +94,7 @@ bool read_member(ARCHIVE *archive, const HEADER *header, MEMBER *member) {
     return true;
 }
 
-// Whether a thin library holds the member's bytes itself.
+// Whether the library itself holds the member's bytes.
 bool holds_data(const ARCHIVE *archive, const HEADER *header) {
     return !archive->thin || (header->name[0] == '/' && !is_digit(header->name[1]));
 }

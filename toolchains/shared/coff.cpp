@@ -1,13 +1,13 @@
-/* Readers take each definition that a linker sees from "SECT" and "External", and each reference
-   from "UNDEF" and "External". So that they see what a linker does,
+/* Readers take "SECT" with "External" as a definition, and "UNDEF" with "External" as a reference.
+   To match a linker:
 
    - a weak definition is an External symbol in the section of its default, and the default that the
      compiler adds for it (".weak.NAME...") is Static;
-   - a weak reference, for which no linker searches a library, stays WeakExternal;
+   - a weak reference, for which no linker searches a library, is WeakExternal;
    - common and absolute symbols are in the section "SECT-", which has no number;
-   - the summary sums sections by their contents, for readers count few section names: code as
-     .text, initialised data of any name as .data, other data as .bss. Sections that take no memory
-     in the program are left out. */
+   - the summary sums sections by their contents, because readers count few section names: code as
+     .text, initialised data of any name as .data, other data as .bss. It omits sections that take
+     no memory. */
 #include "coff.h"
 
 #include <stdint.h>
@@ -25,8 +25,8 @@ constexpr size_t HEADERSIZE = 20;
 constexpr size_t BIGHEADERSIZE = 56;
 constexpr size_t SECTIONSIZE = 40;
 constexpr size_t SYMBOLSIZE = 18;
-constexpr size_t LONGESTNAME = 205; // readers take 255 characters of a line, columns included
-constexpr size_t LONGESTTEXT = 250; // of names that are read, and of a line after four columns
+constexpr size_t LONGESTNAME = 205; // readers read 255 characters of a line, with columns
+constexpr size_t LONGESTTEXT = 250; // of a name, and of a line after four columns
 
 struct OBJECT {
     const unsigned char *bytes;
@@ -65,7 +65,7 @@ bool fits(const OBJECT *object, size_t offset, size_t count, size_t size) {
     return offset <= object->length && count <= (object->length - offset) / size;
 }
 
-// The text up to its first zero byte.
+// Returns the text up to its first zero byte.
 std::string_view text_of(const unsigned char *bytes, size_t length) {
     const std::string_view text(reinterpret_cast<const char *>(bytes), length);
     return text.substr(0, text.find('\0'));
@@ -80,7 +80,7 @@ std::string_view string_at(OBJECT *object, uint64_t offset) {
     return rest.substr(0, rest.find('\0'));
 }
 
-// The string table follows the symbols and begins with its own size.
+// Finds the string table after the symbols. It begins with its own size.
 void find_strings(OBJECT *object) {
     const size_t begin = object->symbols + object->symbolCount * object->symbolSize;
     if (!object->symbols || !fits(object, begin, 1, 4)) {
@@ -120,7 +120,7 @@ void read_header(OBJECT *object) {
     }
 }
 
-// Section numbers of 16 bits leave the uppermost for special sections.
+// In 16 bits, numbers from 0xFF00 on are special sections.
 int section_number(const OBJECT *object, const unsigned char *bytes) {
     if (object->big) {
         return static_cast<int>(read32(bytes));
@@ -156,7 +156,7 @@ bool next_symbol(OBJECT *object, size_t *index, SYMBOL *symbol) {
     return !object->fault;
 }
 
-// The auxiliary records of a file record hold the name, or its place in the string table.
+// Reads the name from the auxiliary records of a file record, or from the string table.
 std::string_view file_name(OBJECT *object, const SYMBOL *file) {
     const unsigned char *name = file->record + object->symbolSize;
     if (file->auxiliary && !read32(name) && read32(name + 4)) {
@@ -165,7 +165,7 @@ std::string_view file_name(OBJECT *object, const SYMBOL *file) {
     return text_of(name, file->auxiliary * object->symbolSize);
 }
 
-// The name in the first file record; empty when there is none.
+// Returns the name in the first file record; empty when there is none.
 std::string_view source_name(OBJECT *object) {
     SYMBOL symbol;
     for (size_t index = 0; next_symbol(object, &index, &symbol);) {
@@ -176,8 +176,8 @@ std::string_view source_name(OBJECT *object) {
     return "";
 }
 
-// Makes of the symbol what a linker takes it for.
-void settle(OBJECT *object, SYMBOL *symbol) {
+// Changes the symbol to what a linker sees.
+void resolve(OBJECT *object, SYMBOL *symbol) {
     if (symbol->storage == CLASS_WEAK && symbol->auxiliary) {
         const uint32_t index = read32(symbol->record + object->symbolSize);
         SYMBOL body = {};
@@ -199,7 +199,7 @@ void settle(OBJECT *object, SYMBOL *symbol) {
     }
 }
 
-// Prints at most so many characters. Control characters would break the line.
+// Prints at most `most` characters. Control characters, which would break the line, become ^X.
 void print_line(FILE *out, std::string_view text, size_t most) {
     for (const char c : text) {
         const bool control = c >= 0 && c < ' ';
@@ -217,18 +217,11 @@ void print_line(FILE *out, std::string_view text, size_t most) {
 }
 
 const char *storage_text(unsigned storage) {
-    switch (storage) {
-    case CLASS_EXTERNAL:
-        return "External";
-    case CLASS_STATIC:
-        return "Static";
-    case CLASS_FILE:
-        return "Filename";
-    case CLASS_WEAK:
-        return "WeakExternal";
-    default:
-        return "Other";
-    }
+    return storage == CLASS_EXTERNAL ? "External"
+           : storage == CLASS_STATIC ? "Static"
+           : storage == CLASS_FILE   ? "Filename"
+           : storage == CLASS_WEAK   ? "WeakExternal"
+                                     : "Other";
 }
 
 void print_columns(FILE *out, const SYMBOL *symbol) {
@@ -252,7 +245,7 @@ void print_symbols(OBJECT *object, FILE *out) {
     const std::string_view source = source_name(object);
     SYMBOL symbol = {0, ".file", 0, -2, 0, CLASS_FILE, 0, nullptr};
     if (source.empty()) {
-        // After the usual heading readers would take the first symbol for the source.
+        // After the usual heading readers would read the first symbol as the source.
         fprintf(out, "SYMBOL TABLE WITHOUT A FILE RECORD\n");
     } else {
         fprintf(out, "COFF SYMBOL TABLE\n");
@@ -261,7 +254,7 @@ void print_symbols(OBJECT *object, FILE *out) {
         print_line(out, source, LONGESTTEXT);
     }
     for (size_t index = 0; next_symbol(object, &index, &symbol);) {
-        settle(object, &symbol);
+        resolve(object, &symbol);
         if (symbol.storage != CLASS_FILE) {
             print_symbol(out, &symbol);
         }
@@ -282,7 +275,7 @@ void print_import(const OBJECT *object, FILE *out) {
     }
 }
 
-// "//" and up to six digits of 64 values each: an offset too large for decimal digits.
+// Reads the digits after "//", base 64, of an offset too large for decimal digits.
 uint64_t base64_value(std::string_view digits) {
     constexpr std::string_view values =
         "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";

@@ -21,8 +21,8 @@
 
    Section number, storage class and name begin at columns 13, 33 and 49; section numbers and names
    that do not fit are cut. An import record of a library is listed as the symbols that it
-   defines. The object may hold any bytes. Returns null, or a static text that says what is wrong
-   with the object; the listing then ends before the fault. */
+   defines. The object may hold any bytes. Returns null, or a static text with the object's fault;
+   the listing then ends before the fault. */
 const char *coff_list(BYTES object, FILE *out);
 
 #endif

@@ -1,6 +1,6 @@
-/* Lines must not exceed 254 characters: readers take the rest of a longer one for another line,
-   which would end the object's list. A name that needs more room gets a line without the columns
-   that readers skip; beyond 219 characters, which is all that a symbol file holds, it is cut. */
+/* Lines must not exceed 254 characters: readers read the rest of a longer one as another line,
+   which ends the object's list. A longer line omits the columns that readers skip. Names are cut to
+   219 characters, the most in a symbol file. */
 #include "elfdump.h"
 #include "archive.h"
 #include "elfobject.h"
@@ -29,7 +29,7 @@ struct LISTING {
     int lines;
 };
 
-// The size of the character at the start of the text; 0 if its bytes are no printable character.
+// Returns the size of the first character; 0 if its bytes are no printable character.
 size_t character_size(const char *text, size_t size) {
     unsigned char byte = static_cast<unsigned char>(*text);
     if (byte < 0x80 || MB_CUR_MAX == 1) {
@@ -40,13 +40,13 @@ size_t character_size(const char *text, size_t size) {
     return length <= size ? length : 0;
 }
 
-// Copies as many characters as fit with a NUL. Readers pass the listing through grep, which drops
-// lines with bytes that are no characters: these become \xNN. An empty name becomes "-".
-void copy_name(char *to, size_t room, const char *name, size_t size) {
+// Copies as many characters as fit `space` bytes with a NUL. Bytes that are no characters become
+// \xNN, because grep drops lines with them. An empty name becomes "-".
+void copy_name(char *to, size_t space, const char *name, size_t size) {
     size_t used = 0;
     while (size) {
         size_t length = character_size(name, size);
-        if (used + (length ? length : 4) >= room) {
+        if (used + (length ? length : 4) >= space) {
             break;
         }
         if (length) {
@@ -55,7 +55,7 @@ void copy_name(char *to, size_t room, const char *name, size_t size) {
         } else {
             length = 1;
             used += static_cast<size_t>(
-                snprintf(to + used, room - used, "\\x%02x", static_cast<unsigned char>(*name)));
+                snprintf(to + used, space - used, "\\x%02x", static_cast<unsigned char>(*name)));
         }
         name += length;
         size -= length;
@@ -69,7 +69,7 @@ void copy_name(char *to, size_t room, const char *name, size_t size) {
 void print_line(LISTING *listing, const char *name, unsigned long long address,
                 unsigned long long size, const char *kind, const char *section) {
     char line[2 * LINESIZE];
-    size = std::min<unsigned long long>(size, INT_MAX); // the most that readers take
+    size = std::min<unsigned long long>(size, INT_MAX); // the readers' maximum
     int length = snprintf(line, sizeof line, "[%d] %s 0x%08llx %llu %s %s\n", ++listing->lines,
                           name, address, size, kind, section);
     if (length > LINESIZE) {
@@ -78,7 +78,7 @@ void print_line(LISTING *listing, const char *name, unsigned long long address,
     fputs(line, listing->out);
 }
 
-// A list is never empty: readers would take the next object's for it.
+// A list is never empty: readers would read the next object's list instead.
 void print_heading(LISTING *listing, const char *name) {
     char heading[LINESIZE - 1];
     name += strspn(name, " \t");
@@ -87,7 +87,7 @@ void print_heading(LISTING *listing, const char *name) {
     print_line(listing, "*ABS*", 0, 0, "LOCAL SECTION", "ABS");
 }
 
-// Only sections that take memory count for the object's size.
+// Prints sections that take memory; others do not count for the object's size.
 bool list_sections(LISTING *listing) {
     listing->sections.resize(std::max<size_t>(listing->object->sectionCount, 1));
     for (size_t index = 1; index < listing->object->sectionCount; index++) {
@@ -106,8 +106,8 @@ bool list_sections(LISTING *listing) {
     return true;
 }
 
-// Compilers give references no type, and assembler labels often have none, but readers drop
-// NOTYPE: only a weak reference, for which a linker takes no member, keeps it.
+// Readers drop NOTYPE, but references and many labels have no type. Only a weak reference, for
+// which a linker takes no member, is listed as NOTYPE.
 const char *kind_of(const ELFSYMBOL *symbol, const SECTION *section) {
     bool undefined = symbol->place == PLACE_UNDEFINED;
     if (undefined && symbol->binding == STB_WEAK) {
@@ -176,16 +176,13 @@ void list_object(DUMP *dump, const char *path, const char *member, BYTES bytes) 
 }
 
 void list_member(DUMP *dump, const char *path, const char *member, BYTES bytes) {
-    switch (object_kind(bytes)) {
-    case KIND_ELF:
+    OBJECTKIND kind = object_kind(bytes);
+    if (kind == KIND_ELF) {
         list_object(dump, path, member, bytes);
-        break;
-    case KIND_BITCODE:
-        complain(dump, path, member, "holds only intermediate code (LLVM bitcode)");
-        break;
-    default:
-        complain(dump, path, member, "is no ELF object");
-        break;
+    } else {
+        complain(dump, path, member,
+                 kind == KIND_BITCODE ? "holds only intermediate code (LLVM bitcode)"
+                                      : "is no ELF object");
     }
 }
 

@@ -4,8 +4,8 @@
 
 #include "bytes.h"
 
-/* Lists an ELF object, or every member of a library. path names it, and leads to the members of a
-   thin library. The dump's status becomes 1 if something could not be read. */
+/* Lists an ELF object, or every member of a library. path is its file name; names in a thin library
+   are relative to its directory. Sets the dump's status to 1 if a part cannot be read. */
 void elfdump_list(DUMP *dump, const char *path, BYTES bytes);
 
 #endif

@@ -6,7 +6,7 @@ namespace {
 
 enum { LARGE_COMMON = 0xff02 }; // x86-64, not in elf.h
 
-// Null unless a string starts at the offset. Tables end with a NUL, so that the string does too.
+// Returns the string at the offset; null if there is none. The table must end with a NUL.
 const char *string_at(BYTES table, size_t offset) {
     bool inside = offset < table.size && !table.data[table.size - 1];
     return inside ? reinterpret_cast<const char *>(table.data + offset) : nullptr;
@@ -68,7 +68,7 @@ bool read_tables(ELFOBJECT *object) {
     return true;
 }
 
-// Small and large common blocks have section indexes of their own on some machines.
+// Some machines have separate section indexes for small and large common blocks.
 ELFPLACE reserved_place(const ELFOBJECT *object, size_t index) {
     bool mips = object->header.e_machine == EM_MIPS;
     if (index == SHN_COMMON || (mips && (index == SHN_MIPS_ACOMMON || index == SHN_MIPS_SCOMMON)) ||
@@ -82,7 +82,7 @@ bool starts_with(const char *text, const char *start) {
     return strncmp(text, start, strlen(start)) == 0;
 }
 
-// Compilers mark intermediate code by these names; any other global symbol is for a linker.
+// Compilers mark intermediate code by these names. Another global symbol is machine code or data.
 bool is_intermediate(const ELFOBJECT *object) {
     bool found = false;
     ELFSECTION section;

@@ -21,7 +21,7 @@ struct ELFOBJECT {
 struct ELFSECTION {
     const char *name;
     GElf_Shdr header;
-    BYTES contents; // empty if the section takes no room in the file
+    BYTES contents; // empty if the section has none in the file
 };
 
 enum ELFPLACE { PLACE_UNDEFINED, PLACE_SECTION, PLACE_ABSOLUTE, PLACE_COMMON };
@@ -35,22 +35,21 @@ struct ELFSYMBOL {
     int type;       // STT_...
 };
 
-/* Opens an object that has something for a linker, not only a compiler's intermediate code. The
-   bytes must outlive it. Returns null, or the reason why it cannot be read; elf_close_object is due
-   in either case. */
+/* Opens an object; refuses one with only a compiler's intermediate code. The bytes must outlive it.
+   Returns null, or the reason why it cannot be read. Call elf_close_object in either case. */
 const char *elf_open_object(ELFOBJECT *object, BYTES bytes);
 void elf_close_object(ELFOBJECT *object);
 
-/* Reads a section or a symbol. The names are in the object's bytes. False if the object is
-   damaged there. */
+/* Read a section or a symbol. The names are in the object's bytes. False if the object is damaged
+   there. */
 bool elf_read_section(const ELFOBJECT *object, size_t index, ELFSECTION *section);
 bool elf_read_symbol(const ELFOBJECT *object, size_t index, ELFSYMBOL *symbol);
 
-/* The most characters of a name that are looked at, so that long names which many symbols share
-   cost no quadratic time. */
+/* The most characters of a name that are read. Without a limit, a long name of many symbols takes
+   quadratic time. */
 enum { ELFNAMESIZE = 4096 };
 
-/* The size of a symbol's name without the version that follows a '@', at most ELFNAMESIZE. */
+/* Returns the size of a symbol's name without its version after '@', at most ELFNAMESIZE. */
 size_t elf_name_size(const char *name);
 
 #endif

@@ -14,7 +14,7 @@ std::string without_directories(const std::string &name) {
     return separator == std::string::npos ? name : name.substr(separator + 1);
 }
 
-// The name to write a member under: its own unless another member has it.
+// Returns the member's name, changed if another member has it.
 std::string free_name(const std::set<std::string> &written, const std::string &name,
                       size_t position) {
     std::string free = name;
@@ -27,7 +27,7 @@ std::string free_name(const std::set<std::string> &written, const std::string &n
 
 // Returns null, or the reason why the file could not be written.
 const char *write_file(const char *path, BYTES data) {
-    // An existing file may be a link, which must not be followed.
+    // An existing file may be a symbolic link; do not follow it.
     unlink(path);
     int descriptor = open(path, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
     FILE *file = descriptor < 0 ? nullptr : fdopen(descriptor, "w");

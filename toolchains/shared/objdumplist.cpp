@@ -1,4 +1,5 @@
 #include "objdumplist.h"
+#include "objectkind.h"
 
 #include <algorithm>
 #include <string.h>
@@ -9,7 +10,7 @@ namespace {
 enum { ROWBYTES = 16, NAMELENGTH = 219 };
 enum { LINELENGTH = 255, COLUMNS = 12 }; // of a symbol: flags, separators and line feed
 
-// Control characters would end a line or a field: they become ^X.
+// Replaces control characters, which would end a line or a field, by ^X.
 std::string printable(const char *name, size_t size) {
     std::string text;
     for (; size; size--, name++) {
@@ -28,7 +29,7 @@ std::string section_name(const ELFSECTION *section, const OBJDUMPFORM *form) {
     return name;
 }
 
-// Readers skip the format.
+// Readers ignore the format.
 const char *format_name(const GElf_Ehdr *header) {
     bool wide = header->e_ident[EI_CLASS] == ELFCLASS64;
     bool big = header->e_ident[EI_DATA] == ELFDATA2MSB;
@@ -73,14 +74,14 @@ void set_flags(const ELFSYMBOL *symbol, char *flags) {
     }
 }
 
-// Shortens the texts of a line, so that readers take it for one. Names are cut to one length, so
-// that definitions and references still meet; a section's name is not cut to that of another one.
+// Cuts the texts of a line to what readers take. All names are cut to the same length, so that
+// definitions and references still match. A cut section name ends with '~'.
 void fit_line(std::string *place, std::string *name, const OBJDUMPFORM *form) {
-    size_t room = LINELENGTH - COLUMNS - static_cast<size_t>(2 * form->digits);
-    size_t longest = std::min<size_t>(NAMELENGTH, room - strlen("*UND*"));
+    size_t rest = LINELENGTH - COLUMNS - static_cast<size_t>(2 * form->digits);
+    size_t longest = std::min<size_t>(NAMELENGTH, rest - strlen("*UND*"));
     name->resize(std::min(name->size(), longest));
-    if (place->size() > room - name->size()) {
-        place->resize(room - name->size());
+    if (place->size() > rest - name->size()) {
+        place->resize(rest - name->size());
         place->back() = '~';
     }
 }
@@ -128,7 +129,7 @@ bool list_symbols(DUMP *dump, const ELFOBJECT *object, const OBJDUMPFORM *form) 
     return true;
 }
 
-// The offset has four digits in sections of any size: readers take the text from column 43 on.
+// The offset has four digits in sections of any size, because the text must begin at column 43.
 void list_row(FILE *out, unsigned long long offset, BYTES bytes) {
     static const char digits[] = "0123456789abcdef";
     char row[] = "                                     "; // four groups of eight digits
@@ -144,6 +145,12 @@ void list_row(FILE *out, unsigned long long offset, BYTES bytes) {
     fprintf(out, " %04llx %s%s\n", offset & 0xFFFF, row, text);
 }
 
+// objdump does not list tables as sections.
+bool is_table(GElf_Word type) {
+    return type == SHT_SYMTAB || type == SHT_STRTAB || type == SHT_SYMTAB_SHNDX ||
+           type == SHT_REL || type == SHT_RELA;
+}
+
 bool list_contents(DUMP *dump, const ELFOBJECT *object, const OBJDUMPFORM *form) {
     size_t listed = 0;
     for (size_t index = 1; index < object->sectionCount; index++) {
@@ -151,21 +158,11 @@ bool list_contents(DUMP *dump, const ELFOBJECT *object, const OBJDUMPFORM *form)
         if (!elf_read_section(object, index, &section)) {
             return false;
         }
-        switch (section.header.sh_type) {
-        case SHT_SYMTAB:
-        case SHT_STRTAB:
-        case SHT_SYMTAB_SHNDX:
-        case SHT_REL:
-        case SHT_RELA:
-            continue; // objdump does not show them as sections
-        default:
-            break;
-        }
-        if (!section.contents.size) {
+        if (!section.contents.size || is_table(section.header.sh_type)) {
             continue;
         }
         listed += section.contents.size;
-        if (listed > object->bytes.size) { // overlapping sections, of which there may be many
+        if (listed > object->bytes.size) { // many sections may overlap
             return false;
         }
         fprintf(dump->out, "Contents of section %s:\n", section_name(&section, form).c_str());
@@ -193,4 +190,13 @@ void objdump_list(DUMP *dump, const char *path, BYTES bytes, const OBJDUMPFORM *
     if (failure) {
         complain(dump, path, nullptr, failure);
     }
+}
+
+int objdump_run(const char *self, const char *path, const OBJDUMPFORM *form) {
+    DUMP dump = {self, stdout, stderr, 0};
+    BYTES bytes;
+    if (map_object(&dump, path, KIND_ELF, &bytes)) {
+        objdump_list(&dump, path, bytes, form);
+    }
+    return fflush(stdout) || ferror(stdout) ? 1 : dump.status;
 }

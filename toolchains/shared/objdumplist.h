@@ -1,11 +1,10 @@
-/* The listing of objdump's symbol table and section contents, as the programs that gc-objdump and
-   ee-objdump stand for print it:
+/* The listing of gc-objdump and ee-objdump, symbol table and section contents:
 
        0000000000000000 g     F .text  000000000000002c heap_check
 
    The flags are local or global, blank for an undefined symbol; 'd' for sections and files; 'F'
-   function, 'O' object, 'f' file. A weak definition is global, because a linker finds it; a weak
-   reference is left out, because a linker takes no member for it. */
+   function, 'O' object, 'f' file. A weak definition is global, because a linker finds it. A weak
+   reference is not listed, because a linker takes no member for it. */
 #ifndef TOOLCHAINS_OBJDUMPLIST_H
 #define TOOLCHAINS_OBJDUMPLIST_H
 
@@ -18,7 +17,11 @@ struct OBJDUMPFORM {
     bool contents;
 };
 
-/* Lists the object that path names. The dump's status becomes 1 if something could not be read. */
+/* Lists the object; path is its file name. Sets the dump's status to 1 if a part cannot be read. */
 void objdump_list(DUMP *dump, const char *path, BYTES bytes, const OBJDUMPFORM *form);
+
+/* Lists the object at path on standard output, for the program called self. Returns the exit
+   status. */
+int objdump_run(const char *self, const char *path, const OBJDUMPFORM *form);
 
 #endif

@@ -1,6 +1,7 @@
 #include "objectkind.h"
 #include "archive.h"
 
+#include <algorithm>
 #include <string.h>
 
 namespace {
@@ -17,7 +18,7 @@ const KINDTEXT kindTexts[] = {
     {"LLVM bitcode", "LLVM bitcode", ""},
 };
 
-// With more than 65,279 sections a COFF object begins with another header.
+// A COFF object with more than 65,279 sections has another header.
 bool is_large_coff(BYTES bytes) {
     static const char id[] = "\xC7\xA1\xBA\xD1\xEE\xBA\xA9\x4B\xAF\x20\xFA\xF6\x6A\xA4\xDC\xB8";
     bool import = bytes_match(bytes, 4, "\0", 2);
@@ -29,12 +30,9 @@ bool is_coff(BYTES bytes) {
     if (bytes.size < 20) {
         return false;
     }
-    for (unsigned machine : machines) {
-        if (bytes.data[0] == (machine & 0xFFU) && bytes.data[1] == machine >> 8) {
-            return true;
-        }
-    }
-    return is_large_coff(bytes);
+    unsigned machine = bytes.data[0] | bytes.data[1] << 8U;
+    return std::find(std::begin(machines), std::end(machines), machine) != std::end(machines) ||
+           is_large_coff(bytes);
 }
 
 OBJECTKIND member_kind(const char *path, bool thin, MEMBER *member) {

@@ -1,5 +1,4 @@
-/* The kind of a file, from its bytes alone, and the messages for a kind that a stand-in does not
-   read. */
+/* The kind of a file by its bytes, and the messages for a wrong kind. */
 #ifndef TOOLCHAINS_OBJECTKIND_H
 #define TOOLCHAINS_OBJECTKIND_H
 
@@ -20,15 +19,15 @@ struct FILEKIND {
 
 OBJECTKIND object_kind(BYTES bytes);
 
-/* path leads to the members of a thin library. */
+/* Names in a thin library are relative to the directory of path. */
 FILEKIND file_kind(const char *path, BYTES bytes);
 
-/* Complains that the file is not of the kind wanted: names the kind that it has, and the type that
-   reads it. A library of the wanted kind is taken for one that was given in place of an object. */
+/* Complains that the file is not of the wanted kind, with its kind and the type that reads it; or,
+   for a library of the wanted kind, that it is a library. */
 void complain_kind(DUMP *dump, const char *path, FILEKIND found, OBJECTKIND wanted);
 
-/* Maps an object of the kind wanted, for the caller to release with unmap_file. Anything else is
-   reported, and false returned. */
+/* Maps an object of the wanted kind; the caller frees it with unmap_file. For any other file,
+   complains and returns false. */
 bool map_object(DUMP *dump, const char *path, OBJECTKIND wanted, BYTES *bytes);
 
 #endif
