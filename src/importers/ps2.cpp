@@ -53,10 +53,11 @@ int64_t recordsymbols(FILE *listing, FILE *records) {
 }
 
 // Reads up to and including the title of the section.
-bool findsection(FILE *listing, std::string_view section) {
-    LINE line;
+bool findsection(FILE *listing, const char *section) {
+    LINE line = "";
     while (nextline(listing, line)) {
-        if (wordat(line, titleColumn, section))
+        // Most lines differ in this character, so that their length need not be known.
+        if (line[titleColumn] == section[0] && wordat(line, titleColumn, section))
             return true;
     }
     return false;

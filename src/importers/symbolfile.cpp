@@ -4,11 +4,25 @@
 #include "symbols/options.h"
 #include "symbols/store.h"
 
+#include <charconv>
+#include <initializer_list>
+
 namespace {
 
-// Precision of "%.*s".
-int lengthof(std::string_view text) {
-    return static_cast<int>(text.size());
+// Writes a line of these parts, which have at most SYMBOLLINE characters together.
+void putline(FILE *records, std::initializer_list<std::string_view> parts) {
+    char line[SYMBOLLINE];
+    size_t length = 0;
+    for (const std::string_view part : parts)
+        length += part.copy(line + length, part.size());
+    fwrite(line, 1, length, records);
+}
+
+using DIGITS = char[12];
+
+std::string_view decimal(DIGITS &digits, int32_t number) {
+    const char *end = std::to_chars(digits, digits + sizeof digits, number).ptr;
+    return {digits, static_cast<size_t>(end - digits)};
 }
 
 } // namespace
@@ -32,19 +46,19 @@ void recordobject(FILE *records, std::string_view name) {
         name = name.substr(0, OBJECTLIMIT);
         library = library.substr(0, LIBRARYLIMIT);
     }
-    fprintf(records, "[%.*s]", lengthof(name), name.data());
-    if (!library.empty())
-        fprintf(records, "[%.*s]", lengthof(library), library.data());
-    fputc('\n', records);
+    if (library.empty())
+        putline(records, {"[", name, "]\n"});
+    else
+        putline(records, {"[", name, "][", library, "]\n"});
 }
 
 void recordsource(FILE *records, std::string_view path, const int32_t *date) {
-    char end[16] = "\n";
-    if (date != nullptr)
-        snprintf(end, sizeof end, ",%d\n", *date);
-    path = path.substr(0, SYMBOLLINE - std::string_view("source=").size() -
-                              std::string_view(end).size());
-    fprintf(records, "source=%.*s%s", lengthof(path), path.data(), end);
+    DIGITS digits;
+    const std::string_view comma = date != nullptr ? "," : "";
+    const std::string_view number = date != nullptr ? decimal(digits, *date) : "";
+    const std::string_view key = "source=";
+    path = path.substr(0, SYMBOLLINE - key.size() - comma.size() - number.size() - 1);
+    putline(records, {key, path, comma, number, "\n"});
 }
 
 // Cuts type and scope to their usual lengths when the line does not fit.
@@ -56,15 +70,15 @@ void recorddefine(FILE *records, std::string_view name, std::string_view type,
         type = type.substr(0, std::string_view("FUNCTION").size());
         scope = scope.substr(0, std::string_view("GLOBAL").size());
     }
-    fprintf(records, "define=%.*s,%.*s,%.*s,%d\n", lengthof(name), name.data(), lengthof(type),
-            type.data(), lengthof(scope), scope.data(), size);
+    DIGITS digits;
+    putline(records, {"define=", name, ",", type, ",", scope, ",", decimal(digits, size), "\n"});
 }
 
 void recordrefer(FILE *records, std::string_view name) {
-    name = name.substr(0, SYMBOLLIMIT);
-    fprintf(records, "refer=%.*s\n", lengthof(name), name.data());
+    putline(records, {"refer=", name.substr(0, SYMBOLLIMIT), "\n"});
 }
 
 void recordsize(FILE *records, int64_t size) {
-    fprintf(records, "size=%d\n\n", toint32(size));
+    DIGITS digits;
+    putline(records, {"size=", decimal(digits, toint32(size)), "\n\n"});
 }
