@@ -2,8 +2,6 @@
 
 #include "symbols/options.h"
 
-#include <algorithm>
-
 namespace {
 
 char buffer[OUTPUTSIZE];
@@ -46,14 +44,17 @@ void putlong(OUTPUT *out, const char *text, size_t length) {
 }
 
 void putspaces(OUTPUT *out, int64_t count) {
-    while (count > 0) {
-        if (out->next == out->end)
-            flushoutput(out);
-        const int64_t piece = std::min<int64_t>(count, out->end - out->next);
+    while (count > out->end - out->next) {
+        const int64_t piece = out->end - out->next;
         memset(out->next, ' ', static_cast<size_t>(piece));
         out->next += piece;
         count -= piece;
+        flushoutput(out);
     }
+    if (count <= 0)
+        return;
+    memset(out->next, ' ', static_cast<size_t>(count));
+    out->next += count;
 }
 
 void putnumber(OUTPUT *out, int64_t number) {

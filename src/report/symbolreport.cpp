@@ -148,12 +148,13 @@ struct CLOSURE {
 // Prints the closure in the detailed form. Returns the sum of the sizes.
 int64_t printclosure(SYMBOLREPORT *report, const _tagsymbol *symbol, const CLOSURE &closure) {
     int64_t total = 0;
+    const bool detailed = isdetailed();
     const auto add = [&](const _tagfile *file, int level, const _tagsymbol *through) {
         total += file->size;
-        if (isdetailed()) {
-            putlinkstart(&report->out, file, level);
-            putlinkend(&report->out, file, through);
-        }
+        if (!detailed)
+            return;
+        putlinkstart(&report->out, file, level);
+        putlinkend(&report->out, file, through);
     };
     if (closure.number >= 0 && report->totals != nullptr)
         return report->totals[closure.number];
