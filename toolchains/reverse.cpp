@@ -5,7 +5,7 @@
         XDEF event_post
         XREF panic
 
-   The object's format is our own, because no program of today reads the original one: a magic text,
+   The object's format is our own, because no current program reads the original one: a signature,
    the source's path with its final NUL, then records. Numbers are little-endian.
 
        "PSXOBJ1\0"  C:\LIB\CORE\EVENTS.C: \0

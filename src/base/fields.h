@@ -54,8 +54,8 @@ const char *BRAX_getstring(char *destination, const char *text);
 // Returns whether BRAX_getopt2 takes the text for a number.
 bool BRAX_isdigit(const char *text);
 
-// Returns whether only decimal digits, after an optional '-', stand before the first blank,
-// ';' or the end. Also true without a digit.
+// Returns whether the text up to the first blank, ';' or its end is an optional '-' and decimal
+// digits, perhaps none.
 bool BRAX_isnumber(const char *text);
 
 // Reads the value after an option's name into *variable and returns the position after it.

@@ -4,7 +4,7 @@
 
 #include <cstring>
 
-bool growroom(GROWTEXT *text, int64_t bytes) {
+bool growreserve(GROWTEXT *text, int64_t bytes) {
     const int64_t before = text->capacity;
     if (!growarray(text->text, text->length, text->capacity, bytes - text->length))
         return false;
@@ -14,7 +14,7 @@ bool growroom(GROWTEXT *text, int64_t bytes) {
 }
 
 bool growappend(GROWTEXT *text, const char *piece, int64_t length) {
-    if (!growroom(text, text->length + length + 1))
+    if (!growreserve(text, text->length + length + 1))
         return false;
     memcpy(text->text + text->length, piece, static_cast<size_t>(length));
     growcut(text, text->length + length);
@@ -27,7 +27,7 @@ bool growappend(GROWTEXT *text, const char *piece) {
 
 bool growset(GROWTEXT *text, const char *piece) {
     const auto length = static_cast<int64_t>(strlen(piece));
-    if (!growroom(text, length + 1))
+    if (!growreserve(text, length + 1))
         return false;
     text->length = 0;
     return growappend(text, piece, length);

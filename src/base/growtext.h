@@ -12,7 +12,7 @@ struct GROWTEXT {
 
 // Reserves `bytes` bytes, terminator included; the string stays. Returns false when memory
 // runs out, with nothing changed.
-bool growroom(GROWTEXT *text, int64_t bytes);
+bool growreserve(GROWTEXT *text, int64_t bytes);
 
 // Appends a piece. Returns false when memory runs out, with nothing changed.
 bool growappend(GROWTEXT *text, const char *piece);

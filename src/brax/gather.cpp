@@ -21,7 +21,7 @@ void setprogramname(const char *path) {
 }
 
 // Whether the text contains bytes above 127, which are blanks to the scan.
-bool holdsbytes(const char *text, size_t length) {
+bool hashighbytes(const char *text, size_t length) {
     while (length > 0 && charvalue(text[length - 1]) >= 0)
         --length;
     return length > 0;
@@ -73,7 +73,7 @@ bool appendnames(TEXTEND *text, const char *argument) {
         size_t quoted = length;
         while (quoted > 0 && argument[quoted - 1] == ';')
             --quoted;
-        const char *quote = argument[0] != '-' && holdsbytes(argument, quoted) ? "\"" : "";
+        const char *quote = argument[0] != '-' && hashighbytes(argument, quoted) ? "\"" : "";
         length += argument[length] != 0 ? 1 : 0;
         fits = append(text, quote) && append(text, {argument, quoted}) && append(text, quote) &&
                append(text, {argument + quoted, length - quoted});

@@ -10,6 +10,7 @@ const char *BRAX_nextnames(const char *position, char *source, char *destination
 // Whether the field at `position`, without one leading '=', is the path of a directory.
 bool BRAX_isnextfieldpath(const char *position);
 
-// Cuts a text that begins with '=' at its next '='. Returns the length of the rest plus one, by
-// which the reader moves back to read the rest as the next name; 0 if there is none.
+// Cuts a text that begins with '=' at its next '='. Returns the number of
+// characters after the cut, plus one; 0 without a second '='. The caller moves back by it to read
+// the rest as the next name.
 int Unclump(char *text);

@@ -6,7 +6,7 @@
 //         // BRAXargnum files: BRAXsargv[i], BRAXdargv[i]
 //     } while (more);
 //
-// In go the arguments and the environment variable PROGRAM_OPTS. Out come option values
+// In: the arguments and the environment variable PROGRAM_OPTS. Out: option values
 // (base/options.h) and the files of one batch per call (search/argv.h). The first call of a run
 // builds the option text: the variable's value, then every argument, with response files
 // expanded. Each call scans it up to the next batch separator: ';', or '^' followed by '&'. Read

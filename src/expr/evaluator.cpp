@@ -50,7 +50,7 @@ double EXPR_get(EXPR *evaluator, const char *text) {
     return EXPR_get(evaluator, text, static_cast<int64_t>(strlen(text)));
 }
 
-// GetValue leaves no pending calls. Those of a function that calls EXPR_get must stay.
+// Does not clear pending calls, because a function of an expression may call EXPR_get.
 double EXPR_get(EXPR *evaluator, const char *text, int64_t length) {
     evaluator->error = 0;
     return GetValue(evaluator, text, length, 0);

@@ -30,9 +30,9 @@
 // Operands: 12, 1_000, 1.5, 0x1F $1F &1F 1Fh (hexadecimal), @17 17o 17q (octal), %101 101b
 // (binary), 12d, 'AB' or "AB" (up to 8 character codes, the first one highest), ^C (control
 // character), * (always 0) and names. Between double quotes backslashes escape characters,
-// and <name> or <expression> becomes its value in decimal. A name that ends in '#' creates
-// its variable if necessary. Until that is set it is an unknown address: numbers can be added
-// to it, and it can be subtracted from itself. Before an operand '#' compares: a#-1.
+// and <name> or <expression> becomes its value in decimal. A name that ends in '#' is a
+// variable, created on first use. Before it is set, its value is an unknown address: numbers can
+// be added to it, and it can be subtracted from itself. Before an operand '#' compares: a#-1.
 //
 // Messages go to standard output and count positions from 0. Nesting beyond the fixed stacks
 // and a lack of memory end the program with a message and exit status 10.

@@ -50,7 +50,7 @@ char *carve(EXPR *e, EXPRBLOCK **chain, int64_t bytes) {
     return place;
 }
 
-// Waits for the first variable: most evaluators have none.
+// Called for the first variable, because most evaluators have none.
 void createtable(EXPR *e) {
     const size_t bytes = sizeof(EXPRSYMBOL *) * EXPRCHAINS;
     e->chains = static_cast<EXPRSYMBOL **>(EXPR_require(e, static_cast<int64_t>(bytes)));

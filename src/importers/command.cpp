@@ -15,7 +15,7 @@ int died = 0; // SIGINT or SIGQUIT that ended a command
 
 // Whether a program or the shell would misread the name at the start of a word. `after` is the
 // command's text after the name.
-bool needsfolder(const char *name, const char *after) {
+bool needsprefix(const char *name, const char *after) {
     if (*name == '-' || *name == '@' || *name == '~')
         return true;
     return *after == '>' && name[strspn(name, "0123456789")] == 0; // "2>file" names a descriptor
@@ -31,7 +31,7 @@ bool makecommand(char *command, const char *before, const char *name, const char
             --length;
         else
             command[length++] = *name++;
-    } else if (needsfolder(name, after)) {
+    } else if (needsprefix(name, after)) {
         command[length++] = '.';
         command[length++] = '/';
     }

@@ -85,8 +85,8 @@ bool addname(GROWTEXT *names, const char *name) {
 // listed before the first dump, because dumps create and rename files. False when memory runs out.
 bool listobjects(GROWTEXT *names, const char *pattern) {
     char output[sizeof SGI_finddata::name];
-    bool added = growroom(names, sizeof output); // here, so that a lack of memory fails any list
-    if (strpbrk(pattern, "*?#") == nullptr)      // the source was found to be readable
+    bool added = growreserve(names, sizeof output); // here, so that a lack of memory fails any list
+    if (strpbrk(pattern, "*?#") == nullptr)         // the source was found to be readable
         return added && (*pattern == 0 || addname(names, pattern));
     const SGI_handle handle = added ? SGIfindopen() : 0;
     if (handle == 0)

@@ -1,12 +1,12 @@
 // PC and Xbox objects and libraries, by `wlib` and `dumpbin /symbols`:
 //
 //     COFF SYMBOL TABLE
-//     000 00000000 DEBUG  notype       Filename     | .file
+//     000 00000000 DEBUG  notype       Filename     |  .file
 //         C:\lib\real\game\a.c
-//     00A 00000000 SECT2  notype ()    External     | _WinMain@16
-//     00B 00000000 UNDEF  notype       External     | _printf
-//         ^        ^                   ^              ^
-//         4        13                  33             49  columns
+//     00A 00000000 SECT2  notype ()    External     |  _WinMain@16
+//     00B 00000000 UNDEF  notype       External     |  _printf
+//         ^        ^                   ^               ^
+//         4        13                  33              49  columns
 //
 //       Summary
 //

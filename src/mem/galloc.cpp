@@ -7,7 +7,7 @@
 //
 // A table also keeps every address with its size, marked held or freed. gfree reads it
 // first and then only guards of held blocks. So it detects a second release without
-// touching freed memory, and a damaged size cannot lead it out of the block.
+// touching freed memory, and never reads outside the block if its size is damaged.
 #include "mem/galloc.h"
 
 #include <cstdarg>

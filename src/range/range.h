@@ -55,8 +55,8 @@ int32_t RANGE_count(const char *spec, int32_t lower, int32_t upper);
 
 // Returns the allowed value closest to the number. A negative direction prefers one at or
 // below it, a positive one at or above it, zero the nearer (the higher of two as near). A
-// later element's value must be strictly nearer to replace an earlier one. Unless the
-// direction is zero it must also lie further in that direction. Without a candidate returns
+// later element's value replaces an earlier one only if it is nearer and, with a direction
+// other than zero, further that way. Without a candidate returns
 // 2147483647, or -2147483647 for a negative number.
 int32_t RANGE_constrain(const char *spec, int32_t number, int32_t direction);
 

@@ -48,8 +48,8 @@ int RANGER_next(RANGER *ranger, double *value);
 int RANGER_info(const RANGER *ranger, double *minimum, double *maximum, int64_t *count);
 
 // Returns the value of the whole text closest to `value`: mode 0 the nearest, 1 at or below,
-// else at or above. Of two as near it takes the later one of an element, the larger one of
-// two elements, or the later element's. Both ends of an element count as values. Returns 0
+// else at or above. Of two values as near, it takes the later one within an element, else the
+// larger one, else that of the later element. Both ends of an element count as values. Returns 0
 // when no value is nearer than 999,999,999,999,999. Sets `failed` when an element fails, else
 // clears it; the iterator does not move.
 double RANGER_closest(RANGER *ranger, double value, int mode);

@@ -123,7 +123,7 @@ int32_t decimaldate(int32_t seconds) {
 // Whether an entry matches the name, which is also the destination.
 bool matchesname(const char *entry, const char *name) {
     char small[BRAXFIELDSIZE];
-    const int64_t size = WILD_outputroom(entry, name);
+    const int64_t size = WILD_outputsize(entry, name);
     char *large = size > BRAXFIELDSIZE ? gallocarray<char>(size) : nullptr;
     char *output = size > BRAXFIELDSIZE ? large : small;
     const bool matched = output != nullptr && WILD_imatch(output, entry, name, name) != 0;

@@ -1,7 +1,7 @@
 // Lists the current directory, and gives the attribute byte and date of its entries.
 //
-// A caller that wants another directory enters it first. It must not change the directory while
-// the listing is open. Entries come in the system's order, "." and ".." included.
+// To list another directory, enter it first. Do not change the directory while the listing is open.
+// Entries come in the system's order, "." and ".." included.
 //
 // There are two ways to read entries. SGIfindfirst and SGIfindnext are the published pair: an
 // entry that cannot be examined (a dangling symbolic link) ends the listing. SGIfindopen and

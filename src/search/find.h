@@ -1,7 +1,7 @@
 // Search: from the name patterns of a batch to its files.
 //
-// In goes a search list, filled by the caller with pairs of source and destination patterns.
-// Out come the argument vectors of argv.h: for every file found, its name and the destination
+// In: a search list, filled by the caller with pairs of source and destination patterns.
+// Out: the argument vectors of argv.h: for every file found, its name and the destination
 // name that the match gives. The steps of a batch are ApplyNameRules,
 // BRAX_findbatch, ApplyExtRule, MakeArgvs and BRAX_sortbatch. Read first:
 //

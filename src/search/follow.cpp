@@ -115,7 +115,7 @@ bool visitfollowed(WALK *walk, void *context) {
         if (!growappend(&walk->path, "/"))
             return false;
     }
-    if (!growroom(&follow->component, static_cast<int64_t>(strlen(rest)) + 1))
+    if (!growreserve(&follow->component, static_cast<int64_t>(strlen(rest)) + 1))
         return false;
     const char *end = GetFirstDir(rest, follow->component.text);
     if (end == rest)

@@ -52,7 +52,7 @@ bool passesfilter(SGI_finddata *data) {
 
 bool hookmatches(FileInfo *entry, GROWTEXT *output, const char *name, const char *pattern,
                  const char *dest) {
-    if (!growroom(output, WILD_outputroom(name, dest))) {
+    if (!growreserve(output, WILD_outputsize(name, dest))) {
         entry->incomplete = true;
         return false;
     }

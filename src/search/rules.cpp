@@ -32,7 +32,8 @@ bool changeextension(GROWTEXT *output, const char *name, const char *rule) {
     growcut(output, base - name);
     if (*rule == 0)
         return true;
-    if (!growappend(output, ".") || !growroom(output, output->length + WILD_outputroom(old, rule)))
+    if (!growappend(output, ".") ||
+        !growreserve(output, output->length + WILD_outputsize(old, rule)))
         return false;
     // A rule with an invalid index gives the text before it.
     char *end = output->text + output->length;

@@ -14,8 +14,8 @@
 
 namespace {
 
-// While a range is sorted by a part of its names: the places of these parts, which move with the
-// elements, and the first element of the range. Null otherwise.
+// Ranks of the range being sorted, exchanged with its elements, and the range's first element. Null
+// when names are compared directly.
 int32_t *places = nullptr;
 int firstplaced = 0;
 

@@ -172,7 +172,7 @@ bool WALK_run(const char *directory, const char *base, WALKVISIT visit, void *co
     const bool whole = directory != nullptr
                            ? chdir(directory) != 0 || WALK_run(nullptr, base, visit, context)
                            : identify(&level, AT_FDCWD) && growset(&walk.path, base) &&
-                                 growroom(&walk.pending, 1) && pushlevel(&walk, level) &&
+                                 growreserve(&walk.pending, 1) && pushlevel(&walk, level) &&
                                  runlevels(&walk, visit, context);
     SGIreturn(&walk.start);
     SGIforgetplace(&walk.start);

@@ -2,10 +2,10 @@
 // the subdirectories to visit next.
 //
 // The walk does not recurse and keeps no listing open below a directory, so only memory limits
-// its depth. It goes back by ".." only if that is the directory (device and inode) it came
-// from. Otherwise it goes down again from the start, because a symbolic link or a directory
-// moved meanwhile would lead elsewhere. A directory that has vanished is skipped with all that
-// was pending below it.
+// its depth. It returns through ".." only if that has the device and inode of the parent
+// level. Otherwise it enters the parent from the start again, because after a symbolic link, or
+// when a directory was moved, ".." is another directory. A directory that has vanished is skipped
+// with all that was pending below it.
 #pragma once
 
 #include "base/growtext.h"

@@ -15,9 +15,9 @@ extern char *OPTsymbols[MAXSYMBOLS]; // names to report on, owned, as typed
 extern int OPTnsymbols;              // used entries of OPTsymbols
 extern char *OPTfiles[MAXFILES];     // object file names to report on, owned
 extern int OPTnfiles;                // used entries of OPTfiles
-extern int OPTdefine;                // 0: report definitions
-extern int OPTrefer;                 // 0: report references
-extern int OPTlinks;                 // 0: report the links-in closure
+extern int OPTdefine;                // 0: 1 reports definitions
+extern int OPTrefer;                 // 0: 1 reports references
+extern int OPTlinks;                 // 0: 1 reports the links-in closure
 extern int OPTrecurselevel;          // -1: not given; main sets no limit
 extern int OPTunderscores;           // 0: 1 keeps underscores around symbol names
 extern int OPTappend;                // 0: 1 keeps an existing symbol file

@@ -1,4 +1,4 @@
-// The symbol store: one symbol file in memory, and the options that importers and reports share.
+// The symbol store: one symbol file in memory.
 //
 // In: a symbol file's path. Out: its object files and symbols as linked records. Read this header
 // first, then loader.cpp, whose readline() reads a line of a symbol file. options.h has the tool's

@@ -1,7 +1,8 @@
 // tolvik reports where symbols are defined, where they are referred to, and which object files
 // they bring into a link.
 //
-// In: a command line of batches. Out: a symbol file for each batch, and a report on the last one.
+// In: a command line of batches. Out: a symbol file for each batch with objects or libraries, and a
+// report on the last one.
 // Read main() at the end of this file first. BRAX_parse (brax/parse.h) makes a batch; callbacks.cpp
 // has the tool's options, for example `-html`; the importer of the object type
 // (importers/importers.h) fills the symbol file from the batch's sources. After the last batch,

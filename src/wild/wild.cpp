@@ -68,7 +68,7 @@ namespace {
 
 // Returns the greatest number of characters for the wildcard at *position. Moves after it and
 // its index.
-int64_t insertionroom(const char **position, const char *end, int64_t longestCapture) {
+int64_t insertionsize(const char **position, const char *end, int64_t longestCapture) {
     const char *p = *position;
     const char wildcard = *p++;
     const bool isNumber = !isstarchar(wildcard) && !isquestionchar(wildcard);
@@ -92,11 +92,11 @@ int64_t insertionroom(const char **position, const char *end, int64_t longestCap
     return column > 1 ? column : 1;
 }
 
-int64_t roomfor(const char *destination, const char *end, int64_t longestCapture) {
+int64_t sizefor(const char *destination, const char *end, int64_t longestCapture) {
     int64_t room = 0;
     while (destination != end) {
         if (iswildchar(*destination)) {
-            room += insertionroom(&destination, end, longestCapture);
+            room += insertionsize(&destination, end, longestCapture);
         } else {
             ++room;
             ++destination;
@@ -107,14 +107,14 @@ int64_t roomfor(const char *destination, const char *end, int64_t longestCapture
 
 } // namespace
 
-int64_t WILD_outputroom(const char *string, const char *destination) {
+int64_t WILD_outputsize(const char *string, const char *destination) {
     const auto longestCapture = static_cast<int64_t>(strnlen(string, WILDTEXTLIMIT));
     const char *end = destination + strlen(destination);
     const char *name = namepart(destination);
-    const int64_t whole = roomfor(destination, end, longestCapture);
-    // An index with a separator reads differently in a split path.
+    const int64_t whole = sizefor(destination, end, longestCapture);
+    // A separator inside an index splits the path there.
     const int64_t parts =
-        roomfor(destination, name, longestCapture) + roomfor(name, end, longestCapture);
+        sizefor(destination, name, longestCapture) + sizefor(name, end, longestCapture);
     return (parts > whole ? parts : whole) + 1;
 }
 

@@ -33,7 +33,7 @@
 // Limits in bytes: 1,023 for the pattern (runs of '*' and of '#' count once), each capture,
 // each index with its brackets, and, in the path forms, each directory and name part of all
 // four texts; 2,047 for the string when case is ignored. Beyond them the match fails and
-// nothing is cut. The caller provides the output's buffer (see WILD_outputroom), which must
+// nothing is cut. The caller provides the output's buffer (see WILD_outputsize), which must
 // not overlap the other texts.
 //
 // No allocated block outlives a call. The functions read the settings below, OPTverbose and
@@ -77,8 +77,8 @@ int WILD_nicmatchpath(char *output, const char *string, const char *pattern,
                       const char *destination, int *length);
 
 // Returns a sufficient size of the output buffer in bytes, for any of the twelve functions and
-// any pattern. Only the string's length matters: the longest string's size fits all.
-int64_t WILD_outputroom(const char *string, const char *destination);
+// any pattern. It depends on the destination and on the string's length only.
+int64_t WILD_outputsize(const char *string, const char *destination);
 
 // The framework's hooks to the matcher; a program may replace them.
 using WILDMATCHFUN = int (*)(char *, const char *, const char *, const char *);

@@ -16,7 +16,7 @@ void fuzzmatch(const std::string &input) {
     const std::vector<std::string> texts = fuzzpieces(input.substr(1), '\n', 5);
     if (texts.size() < 3)
         return;
-    const int64_t room = WILD_outputroom(texts[0].c_str(), texts[2].c_str());
+    const int64_t room = WILD_outputsize(texts[0].c_str(), texts[2].c_str());
     if (room > 1 << 20)
         return;
     const int held = galloccount;

@@ -127,7 +127,7 @@ TEST_F(MathRules, ChangeTheNumbersOfAMatch) {
 // sanitizer finds a longer one. '~' stands for an untouched output.
 std::string matched(WILDMATCHFUN function, const std::string &string, const std::string &pattern,
                     const std::string &destination) {
-    const auto room = static_cast<size_t>(WILD_outputroom(string.c_str(), destination.c_str()));
+    const auto room = static_cast<size_t>(WILD_outputsize(string.c_str(), destination.c_str()));
     std::vector<char> output(room, '~');
     output.shrink_to_fit();
     const int result =
