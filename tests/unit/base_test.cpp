@@ -178,7 +178,7 @@ TEST(Text, ClassifiesNames) {
         {"dir/", 3, true, false},  {"dir/\"", 3, true, false},   {"a\"", 1, false, false},
         {"x.", 1, false, false},   {"dir/.", 3, true, false},    {"-x/", 4, false, false},
         {"*.c", 1, false, true},   {"a?", 1, false, true},       {"d/..\"", 3, true, false},
-        {"c:\"", 2, false, false}, {"\\\\net", 2, false, false}, {"\"", 1, false, false},
+        {"c:\"", 2, false, false}, {"\\\\net", 2, false, false}, {&"/.\""[1], 4, false, false},
     };
     for (const auto &c : cases) {
         EXPECT_EQ(BRAX_typeofname(c.name), c.type) << c.name;

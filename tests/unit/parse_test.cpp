@@ -90,7 +90,7 @@ TEST_F(Parse, PairsNamesWithDestinations) {
         {{"-def", "defref", "-defref"}, "defref>defref ref>ref "},
         {{"\xE9.c=\xFC\tb\nc\xE9", "=\xE4"}, "\xE9.c>\xFC b>\xFC c\xE9>\xFC "},
         {{"a;", "-v2", "b;c;", "-w0;", "d"}, "a>a | b;c>b;c | "},
-        {{"a", "^&", "-=r", "b", ";", "c", ";"}, "a>a | b>r | c>c "},
+        {{"a", "^&", "-=r", "-rno;where", "b", ";", "c", ";"}, "a>a | b>r | c>c "},
     };
     for (const auto &c : cases)
         EXPECT_EQ(parse(c.arguments), c.files) << c.arguments[0];
@@ -114,7 +114,7 @@ TEST_F(Parse, CallsTheProgramBack) {
         std::vector<std::string> arguments;
         const char *called;
     } cases[] = {
-        {{"a"}, "prog PROG_OPTS 0; "},
+        {{"a", "-def"}, "prog PROG_OPTS 0; "},
         {{"a", "-b0"}, ""},
         {{}, "prog PROG_OPTS 2; "},
         {{"-v0"}, ""},
