@@ -87,18 +87,6 @@ TEST_F(Sort, SortsABatchByEveryKey) {
     }
 }
 
-TEST_F(Sort, MissingVectorsAndEmptyBatchesAreLeftAlone) {
-    BRAX_sortbatch();
-    fill("b a");
-    gfree(BRAXdateargv);
-    BRAXdateargv = nullptr;
-    EXPECT_EQ(BRAX_compare(0, 1, 3, 0), 0);
-    EXPECT_EQ(BRAX_compare(0, 1, 1, 0), 1);
-    BRAX_qsort(1, 0, 1, 0);
-    BRAX_qsort(1, 1, 1, 0);
-    EXPECT_EQ(names(), "b a");
-}
-
 // The sort in its recursive form on direct comparisons.
 void recursivesort(int low, int high, int key, int bydirs) {
     if (low >= high)
