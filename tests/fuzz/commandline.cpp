@@ -73,9 +73,10 @@ void release() {
 void parse(const void *context) {
     const auto &argv = *static_cast<const std::vector<char *> *>(context);
     auto *arguments = const_cast<char **>(argv.data());
-    for (int batch = 0; batch < mostBatches; ++batch)
-        if (!BRAX_parse(static_cast<int>(argv.size()) - 1, arguments, "tolvik", "1.54 x"))
-            return;
+    const auto count = static_cast<int>(argv.size()) - 1;
+    int batches = 0;
+    while (BRAX_parse(count, arguments, "tolvik", "1.54 x") && ++batches < mostBatches)
+        continue;
 }
 
 } // namespace

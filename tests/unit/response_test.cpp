@@ -110,22 +110,17 @@ TEST_F(Response, SkipsNestedFilesThatFail) {
 }
 
 TEST_F(Response, RefusesFilesThatNameThemselves) {
-    TREE::makefile("self", "x @self @self");
-    TREE::makefile("dir/a", "x @link(1) @dir/b");
-    TREE::makefile("dir/b", "@dir/a @link");
-    std::filesystem::create_symlink("dir/a", "link");
+    TREE::makefile("self", "x @./self(1) @self");
     for (int i = 0; i < 4097; ++i)
         TREE::makefile("chain" + std::to_string(i), "@chain" + std::to_string(i + 1));
     const char *cases[][3] = {
-        {"self", "self", "NAMES ITSELF"},
-        {"dir/a(p,q)", "link", "NAMES ITSELF"},
+        {"self", "./self", "NAMES ITSELF"},
         {"chain0", "chain4096", "IS NESTED TOO DEEPLY"},
     };
     for (const auto &[specification, name, problem] : cases) {
         EXPECT_FALSE(expand(specification));
-        const std::string outermost(specification, strcspn(specification, "("));
         EXPECT_EQ(said, std::string("brax - RESPONSE FILE '") + name + "' " + problem +
-                            ".\nWARNING - could not expand file <" + outermost + ">\n");
+                            ".\nWARNING - could not expand file <" + specification + ">\n");
     }
 }
 
