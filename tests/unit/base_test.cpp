@@ -32,23 +32,6 @@ TEST(Fields, CutsFields) {
     EXPECT_STREQ(BRAX_nextfield(" ,\t, x"), "x");
 }
 
-TEST(Fields, RefusesAFieldOver2047Characters) {
-    char field[BRAXFIELDSIZE];
-    const std::string fits(2047, 'x');
-    BRAX_getfield(field, fits.c_str(), false, false);
-    EXPECT_EQ(fits, field);
-    BRAXhelpgiven = 0;
-    BRAX_newrefusals();
-    const auto read = [&] {
-        EXPECT_STREQ(BRAX_getfield(field, (fits + "y z").c_str(), false, false), " z");
-    };
-    EXPECT_EQ(printed(read), "brax - FIELD TOO LONG <" + std::string(40, 'x') + "...>\n");
-    EXPECT_STREQ(field, "");
-    EXPECT_EQ(BRAXhelpgiven, 1);
-    BRAXhelpgiven = 0;
-    BRAX_newrefusals();
-}
-
 TEST(Fields, ReadsNumbers) {
     const struct {
         const char *text;

@@ -77,7 +77,7 @@ TEST_F(Parse, PairsNamesWithDestinations) {
         {{"a.c=b.o"}, "a.c>b.o "},
         {{"x", "a.c=b.o", "y"}, "x>b.o a.c>b.o y>b.o "},
         {{"a.c", "=b.o"}, "a.c>b.o "},
-        {{"a.c", "-=b.o"}, "a.c>b.o "},
+        {{"a.c", "-rno;where", "-=b.o"}, "a.c>b.o "},
         {{"a=x=y=z", "b"}, "a>x a>y a>z b>z "},
         {{"a=x", "b=y", "c=z=w"}, "a>x b>y c>z c>w "},
         {{"a.c", "src/b.c", "out/"}, "a.c>out/a.c src/b.c>out/b.c "},
@@ -90,7 +90,7 @@ TEST_F(Parse, PairsNamesWithDestinations) {
         {{"-def", "defref", "-defref"}, "defref>defref ref>ref "},
         {{"\xE9.c=\xFC\tb\nc\xE9", "=\xE4"}, "\xE9.c>\xFC b>\xFC c\xE9>\xFC "},
         {{"a;", "-v2", "b;c;", "-w0;", "d"}, "a>a | b;c>b;c | "},
-        {{"a", "^&", "-=r", "-rno;where", "b", ";", "c", ";"}, "a>a | b>r | c>c "},
+        {{"a", "^&", "-=r", "b", ";", "c", ";"}, "a>a | b>r | c>c "},
     };
     for (const auto &c : cases)
         EXPECT_EQ(parse(c.arguments), c.files) << c.arguments[0];

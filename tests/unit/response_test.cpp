@@ -124,17 +124,6 @@ TEST_F(Response, RefusesFilesThatNameThemselves) {
     }
 }
 
-TEST_F(Response, FillsTheOptionTextToItsLastByte) {
-    TREE::makefile("names", std::string(BRAXLISTSIZE - 1 - 4 - 1, 'n'));
-    TREE::makefile("over", "@names y");
-    EXPECT_TRUE(expand("names"));
-    EXPECT_EQ(strlen(text), BRAXLISTSIZE - 1U);
-    EXPECT_FALSE(expand("over"));
-    EXPECT_EQ(said, "brax - OPTION TEXT TOO LONG <over...>\n"
-                    "WARNING - could not expand file <over>\n");
-    EXPECT_EQ(BRAXhelpgiven, 1);
-}
-
 TEST_F(Response, LoadsAndSavesWholeFiles) {
     BRAXBUF buffer = {const_cast<char *>("ab\0c"), 4};
     EXPECT_EQ(printed([&] { EXPECT_TRUE(BRAX_savefile(&buffer, "saved")); }), "Writing, ");
