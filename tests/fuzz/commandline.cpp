@@ -48,16 +48,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-void writefile(const std::string &name, const std::string &text) {
-    std::ofstream(name, std::ios::binary) << text;
-}
-
 // Makes a few files below the current directory and enters their directory.
 fs::path enterdirectory() {
     fs::create_directories("commandline/sub/x");
     fs::current_path("commandline");
     for (const char *file : {"a1.c", "a2.c", "a10.c", "sub/b.obj", "sub/x/c.o"})
-        writefile(file, "contents");
+        std::ofstream(file) << "contents";
     const auto usage = [](const char *, const char *, const char *, int) { return 0; };
     BRAX_init(BRAX_reset, usage, BRAX_opt, nullptr);
     return fs::current_path();
@@ -65,10 +61,10 @@ fs::path enterdirectory() {
 
 // Frees the memory of an input, also when that called exit.
 void release() {
-    for (; OPTnsymbols > 0; --OPTnsymbols)
-        gfree(OPTsymbols[OPTnsymbols - 1]);
-    for (; OPTnfiles > 0; --OPTnfiles)
-        gfree(OPTfiles[OPTnfiles - 1]);
+    while (OPTnsymbols > 0)
+        gfree(OPTsymbols[--OPTnsymbols]);
+    while (OPTnfiles > 0)
+        gfree(OPTfiles[--OPTnfiles]);
     BRAX_restore();
     BRAX_ini();
     BRAX_restore();
@@ -77,9 +73,10 @@ void release() {
 void parse(const void *context) {
     const auto &argv = *static_cast<const std::vector<char *> *>(context);
     auto *arguments = const_cast<char **>(argv.data());
-    for (int batch = 0; batch < mostBatches; ++batch)
-        if (!BRAX_parse(static_cast<int>(argv.size()) - 1, arguments, "tolvik", "1.54 x"))
-            return;
+    const auto count = static_cast<int>(argv.size()) - 1;
+    int batches = 0;
+    while (BRAX_parse(count, arguments, "tolvik", "1.54 x") && ++batches < mostBatches)
+        continue;
 }
 
 } // namespace
@@ -89,8 +86,8 @@ void fuzzcommandline(const std::string &input) {
     std::vector<std::string> parts = fuzzpieces(input, 1, 4);
     parts.resize(4);
     setenv("TOLVIK_OPTS", parts[1].c_str(), 1);
-    writefile("list", parts[2]);
-    writefile("more", parts[3]);
+    std::ofstream("list") << parts[2];
+    std::ofstream("more") << parts[3];
     std::vector<std::string> arguments = fuzzpieces("tolvik\n" + parts[0], '\n', 64);
     std::vector<char *> argv;
     argv.reserve(arguments.size() + 1);

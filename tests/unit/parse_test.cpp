@@ -77,7 +77,7 @@ TEST_F(Parse, PairsNamesWithDestinations) {
         {{"a.c=b.o"}, "a.c>b.o "},
         {{"x", "a.c=b.o", "y"}, "x>b.o a.c>b.o y>b.o "},
         {{"a.c", "=b.o"}, "a.c>b.o "},
-        {{"a.c", "-=b.o"}, "a.c>b.o "},
+        {{"a.c", "-rno;where", "-=b.o"}, "a.c>b.o "},
         {{"a=x=y=z", "b"}, "a>x a>y a>z b>z "},
         {{"a=x", "b=y", "c=z=w"}, "a>x b>y c>z c>w "},
         {{"a.c", "src/b.c", "out/"}, "a.c>out/a.c src/b.c>out/b.c "},
@@ -114,7 +114,7 @@ TEST_F(Parse, CallsTheProgramBack) {
         std::vector<std::string> arguments;
         const char *called;
     } cases[] = {
-        {{"a"}, "prog PROG_OPTS 0; "},
+        {{"a", "-def"}, "prog PROG_OPTS 0; "},
         {{"a", "-b0"}, ""},
         {{}, "prog PROG_OPTS 2; "},
         {{"-v0"}, ""},

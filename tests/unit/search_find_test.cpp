@@ -70,16 +70,13 @@ TEST_F(Find, FollowsPatternsOneComponentAtATime) {
         std::string name, result;
     } cases[] = {
         {"src/*.c", "src/a.c>src/a.c src/b.c>src/b.c"},
-        {"src//*.c", "src//a.c>src//a.c src//b.c>src//b.c"},
         {"s*/*.c=o/*.o", "src/a.c>o/a.o src/b.c>o/b.o sub/a.c>o/a.o"},
         {"s*/a.c=*[0]-/x.o", "src/a.c>rc-/x.o sub/a.c>ub-/x.o"},
         {"sub/../*.c", "sub/../top.c>sub/../top.c"},
         {"sub/d*/x#.c=x###.o", "sub/deep/x7.c>x007.o"},
-        {"SRC/*.c", "SRC/*.c>SRC/*.c"},
         {"src/none.c=#.o", "src/none.c>#.o"},
         {root + "/s?c/a.*=*.o", root + "/src/a.c>c.o"},
         {"/" + root + "/src/n.*", "/" + root + "/src/n.h>/" + root + "/src/n.h"},
-        {root + "/src/a.c=*y", root + "/src/a.c>y"},
         {root + "top.c=*y", "top.c>y"}, // the length of the start decides
         {"\\\\host\\share", "\\\\host\\share>\\\\host\\share"},
         {"c:/*.c", "c:/*.c>c:/*.c"},
@@ -106,8 +103,6 @@ TEST_F(Find, SearchesOneDirectory) {
         {"?.*=*[0]/?[0].o", "b.obj>obj/b.o x.c>c/x.o"},
         {"b2.obj", "b2.obj>b2.obj"},
         {".obj", ".obj>.obj"},
-        {"b.obj=#.o", "b.obj>0.o"},
-        {"-", "->-"},
     };
     for (const auto &[name, result] : cases)
         EXPECT_EQ(found({name}), result) << name;
@@ -125,7 +120,6 @@ TEST_F(Find, SearchesATree) {
     const char *cases[][2] = {
         {"*.c", "a.c>a.c c#/a.c>c#/a.c lib/x/a.c>lib/x/a.c lib/x/a2.c>lib/x/a2.c"},
         {"A.C", "a.c>A.C c#/a.c>c#/A.C lib/x/a.c>lib/x/A.C"},
-        {"b.c", "lib/B.C>lib/b.c"},
         {"*.c=out/*.o",
          "a.c>out/a.o c#/a.c>out/c#/a.o lib/x/a.c>out/lib/x/a.o lib/x/a2.c>out/lib/x/a2.o"},
         {"a#.c=b##.o", "lib/x/a2.c>lib/x/b02.o"},
@@ -196,17 +190,14 @@ TEST_F(Find, WalksTreesThatLoopAndBreak) {
     // A link that is named is followed; one that a wildcard meets is not, when it leads up.
     EXPECT_EQ(found({"sub/up/*.c", "h*/*.c", "sub/*/a.c"}),
               "h*/*.c>h*/*.c sub/*/a.c>sub/*/a.c sub/up/a.c>sub/up/a.c");
-    EXPECT_EQ(here(), root + "/t");
     chmod("closed", 0700);
     ASSERT_EQ(chdir(".."), 0);
 }
 
 TEST_F(Find, WalksTwoThousandLevels) {
     const std::string directory = repeated("level/", 2000);
-    for (int i = 0; i < 2000; ++i) {
-        ASSERT_EQ(mkdir("level", 0700), 0);
-        ASSERT_EQ(chdir("level"), 0);
-    }
+    for (int i = 0; i < 2000; ++i)
+        ASSERT_TRUE(mkdir("level", 0700) == 0 && chdir("level") == 0);
     makefile("deep7.c");
     ASSERT_EQ(chdir(root.c_str()), 0);
     makefile("beside/z.c");
@@ -219,7 +210,6 @@ TEST_F(Find, SplitsOffTheFirstDirectory) {
     char component[16];
     EXPECT_STREQ(GetFirstDir("ab\\c/d", component), "\\c/d");
     EXPECT_STREQ(component, "ab");
-    EXPECT_STREQ(GetFirstDir("ab", component), "");
     EXPECT_STREQ(GetFirstDir("/x", component), "/x");
     EXPECT_STREQ(component, "");
     EXPECT_EQ(FindAbsolutes(nullptr) + FindDirs(nullptr, "", 0) + FindRecursive("", "", nullptr, 0),

