@@ -1,4 +1,4 @@
-// What the fuzz targets share. A target is a function that runs one input and ends the process
+// Shared by the fuzz targets. A target is a function that runs one input and ends the process
 // when it finds a fault; fuzz.cpp lists all of them. The program is linked with clang's fuzzer
 // (script/fuzz) or with replay.cpp, which plays the corpora.
 #pragma once

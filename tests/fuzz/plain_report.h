@@ -1,4 +1,4 @@
-// Reports written the plain way: step by step from the store's documented lists, no index, no
+// Plain reports: written step by step from the store's documented lists, no index, no
 // sharing. The program's own reports must be the same, byte for byte.
 #pragma once
 

@@ -1,5 +1,5 @@
-// Symbol files and every kind of report on them. Each report must be, byte for byte, the report
-// that the plain way writes.
+// Symbol files and every kind of report on them. Each report must equal the report
+// of plain_report.h, byte for byte.
 //
 // Input: a line of words, then the symbol file. The words: "v0" and "v1" are verbosities,
 // 2 otherwise; "h" chooses HTML; a number limits the levels; "d", "r" and "k" leave out
@@ -22,7 +22,7 @@ namespace {
 using std::string;
 using TEXTS = std::vector<string>;
 
-// The plain way takes long for large files.
+// plain_report.h is slow on large files.
 constexpr size_t longestInput = 16384;
 constexpr int mostObjects = 64;
 constexpr size_t mostWords = 16;

@@ -89,7 +89,7 @@ TEST_F(Expr, Evaluates) {
         {"isdigit(300)", 0},  {"isalpha(65.9)", 1}, {"isspace(-1)", 0},   {"isxdigit('f')", 1},
         {"isascii(127)", 1},  {"isascii(128)", 0},  {"isascii(-1)", 0},   {"tolower(65)", 97},
         {"TOUPPER('z')", 90}, {"toupper(65)", 65},  {"toascii(193)", 65}, {"rand(3)<=3", 1}};
-    // Not numbers, and numbers that integers do not hold.
+    // Not numbers, and numbers outside the integers' range.
     const CASE infinities[] = {
         {"(inf-inf)|5", 5}, {"inf/0", infinity}, {"!(inf-inf)", 0}, {"1/inf", 0}, {"<<inf", -2}};
     // Addresses that are not known.

@@ -89,7 +89,7 @@ TEST_F(Find, FollowsPatternsOneComponentAtATime) {
               absolute + ">" + absolute + " src/b.c>src/b.c");
     OPTdirectory = 1;
     EXPECT_EQ(found({"src/d*"}), "src/dir.c>src/dir.c");
-    // A matcher that ignores case has to see every name.
+    // A matcher that ignores case compares every name.
     pathmatchfun = WILD_imatchpath;
     EXPECT_EQ(found({"SUB/SRC/Q.C=*.o"}), "sub/Src/q.c>.o");
 }

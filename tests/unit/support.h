@@ -1,4 +1,4 @@
-// What the tests share.
+// Shared by the tests.
 #pragma once
 
 #include "mem/galloc.h"
@@ -10,7 +10,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
-// A test that gives back every block of galloc.
+// A test that frees every block of galloc.
 struct COUNTED : testing::Test {
     int held = galloccount;
 

@@ -1,4 +1,4 @@
-/* The hub: a source of events does not know the listeners. */
+/* The hub: a source of events has no reference to its listeners. */
 #include "core/core.h"
 
 enum { QUEUE = 64, LISTENERS = 4 };
