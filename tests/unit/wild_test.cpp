@@ -180,7 +180,7 @@ TEST_F(Wild, MatchesAndBuilds) {
         {WILD_matchpath, "src/a.c", "*/*.c", "*/*.o", "+src/a.o"},
         {WILD_matchpath, "src\\a.c", "*/*.c", "*/*.o", "-"},
         {WILD_matchpath, "src/a.c", "/*.c", "x", "-"},
-        {WILD_matchpath, "/a.c", "*.c", "*.o", "+/a.o"},
+        {WILD_matchpath, "/d/a.c", "/*.c", "*.o", "+d/a.o"},
         {WILD_matchpath, "a/b", "*/*", "*[0/1]", "+a1]"},
         {WILD_imatchpath, "SRC/A.C", "src/*.c", "o/*.o", "+o/A.o"},
         {WILD_icmatchpath, "SRC/a.C", "src/*.c", "obj/*.o", "+OBJ/a.O"},
