@@ -185,7 +185,8 @@ TEST_F(Store, FindsNamesUnderTheirVariants) {
     EXPECT_EQ(symfind(table, (longest + "n").c_str()), nullptr) << "no variants beyond 254";
 }
 
-// Names are cut when they are written and stripped when they are loaded; lookups use the whole name.
+// Names are cut when they are written and stripped when they are loaded; lookups use the whole
+// name.
 TEST_F(Store, FindsCutNames) {
     for (const string front : {"", "_", "__"}) {
         for (OPTunderscores = 0; OPTunderscores < 2; ++OPTunderscores) {
