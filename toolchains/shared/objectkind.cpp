@@ -30,7 +30,7 @@ bool is_coff(BYTES bytes) {
     if (bytes.size < 20) {
         return false;
     }
-    unsigned machine = bytes.data[0] | bytes.data[1] << 8U;
+    const unsigned machine = bytes.data[0] | unsigned{bytes.data[1]} << 8U;
     return std::find(std::begin(machines), std::end(machines), machine) != std::end(machines) ||
            is_large_coff(bytes);
 }
