@@ -4,10 +4,9 @@
 #include "support.h"
 #include "wild/wild.h"
 
-#include <algorithm>
+#include <set>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <vector>
 
 namespace {
 
@@ -49,10 +48,9 @@ struct Find : testing::Test, TREE {
     // The files found: "source>dest", sorted, separated by blanks.
     std::string found(std::initializer_list<std::string> names) {
         find(names);
-        std::vector<std::string> all;
+        std::multiset<std::string> all;
         for (int i = 0; i < BRAXargnum; ++i)
-            all.push_back(std::string(BRAXsargv[i]) + ">" + BRAXdargv[i]);
-        std::sort(all.begin(), all.end());
+            all.insert(std::string(BRAXsargv[i]) + ">" + BRAXdargv[i]);
         std::string text;
         for (const std::string &one : all)
             text += (text.empty() ? "" : " ") + one;
