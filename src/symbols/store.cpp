@@ -4,16 +4,11 @@
 #include "mem/arena.h"
 #include "mem/galloc.h"
 #include "symbols/options.h"
+#include "symbols/symindex.h"
 
 namespace {
 
 constexpr size_t VARIANTSIZE = 256; // of a name with an underscore added
-
-// The index: open addressing, a power of two of slots, at most three quarters of them used.
-struct INDEXSLOT {
-    uint64_t hash;
-    _tagsymbol *symbol; // null in a free slot
-};
 
 // The public buckets of cinew and their index. heads[i] is bucket i's head after the last insert;
 // a bucket with another head was changed by a caller, and its chain is searched.
@@ -22,36 +17,11 @@ struct SYMTABLE {
     _tagsymbol *heads[SYMBUCKETS];
     SYMTABLE *previous; // made before this one
     ARENA arena;        // the loader's records
-    INDEXSLOT *slots;
-    uint64_t capacity;
-    uint64_t used;
+    SYMINDEX index;
     int64_t leading;  // names that begin with an underscore
     int64_t trailing; // names that end with one
 };
 SYMTABLE *tables = nullptr;
-
-constexpr uint64_t firstCapacity = 1024;
-
-uint64_t mix(uint64_t hash, uint64_t word) {
-    hash = (hash ^ word) * 0x9E3779B97F4A7C15ULL;
-    return hash ^ hash >> 29;
-}
-
-// Hashes a name for the index. `padded`: the 8 bytes after it are readable and need no copy.
-uint64_t hashname(std::string_view name, bool padded) {
-    const char *text = name.data();
-    size_t left = name.size();
-    uint64_t hash = left;
-    for (; left >= 8; left -= 8, text += 8)
-        hash = mix(hash, eightbytes(text));
-    char copy[8] = {};
-    if (!padded) {
-        memcpy(copy, text, left);
-        text = copy;
-    }
-    hash = mix(hash, eightbytes(text) & ((uint64_t{1} << 8 * left) - 1));
-    return mix(hash, hash >> 32);
-}
 
 // Returns the table of cinew with these buckets; null for a caller's own buckets.
 SYMTABLE *tableof(const _tagsymlist *buckets) {
@@ -59,52 +29,6 @@ SYMTABLE *tableof(const _tagsymlist *buckets) {
     while (table != nullptr && table->buckets != buckets)
         table = table->previous;
     return table;
-}
-
-bool isnamed(const _tagsymbol *symbol, std::string_view name) {
-    return static_cast<size_t>(symbol->length) == name.size() &&
-           memcmp(symbol->name, name.data(), name.size()) == 0;
-}
-
-_tagsymbol *indexfind(const SYMTABLE *table, std::string_view name, uint64_t hash) {
-    const uint64_t mask = table->capacity - 1;
-    for (uint64_t i = hash & mask; table->slots[i].symbol != nullptr; i = (i + 1) & mask) {
-        const INDEXSLOT &slot = table->slots[i];
-        if (slot.hash == hash && isnamed(slot.symbol, name))
-            return slot.symbol;
-    }
-    return nullptr;
-}
-
-void indexput(INDEXSLOT *slots, uint64_t capacity, uint64_t hash, _tagsymbol *symbol) {
-    uint64_t i = hash & (capacity - 1);
-    while (slots[i].symbol != nullptr)
-        i = (i + 1) & (capacity - 1);
-    slots[i] = {hash, symbol};
-}
-
-INDEXSLOT *newslots(uint64_t capacity) {
-    auto *slots = galloclarge<INDEXSLOT>(static_cast<int64_t>(capacity));
-    if (slots != nullptr)
-        memset(slots, 0, capacity * sizeof(INDEXSLOT));
-    return slots;
-}
-
-bool reserveslot(SYMTABLE *table) {
-    if (table->used * 4 < table->capacity * 3)
-        return true;
-    const uint64_t capacity = table->capacity * 2;
-    INDEXSLOT *larger = newslots(capacity);
-    if (larger == nullptr)
-        return false;
-    for (uint64_t i = 0; i < table->capacity; ++i) {
-        if (table->slots[i].symbol != nullptr)
-            indexput(larger, capacity, table->slots[i].hash, table->slots[i].symbol);
-    }
-    gfree(table->slots);
-    table->slots = larger;
-    table->capacity = capacity;
-    return true;
 }
 
 int bucketof(std::string_view name) {
@@ -126,13 +50,13 @@ std::string_view stripped(std::string_view name) {
 }
 
 _tagsymbol *indexfind(const SYMTABLE *table, std::string_view name) {
-    return indexfind(table, name, hashname(name, false));
+    return symindexfind(&table->index, name, symindexhash(&table->index, name, false));
 }
 
 // Finds the name, or it with "_" added before or after it when any stored name has one there.
 _tagsymbol *find(const SYMTABLE *table, std::string_view name, uint64_t hash) {
     const size_t length = name.size();
-    _tagsymbol *symbol = indexfind(table, name, hash);
+    _tagsymbol *symbol = symindexfind(&table->index, name, hash);
     if (symbol != nullptr || table->leading + table->trailing == 0 || length + 2 > VARIANTSIZE)
         return symbol;
     char variant[VARIANTSIZE];
@@ -170,14 +94,12 @@ void merge(_tagsymbol *symbol, SYMTYPE type, SYMSCOPE scope, int32_t size) {
 
 // Puts the symbol into its bucket and, unless `table` is null, into the index.
 bool insert(_tagsymlist *buckets, SYMTABLE *table, _tagsymbol *symbol, uint64_t hash) {
-    if (table != nullptr && !reserveslot(table))
+    if (table != nullptr && !symindexadd(&table->index, symbol, hash))
         return false;
     const std::string_view name(symbol->name, static_cast<size_t>(symbol->length));
     const int number = bucketof(name);
     _tagsymlist *bucket = &buckets[number];
     if (table != nullptr) {
-        indexput(table->slots, table->capacity, hash, symbol);
-        ++table->used;
         table->leading += name.starts_with('_') ? 1 : 0;
         table->trailing += name.ends_with('_') ? 1 : 0;
         if (table->heads[number] == bucket->symbol)
@@ -186,15 +108,6 @@ bool insert(_tagsymlist *buckets, SYMTABLE *table, _tagsymbol *symbol, uint64_t 
     symbol->next = bucket->symbol;
     bucket->symbol = symbol;
     return true;
-}
-
-// Returns the first symbol with that hash. Its name may differ.
-_tagsymbol *candidate(const SYMTABLE *table, uint64_t hash) {
-    const uint64_t mask = table->capacity - 1;
-    uint64_t i = hash & mask;
-    while (table->slots[i].symbol != nullptr && table->slots[i].hash != hash)
-        i = (i + 1) & mask;
-    return table->slots[i].symbol;
 }
 
 _tagsymbol *newsymbol(ARENA *arena, const SYMENTRY &entry) {
@@ -229,15 +142,11 @@ const char *choose(const char *const (&texts)[3], int32_t value) {
 TVKINFO *cinew() {
     auto *info = newrecord<TVKINFO>();
     auto *table = newrecord<SYMTABLE>();
-    INDEXSLOT *slots = newslots(firstCapacity);
-    if (info == nullptr || table == nullptr || slots == nullptr) {
+    if (info == nullptr || table == nullptr || !symindexmake(&table->index)) {
         grelease(info);
         grelease(table);
-        grelease(slots);
         return nullptr;
     }
-    table->slots = slots;
-    table->capacity = firstCapacity;
     table->previous = tables;
     tables = table;
     info->symtable = table->buckets;
@@ -253,7 +162,7 @@ void tvkfree(TVKINFO *info) {
         link = &(*link)->previous;
     *link = table->previous;
     arenafree(&table->arena);
-    gfree(table->slots);
+    gfree(table->index.slots);
     gfree(table);
     gfree(info);
 }
@@ -297,9 +206,10 @@ _tagfilelist *flnew() {
 _tagsymbol *symadd(_tagsymlist *table, _tagsymbol *symbol) {
     const std::string_view name = symbol->name;
     _tagsymbol *found = finduncut(table, symbol->name);
+    SYMTABLE *own = tableof(table);
+    const uint64_t hash = own != nullptr ? symindexhash(&own->index, name, false) : 0;
     symbol->length = static_cast<int32_t>(name.size());
-    if (found == symbol ||
-        (found == nullptr && insert(table, tableof(table), symbol, hashname(name, false))))
+    if (found == symbol || (found == nullptr && insert(table, own, symbol, hash)))
         return symbol;
     if (found != nullptr)
         merge(found, symbol->type, symbol->scope, symbol->size);
@@ -309,10 +219,10 @@ _tagsymbol *symadd(_tagsymlist *table, _tagsymbol *symbol) {
 }
 
 void symprepare(const _tagsymlist *table, SYMENTRY *entry) {
-    const SYMTABLE *index = reinterpret_cast<const SYMTABLE *>(table);
+    const SYMINDEX *index = &reinterpret_cast<const SYMTABLE *>(table)->index;
     entry->name = stripped(entry->name);
-    entry->hash = hashname(entry->name, true);
-    __builtin_prefetch(&index->slots[entry->hash & (index->capacity - 1)]);
+    entry->hash = symindexhash(index, entry->name, true);
+    __builtin_prefetch(&index->slots[entry->hash & index->mask]);
 }
 
 ARENA *symarena(_tagsymlist *table) {
@@ -320,24 +230,18 @@ ARENA *symarena(_tagsymlist *table) {
 }
 
 bool symenterall(_tagsymlist *table, SYMENTRY *entries, int count) {
-    SYMTABLE *index = reinterpret_cast<SYMTABLE *>(table);
-    for (int i = 0; i < count; ++i) {
-        entries[i].symbol = candidate(index, entries[i].hash);
-        __builtin_prefetch(entries[i].symbol);
-        // The record's end. As a number, because the symbol may be null.
-        const auto end = reinterpret_cast<uintptr_t>(entries[i].symbol) + 63;
-        __builtin_prefetch(reinterpret_cast<const void *>(end));
-    }
+    SYMTABLE *own = reinterpret_cast<SYMTABLE *>(table);
+    for (int i = 0; i < count; ++i)
+        symindexprefetch(&own->index, entries[i].hash);
     for (int i = 0; i < count; ++i) {
         SYMENTRY &entry = entries[i];
-        if (entry.symbol == nullptr || !isnamed(entry.symbol, entry.name))
-            entry.symbol = find(index, entry.name, entry.hash);
+        entry.symbol = find(own, entry.name, entry.hash);
         if (entry.symbol != nullptr) {
             merge(entry.symbol, entry.type, entry.scope, entry.size);
             continue;
         }
-        entry.symbol = newsymbol(&index->arena, entry);
-        if (entry.symbol == nullptr || !insert(table, index, entry.symbol, entry.hash))
+        entry.symbol = newsymbol(&own->arena, entry);
+        if (entry.symbol == nullptr || !insert(table, own, entry.symbol, entry.hash))
             return false;
     }
     return true;

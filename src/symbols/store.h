@@ -134,7 +134,7 @@ inline uint64_t eightbytes(const char *text) {
 
 // One name in a line of a symbol file.
 struct SYMENTRY {
-    std::string_view name; // at least 8 bytes after it are readable
+    std::string_view name; // at least 16 bytes after it are readable
     SYMTYPE type;
     SYMSCOPE scope;
     int32_t size;
