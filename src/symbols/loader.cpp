@@ -223,7 +223,8 @@ TVKINFO *tvkload(const char *path) {
     load.file = nullptr;
     load.count = 0;
     reader.buffer = galloclarge<char>(BUFFERSIZE + SPAREBYTES);
-    load.outOfMemory = load.info == nullptr || reader.buffer == nullptr;
+    load.outOfMemory = load.info == nullptr || reader.buffer == nullptr ||
+                       !symreserve(load.info->symtable, glen(reader.file));
     reader.next = reader.buffer;
     reader.end = reader.buffer;
     if (!load.outOfMemory)

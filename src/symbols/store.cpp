@@ -6,6 +6,8 @@
 #include "symbols/options.h"
 #include "symbols/symindex.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr size_t VARIANTSIZE = 256; // of a name with an underscore added
@@ -218,6 +220,13 @@ _tagsymbol *symadd(_tagsymlist *table, _tagsymbol *symbol) {
     return found;
 }
 
+bool symreserve(_tagsymlist *table, int64_t bytes) {
+    constexpr int64_t bytesPerSlot = 128;
+    constexpr int64_t mostBytes = 256 * 1024 * 1024; // the length of a directory is no size
+    return symindexreserve(&reinterpret_cast<SYMTABLE *>(table)->index,
+                           static_cast<uint64_t>(std::min(bytes, mostBytes) / bytesPerSlot));
+}
+
 void symprepare(const _tagsymlist *table, SYMENTRY *entry) {
     const SYMINDEX *index = &reinterpret_cast<const SYMTABLE *>(table)->index;
     entry->name = stripped(entry->name);
@@ -231,8 +240,13 @@ ARENA *symarena(_tagsymlist *table) {
 
 bool symenterall(_tagsymlist *table, SYMENTRY *entries, int count) {
     SYMTABLE *own = reinterpret_cast<SYMTABLE *>(table);
-    for (int i = 0; i < count; ++i)
-        symindexprefetch(&own->index, entries[i].hash);
+    for (int i = 0; i < count; ++i) {
+        const auto record =
+            reinterpret_cast<uintptr_t>(symindexcandidate(&own->index, entries[i].hash));
+        __builtin_prefetch(reinterpret_cast<const void *>(record));
+        // The record's end. As a number, because the symbol may be null.
+        __builtin_prefetch(reinterpret_cast<const void *>(record + 63));
+    }
     for (int i = 0; i < count; ++i) {
         SYMENTRY &entry = entries[i];
         entry.symbol = find(own, entry.name, entry.hash);

@@ -144,6 +144,10 @@ struct SYMENTRY {
 
 // The loader's functions; the table must be one of cinew.
 
+// Makes the index have slots for the symbols of a usual file of `bytes` bytes. Returns false when
+// memory runs out.
+bool symreserve(_tagsymlist *table, int64_t bytes);
+
 // Strips the entry's name, hashes it and prefetches its slot of the index.
 void symprepare(const _tagsymlist *table, SYMENTRY *entry);
 

@@ -9,33 +9,43 @@ namespace {
 
 constexpr uint64_t firstCapacity = 1024;
 
+// Whether both texts begin with the same `length` bytes. Usual names are too short for memcmp.
+bool issame(const char *a, const char *b, size_t length) {
+    if (length < 8)
+        return memcmp(a, b, length) == 0;
+    for (; length > 8; a += 8, b += 8, length -= 8) {
+        if (eightbytes(a) != eightbytes(b))
+            return false;
+        if (length < 16) { // the last eight bytes overlap these
+            a -= 16 - length;
+            b -= 16 - length;
+            length = 16;
+        }
+    }
+    return eightbytes(a) == eightbytes(b);
+}
+
 bool isnamed(const _tagsymbol *symbol, std::string_view name) {
     return static_cast<size_t>(symbol->length) == name.size() &&
-           memcmp(symbol->name, name.data(), name.size()) == 0;
+           issame(symbol->name, name.data(), name.size());
 }
 
-void put(SYMINDEX *index, const INDEXSLOT &slot) {
-    uint64_t i = slot.hash & index->mask;
-    while (index->slots[i].symbol != nullptr)
+void put(SYMINDEX *index, _tagsymbol *symbol, uint64_t hash) {
+    uint64_t i = hash & index->mask;
+    while (index->slots[i] != 0)
         i = (i + 1) & index->mask;
-    index->slots[i] = slot;
+    index->slots[i] = reinterpret_cast<uintptr_t>(symbol) | hash >> ADDRESSBITS << ADDRESSBITS;
 }
 
-// Gives the index `capacity` slots. Returns false when memory runs out.
-bool resize(SYMINDEX *index, uint64_t capacity) {
-    SYMINDEX larger = *index;
-    larger.slots = galloclarge<INDEXSLOT>(static_cast<int64_t>(capacity));
-    if (larger.slots == nullptr)
-        return false;
-    memset(larger.slots, 0, capacity * sizeof(INDEXSLOT));
-    larger.mask = capacity - 1;
-    for (uint64_t i = 0; index->slots != nullptr && i <= index->mask; ++i) {
-        if (index->slots[i].symbol != nullptr)
-            put(&larger, index->slots[i]);
+// Moves the symbols of the smaller index to the empty larger one. Names are hashed again.
+void refill(SYMINDEX *larger, const SYMINDEX *smaller) {
+    constexpr uint64_t ahead = 16;
+    for (uint64_t i = 0; smaller->used > 0 && i <= smaller->mask; ++i) {
+        __builtin_prefetch(slotsymbol(smaller->slots[(i + ahead) & smaller->mask]));
+        const _tagsymbol *symbol = slotsymbol(smaller->slots[i]);
+        if (symbol != nullptr)
+            put(larger, slotsymbol(smaller->slots[i]), symindexhash(larger, symbol->name, false));
     }
-    grelease(index->slots);
-    *index = larger;
-    return true;
 }
 
 } // namespace
@@ -44,21 +54,37 @@ bool symindexmake(SYMINDEX *index) {
     // The key stays as it is here when the system has no random bytes.
     *index = {nullptr, 0, 0, {0x9E3779B97F4A7C15, 0xBF58476D1CE4E5B9}};
     getrandom(index->key, sizeof index->key, GRND_NONBLOCK);
-    return resize(index, firstCapacity);
+    return symindexreserve(index, firstCapacity);
+}
+
+bool symindexreserve(SYMINDEX *index, uint64_t capacity) {
+    SYMINDEX larger = *index;
+    larger.mask = std::bit_ceil(capacity) - 1;
+    if (index->slots != nullptr && larger.mask <= index->mask)
+        return true;
+    larger.slots = galloclarge<uint64_t>(static_cast<int64_t>(larger.mask) + 1);
+    if (larger.slots == nullptr)
+        return false;
+    memset(larger.slots, 0, (larger.mask + 1) * sizeof *larger.slots);
+    refill(&larger, index);
+    grelease(index->slots);
+    *index = larger;
+    return true;
 }
 
 _tagsymbol *symindexfind(const SYMINDEX *index, std::string_view name, uint64_t hash) {
-    for (uint64_t i = hash & index->mask;; i = (i + 1) & index->mask) {
-        const INDEXSLOT &slot = index->slots[i];
-        if (slot.symbol == nullptr || (slot.hash == hash && isnamed(slot.symbol, name)))
-            return slot.symbol;
+    for (uint64_t i = hash;; ++i) {
+        i = nextslot(index, i, hash);
+        _tagsymbol *symbol = slotsymbol(index->slots[i]);
+        if (symbol == nullptr || isnamed(symbol, name))
+            return symbol;
     }
 }
 
 bool symindexadd(SYMINDEX *index, _tagsymbol *symbol, uint64_t hash) {
-    if (index->used * 4 >= (index->mask + 1) * 3 && !resize(index, (index->mask + 1) * 2))
+    if (index->used * 4 >= (index->mask + 1) * 3 && !symindexreserve(index, (index->mask + 1) * 2))
         return false;
-    put(index, {hash, symbol});
+    put(index, symbol, hash);
     ++index->used;
     return true;
 }

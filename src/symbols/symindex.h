@@ -3,21 +3,27 @@
 
 #include "symbols/store.h"
 
-struct INDEXSLOT {
-    uint64_t hash;
-    _tagsymbol *symbol; // null in a free slot
-};
-
-// Open addressing, a power of two of slots, at most three quarters of them used.
+// Open addressing, a power of two of slots, at most three quarters of them used. A slot is a
+// symbol's address, which has 48 bits, under the upper 16 bits of its hash; a free slot is 0.
 struct SYMINDEX {
-    INDEXSLOT *slots; // a block of galloc
-    uint64_t mask;    // number of slots - 1
+    uint64_t *slots; // a block of galloc
+    uint64_t mask;   // number of slots - 1
     uint64_t used;
     uint64_t key[2]; // of the hash, random: a file cannot aim its names at one slot
 };
 
+constexpr int ADDRESSBITS = 48;
+
+inline _tagsymbol *slotsymbol(uint64_t slot) {
+    return reinterpret_cast<_tagsymbol *>(slot & ((uint64_t{1} << ADDRESSBITS) - 1));
+}
+
 // Makes an empty index with a new key. Returns false when memory runs out.
 bool symindexmake(SYMINDEX *index);
+
+// Makes the index have at least `capacity` slots. Returns false when memory runs out, with nothing
+// changed.
+bool symindexreserve(SYMINDEX *index, uint64_t capacity);
 
 // Returns the symbol of that name; null when there is none. `hash` is the name's.
 _tagsymbol *symindexfind(const SYMINDEX *index, std::string_view name, uint64_t hash);
@@ -25,14 +31,17 @@ _tagsymbol *symindexfind(const SYMINDEX *index, std::string_view name, uint64_t 
 // Adds a symbol whose name is not in the index. Returns false when memory runs out.
 bool symindexadd(SYMINDEX *index, _tagsymbol *symbol, uint64_t hash);
 
-// Prefetches the record that symindexfind will probably read.
-inline void symindexprefetch(const SYMINDEX *index, uint64_t hash) {
-    uint64_t i = hash & index->mask;
-    while (index->slots[i].symbol != nullptr && index->slots[i].hash != hash)
+// Returns the number of the first slot from `i` on that is free or has this hash's upper bits.
+inline uint64_t nextslot(const SYMINDEX *index, uint64_t i, uint64_t hash) {
+    i &= index->mask;
+    while (index->slots[i] != 0 && (index->slots[i] ^ hash) >> ADDRESSBITS != 0)
         i = (i + 1) & index->mask;
-    const auto record = reinterpret_cast<uintptr_t>(index->slots[i].symbol);
-    __builtin_prefetch(reinterpret_cast<const void *>(record));
-    __builtin_prefetch(reinterpret_cast<const void *>(record + 63)); // as a number: it may be null
+    return i;
+}
+
+// Returns the symbol that symindexfind will compare first; null when there is none.
+inline const _tagsymbol *symindexcandidate(const SYMINDEX *index, uint64_t hash) {
+    return slotsymbol(index->slots[nextslot(index, hash, hash)]);
 }
 
 inline uint64_t multiplied(uint64_t a, uint64_t b) {
