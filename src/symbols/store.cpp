@@ -40,17 +40,6 @@ int bucketof(std::string_view name) {
     return static_cast<int>(hash & (SYMBUCKETS - 1));
 }
 
-// Removes the underscores at both ends, unless OPTunderscores is set.
-std::string_view stripped(std::string_view name) {
-    if (OPTunderscores != 0)
-        return name;
-    while (name.starts_with('_'))
-        name.remove_prefix(1);
-    while (name.ends_with('_'))
-        name.remove_suffix(1);
-    return name;
-}
-
 _tagsymbol *indexfind(const SYMTABLE *table, std::string_view name) {
     return symindexfind(&table->index, name, symindexhash(&table->index, name, false));
 }
@@ -186,7 +175,7 @@ _tagfile *finew(const char *name, const char *library) {
 
 _tagsymbol *symnew(const char *name, SYMTYPE type, SYMSCOPE scope, int32_t size) {
     auto *symbol = newrecord<_tagsymbol>();
-    const std::string_view text = stripped(name);
+    const std::string_view text = symstripped(name);
     char *copy = galloctext(text.data(), static_cast<int64_t>(text.size()));
     if (symbol == nullptr || copy == nullptr) {
         grelease(symbol);
@@ -227,11 +216,8 @@ bool symreserve(_tagsymlist *table, int64_t bytes) {
                            static_cast<uint64_t>(std::min(bytes, mostBytes) / bytesPerSlot));
 }
 
-void symprepare(const _tagsymlist *table, SYMENTRY *entry) {
-    const SYMINDEX *index = &reinterpret_cast<const SYMTABLE *>(table)->index;
-    entry->name = stripped(entry->name);
-    entry->hash = symindexhash(index, entry->name, true);
-    __builtin_prefetch(&index->slots[entry->hash & index->mask]);
+SYMINDEX *symindexof(_tagsymlist *table) {
+    return &reinterpret_cast<SYMTABLE *>(table)->index;
 }
 
 ARENA *symarena(_tagsymlist *table) {
@@ -241,15 +227,16 @@ ARENA *symarena(_tagsymlist *table) {
 bool symenterall(_tagsymlist *table, SYMENTRY *entries, int count) {
     SYMTABLE *own = reinterpret_cast<SYMTABLE *>(table);
     for (int i = 0; i < count; ++i) {
-        const auto record =
-            reinterpret_cast<uintptr_t>(symindexcandidate(&own->index, entries[i].hash));
-        __builtin_prefetch(reinterpret_cast<const void *>(record));
+        entries[i].symbol = symindexcandidate(&own->index, entries[i].hash);
+        __builtin_prefetch(entries[i].symbol);
         // The record's end. As a number, because the symbol may be null.
-        __builtin_prefetch(reinterpret_cast<const void *>(record + 63));
+        const auto end = reinterpret_cast<uintptr_t>(entries[i].symbol) + 63;
+        __builtin_prefetch(reinterpret_cast<const void *>(end));
     }
     for (int i = 0; i < count; ++i) {
         SYMENTRY &entry = entries[i];
-        entry.symbol = find(own, entry.name, entry.hash);
+        if (entry.symbol == nullptr || !symisnamed(entry.symbol, entry.name))
+            entry.symbol = find(own, entry.name, entry.hash);
         if (entry.symbol != nullptr) {
             merge(entry.symbol, entry.type, entry.scope, entry.size);
             continue;

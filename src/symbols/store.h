@@ -148,9 +148,6 @@ struct SYMENTRY {
 // memory runs out.
 bool symreserve(_tagsymlist *table, int64_t bytes);
 
-// Strips the entry's name, hashes it and prefetches its slot of the index.
-void symprepare(const _tagsymlist *table, SYMENTRY *entry);
-
 // Returns the arena that tvkfree frees with the table.
 ARENA *symarena(_tagsymlist *table);
 

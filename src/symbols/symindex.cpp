@@ -9,27 +9,6 @@ namespace {
 
 constexpr uint64_t firstCapacity = 1024;
 
-// Whether both texts begin with the same `length` bytes. Usual names are too short for memcmp.
-bool issame(const char *a, const char *b, size_t length) {
-    if (length < 8)
-        return memcmp(a, b, length) == 0;
-    for (; length > 8; a += 8, b += 8, length -= 8) {
-        if (eightbytes(a) != eightbytes(b))
-            return false;
-        if (length < 16) { // the last eight bytes overlap these
-            a -= 16 - length;
-            b -= 16 - length;
-            length = 16;
-        }
-    }
-    return eightbytes(a) == eightbytes(b);
-}
-
-bool isnamed(const _tagsymbol *symbol, std::string_view name) {
-    return static_cast<size_t>(symbol->length) == name.size() &&
-           issame(symbol->name, name.data(), name.size());
-}
-
 void put(SYMINDEX *index, _tagsymbol *symbol, uint64_t hash) {
     uint64_t i = hash & index->mask;
     while (index->slots[i] != 0)
@@ -76,7 +55,7 @@ _tagsymbol *symindexfind(const SYMINDEX *index, std::string_view name, uint64_t 
     for (uint64_t i = hash;; ++i) {
         i = nextslot(index, i, hash);
         _tagsymbol *symbol = slotsymbol(index->slots[i]);
-        if (symbol == nullptr || isnamed(symbol, name))
+        if (symbol == nullptr || symisnamed(symbol, name))
             return symbol;
     }
 }

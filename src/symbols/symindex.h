@@ -1,6 +1,7 @@
 // The index of a symbol table: finds a symbol by its exact name in one step.
 #pragma once
 
+#include "symbols/options.h"
 #include "symbols/store.h"
 
 // Open addressing, a power of two of slots, at most three quarters of them used. A slot is a
@@ -17,6 +18,9 @@ constexpr int ADDRESSBITS = 48;
 inline _tagsymbol *slotsymbol(uint64_t slot) {
     return reinterpret_cast<_tagsymbol *>(slot & ((uint64_t{1} << ADDRESSBITS) - 1));
 }
+
+// Returns the index of a table of cinew.
+SYMINDEX *symindexof(_tagsymlist *table);
 
 // Makes an empty index with a new key. Returns false when memory runs out.
 bool symindexmake(SYMINDEX *index);
@@ -40,7 +44,7 @@ inline uint64_t nextslot(const SYMINDEX *index, uint64_t i, uint64_t hash) {
 }
 
 // Returns the symbol that symindexfind will compare first; null when there is none.
-inline const _tagsymbol *symindexcandidate(const SYMINDEX *index, uint64_t hash) {
+inline _tagsymbol *symindexcandidate(const SYMINDEX *index, uint64_t hash) {
     return slotsymbol(index->slots[nextslot(index, hash, hash)]);
 }
 
@@ -64,4 +68,43 @@ inline uint64_t symindexhash(const SYMINDEX *index, std::string_view name, bool 
     const char *mask = masks + 16 - left;
     return multiplied(hash ^ (eightbytes(text) & eightbytes(mask)),
                       index->key[1] ^ (eightbytes(text + 8) & eightbytes(mask + 8)));
+}
+
+// Whether both texts begin with the same `length` bytes. Usual names are too short for memcmp.
+inline bool issametext(const char *a, const char *b, size_t length) {
+    if (length < 8)
+        return memcmp(a, b, length) == 0;
+    for (; length > 8; a += 8, b += 8, length -= 8) {
+        if (eightbytes(a) != eightbytes(b))
+            return false;
+        if (length < 16) { // the last eight bytes overlap these
+            a -= 16 - length;
+            b -= 16 - length;
+            length = 16;
+        }
+    }
+    return eightbytes(a) == eightbytes(b);
+}
+
+inline bool symisnamed(const _tagsymbol *symbol, std::string_view name) {
+    return static_cast<size_t>(symbol->length) == name.size() &&
+           issametext(symbol->name, name.data(), name.size());
+}
+
+// Removes the underscores at both ends, unless OPTunderscores is set.
+inline std::string_view symstripped(std::string_view name) {
+    if (OPTunderscores != 0)
+        return name;
+    while (name.starts_with('_'))
+        name.remove_prefix(1);
+    while (name.ends_with('_'))
+        name.remove_suffix(1);
+    return name;
+}
+
+// Strips the entry's name, hashes it and prefetches its slot.
+inline void symindexprepare(const SYMINDEX *index, SYMENTRY *entry) {
+    entry->name = symstripped(entry->name);
+    entry->hash = symindexhash(index, entry->name, true);
+    __builtin_prefetch(&index->slots[entry->hash & index->mask]);
 }
