@@ -7,6 +7,7 @@
 #include "symbols/symindex.h"
 
 #include <algorithm>
+#include <cstddef>
 
 namespace {
 
@@ -84,10 +85,11 @@ void merge(_tagsymbol *symbol, SYMTYPE type, SYMSCOPE scope, int32_t size) {
 }
 
 // Puts the symbol into its bucket and, unless `table` is null, into the index.
-bool insert(_tagsymlist *buckets, SYMTABLE *table, _tagsymbol *symbol, uint64_t hash) {
+bool insert(_tagsymlist *buckets, SYMTABLE *table, _tagsymbol *symbol, std::string_view name,
+            uint64_t hash) {
+    symbol->length = symlength(name);
     if (table != nullptr && !symindexadd(&table->index, symbol, hash))
         return false;
-    const std::string_view name(symbol->name, static_cast<size_t>(symbol->length));
     const int number = bucketof(name);
     _tagsymlist *bucket = &buckets[number];
     if (table != nullptr) {
@@ -103,16 +105,15 @@ bool insert(_tagsymlist *buckets, SYMTABLE *table, _tagsymbol *symbol, uint64_t 
 
 _tagsymbol *newsymbol(ARENA *arena, const SYMENTRY &entry) {
     const size_t length = entry.name.size();
-    // Name and record are adjacent for cache locality.
-    auto *symbol = static_cast<_tagsymbol *>(arenaalloc(arena, sizeof(_tagsymbol) + length + 1));
+    constexpr size_t textOffset = offsetof(_tagsymbol, text);
+    auto *symbol = static_cast<_tagsymbol *>(
+        arenaalloc(arena, std::max(sizeof(_tagsymbol), textOffset + length + 1)));
     if (symbol == nullptr)
         return nullptr;
-    char *copy = reinterpret_cast<char *>(symbol + 1);
+    char *copy = reinterpret_cast<char *>(symbol) + textOffset;
+    *symbol = {copy, entry.type, entry.scope, entry.size, 0, nullptr, nullptr, 0, 0, {}};
     memcpy(copy, entry.name.data(), length);
     copy[length] = 0;
-    *symbol = {
-        copy, entry.type, entry.scope, entry.size, nullptr, nullptr, static_cast<int32_t>(length),
-        0,    0};
     return symbol;
 }
 
@@ -182,7 +183,7 @@ _tagsymbol *symnew(const char *name, SYMTYPE type, SYMSCOPE scope, int32_t size)
         grelease(copy);
         return nullptr;
     }
-    *symbol = {copy, type, scope, size, nullptr, nullptr, 0, 0, 0};
+    *symbol = {copy, type, scope, size, 0, nullptr, nullptr, 0, 0, {}};
     return symbol;
 }
 
@@ -199,8 +200,7 @@ _tagsymbol *symadd(_tagsymlist *table, _tagsymbol *symbol) {
     _tagsymbol *found = finduncut(table, symbol->name);
     SYMTABLE *own = tableof(table);
     const uint64_t hash = own != nullptr ? symindexhash(&own->index, name, false) : 0;
-    symbol->length = static_cast<int32_t>(name.size());
-    if (found == symbol || (found == nullptr && insert(table, own, symbol, hash)))
+    if (found == symbol || (found == nullptr && insert(table, own, symbol, name, hash)))
         return symbol;
     if (found != nullptr)
         merge(found, symbol->type, symbol->scope, symbol->size);
@@ -242,7 +242,7 @@ bool symenterall(_tagsymlist *table, SYMENTRY *entries, int count) {
             continue;
         }
         entry.symbol = newsymbol(&own->arena, entry);
-        if (entry.symbol == nullptr || !insert(table, own, entry.symbol, entry.hash))
+        if (entry.symbol == nullptr || !insert(table, own, entry.symbol, entry.name, entry.hash))
             return false;
     }
     return true;

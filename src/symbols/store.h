@@ -41,12 +41,13 @@ struct _tagsymbol {
     SYMTYPE type;
     SYMSCOPE scope;
     int32_t size;     // bytes; 0 when unknown
+    int32_t nrefers;  // private to a report: number of refers nodes with this symbol
     _tagfile *file;   // the last file that defines it; null while only referred to
     _tagsymbol *next; // in the same bucket
 
-    int32_t length;   // private to a table of cinew: the name's
-    int32_t nrefers;  // private to a report: number of refers nodes with this symbol
     int32_t firstref; // private to a report: index of its first reference
+    uint8_t length;   // private to a table of cinew: the name's; 255 for a longer one
+    char text[3];     // private to the loader: the name starts here
 };
 
 // A node of a file's definitions or references. In a bucket, `symbol` is the head of the chain and

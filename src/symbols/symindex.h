@@ -86,8 +86,14 @@ inline bool issametext(const char *a, const char *b, size_t length) {
     return eightbytes(a) == eightbytes(b);
 }
 
+// Returns a symbol's private length for its name.
+inline uint8_t symlength(std::string_view name) {
+    return static_cast<uint8_t>(name.size() < 255 ? name.size() : 255);
+}
+
 inline bool symisnamed(const _tagsymbol *symbol, std::string_view name) {
-    return static_cast<size_t>(symbol->length) == name.size() &&
+    return symbol->length == symlength(name) &&
+           (name.size() < 255 || strlen(symbol->name) == name.size()) &&
            issametext(symbol->name, name.data(), name.size());
 }
 
