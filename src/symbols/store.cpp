@@ -19,7 +19,8 @@ struct SYMTABLE {
     _tagsymlist buckets[SYMBUCKETS];
     _tagsymbol *heads[SYMBUCKETS];
     SYMTABLE *previous; // made before this one
-    ARENA arena;        // the loader's records
+    ARENA arena;        // the loader's files and list nodes
+    ARENA symbols;      // the loader's symbols, dense because they are read at random
     SYMINDEX index;
     int64_t leading;  // names that begin with an underscore
     int64_t trailing; // names that end with one
@@ -103,9 +104,10 @@ bool insert(_tagsymlist *buckets, SYMTABLE *table, _tagsymbol *symbol, std::stri
     return true;
 }
 
+constexpr size_t textOffset = offsetof(_tagsymbol, text);
+
 _tagsymbol *newsymbol(ARENA *arena, const SYMENTRY &entry) {
     const size_t length = entry.name.size();
-    constexpr size_t textOffset = offsetof(_tagsymbol, text);
     auto *symbol = static_cast<_tagsymbol *>(
         arenaalloc(arena, std::max(sizeof(_tagsymbol), textOffset + length + 1)));
     if (symbol == nullptr)
@@ -154,6 +156,7 @@ void tvkfree(TVKINFO *info) {
         link = &(*link)->previous;
     *link = table->previous;
     arenafree(&table->arena);
+    arenafree(&table->symbols);
     gfree(table->index.slots);
     gfree(table);
     gfree(info);
@@ -229,9 +232,9 @@ bool symenterall(_tagsymlist *table, SYMENTRY *entries, int count) {
     for (int i = 0; i < count; ++i) {
         entries[i].symbol = symindexcandidate(&own->index, entries[i].hash);
         __builtin_prefetch(entries[i].symbol);
-        // The record's end. As a number, because the symbol may be null.
-        const auto end = reinterpret_cast<uintptr_t>(entries[i].symbol) + 63;
-        __builtin_prefetch(reinterpret_cast<const void *>(end));
+        // The name's end, if it is this name. As a number, because the symbol may be null.
+        const auto end = reinterpret_cast<uintptr_t>(entries[i].symbol) + textOffset;
+        __builtin_prefetch(reinterpret_cast<const void *>(end + entries[i].name.size()));
     }
     for (int i = 0; i < count; ++i) {
         SYMENTRY &entry = entries[i];
@@ -241,7 +244,7 @@ bool symenterall(_tagsymlist *table, SYMENTRY *entries, int count) {
             merge(entry.symbol, entry.type, entry.scope, entry.size);
             continue;
         }
-        entry.symbol = newsymbol(&own->arena, entry);
+        entry.symbol = newsymbol(&own->symbols, entry);
         if (entry.symbol == nullptr || !insert(table, own, entry.symbol, entry.name, entry.hash))
             return false;
     }

@@ -70,22 +70,6 @@ inline uint64_t symindexhash(const SYMINDEX *index, std::string_view name, bool 
                       index->key[1] ^ (eightbytes(text + 8) & eightbytes(mask + 8)));
 }
 
-// Whether both texts begin with the same `length` bytes. Usual names are too short for memcmp.
-inline bool issametext(const char *a, const char *b, size_t length) {
-    if (length < 8)
-        return memcmp(a, b, length) == 0;
-    for (; length > 8; a += 8, b += 8, length -= 8) {
-        if (eightbytes(a) != eightbytes(b))
-            return false;
-        if (length < 16) { // the last eight bytes overlap these
-            a -= 16 - length;
-            b -= 16 - length;
-            length = 16;
-        }
-    }
-    return eightbytes(a) == eightbytes(b);
-}
-
 // Returns a symbol's private length for its name.
 inline uint8_t symlength(std::string_view name) {
     return static_cast<uint8_t>(name.size() < 255 ? name.size() : 255);
@@ -94,7 +78,7 @@ inline uint8_t symlength(std::string_view name) {
 inline bool symisnamed(const _tagsymbol *symbol, std::string_view name) {
     return symbol->length == symlength(name) &&
            (name.size() < 255 || strlen(symbol->name) == name.size()) &&
-           issametext(symbol->name, name.data(), name.size());
+           memcmp(symbol->name, name.data(), name.size()) == 0;
 }
 
 // Removes the underscores at both ends, unless OPTunderscores is set.
