@@ -2,10 +2,12 @@
 // that cache misses in the index and in the records overlap.
 #include "symbols/loader.h"
 
+#include "base/text.h"
 #include "mem/arena.h"
 #include "mem/galloc.h"
 #include "mem/gstream.h"
 #include "symbols/options.h"
+#include "symbols/symindex.h"
 #include "symbols/words.h"
 
 #include <algorithm>
@@ -23,7 +25,7 @@ struct READER {
     char *buffer;
     char *next;
     char *end;
-    bool hasZeros; // the buffer holds a zero byte
+    bool isPlain; // the buffer holds neither a zero byte nor a blank other than line feeds
     bool atEnd;
 };
 
@@ -31,8 +33,9 @@ struct READER {
 // reader's buffer.
 struct LOAD {
     TVKINFO *info;
-    ARENA *arena;   // the store's
-    _tagfile *file; // of the last header line
+    ARENA *arena;          // the store's
+    const SYMINDEX *index; // the store's
+    _tagfile *file;        // of the last header line
     bool outOfMemory;
     int count;
     SYMENTRY entries[BATCHSIZE];
@@ -52,8 +55,10 @@ void fill(READER *reader) {
         reader->atEnd = got <= 0;
         reader->end += got > 0 ? got : 0;
     }
-    const auto length = static_cast<size_t>(reader->end - reader->next);
-    reader->hasZeros = memchr(reader->next, 0, length) != nullptr;
+    unsigned char others = 0;
+    for (const char *c = reader->next; c < reader->end; ++c)
+        others |= static_cast<unsigned char>(charvalue(*c) <= ' ' && *c != '\n');
+    reader->isPlain = others == 0;
 }
 
 // Returns the next line with its line feed. A zero byte ends it.
@@ -64,7 +69,7 @@ std::string_view nextline(READER *reader) {
         length = static_cast<const char *>(feed) - reader->next + 1;
     const std::string_view line(reader->next, static_cast<size_t>(length));
     reader->next += length;
-    return reader->hasZeros ? upto(line, 0) : line;
+    return reader->isPlain ? line : upto(line, 0);
 }
 
 // Returns a terminated copy in the store's arena. When memory runs out, sets outOfMemory and
@@ -133,17 +138,31 @@ void enterall(LOAD *load) {
     load->count = 0;
 }
 
-void addentry(LOAD *load, const SYMENTRY &entry, bool define) {
-    load->entries[load->count] = entry;
-    symprepare(load->info->symtable, &load->entries[load->count]);
+// Returns the next entry of the batch, to be filled for addentry.
+SYMENTRY *newentry(LOAD *load) {
+    return &load->entries[load->count];
+}
+
+void addentry(LOAD *load, bool define) {
+    symindexprepare(load->index, newentry(load));
     load->files[load->count] = load->file;
     load->defines[load->count] = define;
     if (++load->count == BATCHSIZE)
         enterall(load);
 }
 
+void readrefer(LOAD *load, std::string_view name, bool isPlain) {
+    if (name.ends_with('\n'))
+        name.remove_suffix(1);
+    if (!isPlain)
+        name = {name.begin(), std::find_if(name.begin(), name.end(), iswhite)};
+    *newentry(load) = {name, TYPE_UNKNOWN, SCOPE_GLOBAL, 0, nullptr, 0};
+    addentry(load, false);
+}
+
 void readdefine(LOAD *load, std::string_view line) {
-    SYMENTRY entry = {upto(line, ','), TYPE_FUNCTION, SCOPE_GLOBAL, 0, nullptr, 0};
+    SYMENTRY &entry = *newentry(load);
+    entry = {upto(line, ','), TYPE_FUNCTION, SCOPE_GLOBAL, 0, nullptr, 0};
     line.remove_prefix(entry.name.size());
     if (takeprefix(&line, ",")) {
         if (!takeprefix(&line, "FUNCTION") && takeprefix(&line, "DATA"))
@@ -157,36 +176,11 @@ void readdefine(LOAD *load, std::string_view line) {
                 takedecimal(&line, &entry.size);
         }
     }
-    addentry(load, entry, true);
-}
-
-// Whether the text holds a blank or another control character. Compares eight bytes at a time, and
-// reads up to seven bytes after the text.
-bool hasblank(std::string_view line) {
-    constexpr uint64_t ones = 0x0101010101010101ULL;
-    uint64_t found = 0;
-    const char *text = line.data();
-    for (auto left = static_cast<int64_t>(line.size()); left > 0; text += 8, left -= 8) {
-        uint64_t word = eightbytes(text);
-        if (left < 8)
-            word |= ~uint64_t{0} << 8 * left; // bytes after the text are no blanks
-        found |= (word - ones * '!') & ~word & ones * 0x80;
-    }
-    return found != 0;
-}
-
-void readrefer(LOAD *load, std::string_view line) {
-    if (line.ends_with('\n'))
-        line.remove_suffix(1);
-    if (hasblank(line))
-        line = line.substr(0, line.find_first_of(" \t\n\v\f\r"));
-    addentry(load, {line, TYPE_UNKNOWN, SCOPE_GLOBAL, 0, nullptr, 0}, false);
+    addentry(load, true);
 }
 
 void readline(LOAD *load, std::string_view line) {
-    if (takeprefix(&line, "refer="))
-        readrefer(load, line);
-    else if (takeprefix(&line, "define="))
+    if (takeprefix(&line, "define="))
         readdefine(load, line);
     else if (takeprefix(&line, "size="))
         takedecimal(&line, &load->file->size);
@@ -202,8 +196,10 @@ void readlines(LOAD *load, READER *reader) {
         }
         if (reader->next == reader->end)
             return enterall(load);
-        const std::string_view line = nextline(reader);
-        if (line.starts_with('['))
+        std::string_view line = nextline(reader);
+        if (load->file != nullptr && takeprefix(&line, "refer="))
+            readrefer(load, line, reader->isPlain);
+        else if (line.starts_with('['))
             readheader(load, line);
         else if (load->file != nullptr)
             readline(load, line);
@@ -220,10 +216,12 @@ TVKINFO *tvkload(const char *path) {
     LOAD load;
     load.info = cinew();
     load.arena = load.info != nullptr ? symarena(load.info->symtable) : nullptr;
+    load.index = load.info != nullptr ? symindexof(load.info->symtable) : nullptr;
     load.file = nullptr;
     load.count = 0;
     reader.buffer = galloclarge<char>(BUFFERSIZE + SPAREBYTES);
-    load.outOfMemory = load.info == nullptr || reader.buffer == nullptr;
+    load.outOfMemory = load.info == nullptr || reader.buffer == nullptr ||
+                       !symreserve(load.info->symtable, glen(reader.file));
     reader.next = reader.buffer;
     reader.end = reader.buffer;
     if (!load.outOfMemory)

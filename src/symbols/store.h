@@ -41,12 +41,13 @@ struct _tagsymbol {
     SYMTYPE type;
     SYMSCOPE scope;
     int32_t size;     // bytes; 0 when unknown
+    int32_t nrefers;  // private to a report: number of refers nodes with this symbol
     _tagfile *file;   // the last file that defines it; null while only referred to
     _tagsymbol *next; // in the same bucket
 
-    int32_t length;   // private to a table of cinew: the name's
-    int32_t nrefers;  // private to a report: number of refers nodes with this symbol
     int32_t firstref; // private to a report: index of its first reference
+    uint8_t length;   // private to a table of cinew: the name's; 255 for a longer one
+    char text[3];     // private to the loader: the name starts here
 };
 
 // A node of a file's definitions or references. In a bucket, `symbol` is the head of the chain and
@@ -134,7 +135,7 @@ inline uint64_t eightbytes(const char *text) {
 
 // One name in a line of a symbol file.
 struct SYMENTRY {
-    std::string_view name; // at least 8 bytes after it are readable
+    std::string_view name; // at least 16 bytes after it are readable
     SYMTYPE type;
     SYMSCOPE scope;
     int32_t size;
@@ -144,8 +145,9 @@ struct SYMENTRY {
 
 // The loader's functions; the table must be one of cinew.
 
-// Strips the entry's name, hashes it and prefetches its slot of the index.
-void symprepare(const _tagsymlist *table, SYMENTRY *entry);
+// Makes the index have slots for the symbols of a usual file of `bytes` bytes. Returns false when
+// memory runs out.
+bool symreserve(_tagsymlist *table, int64_t bytes);
 
 // Returns the arena that tvkfree frees with the table.
 ARENA *symarena(_tagsymlist *table);

@@ -1,0 +1,100 @@
+// The index of a symbol table: finds a symbol by its exact name in one step.
+#pragma once
+
+#include "symbols/options.h"
+#include "symbols/store.h"
+
+// Open addressing, a power of two of slots, at most three quarters of them used. A slot is a
+// symbol's address, which has 48 bits, under the upper 16 bits of its hash; a free slot is 0.
+struct SYMINDEX {
+    uint64_t *slots; // a block of galloc
+    uint64_t mask;   // number of slots - 1
+    uint64_t used;
+    uint64_t key[2]; // of the hash, random: a file cannot aim its names at one slot
+};
+
+constexpr int ADDRESSBITS = 48;
+
+inline _tagsymbol *slotsymbol(uint64_t slot) {
+    return reinterpret_cast<_tagsymbol *>(slot & ((uint64_t{1} << ADDRESSBITS) - 1));
+}
+
+// Returns the index of a table of cinew.
+SYMINDEX *symindexof(_tagsymlist *table);
+
+// Makes an empty index with a new key. Returns false when memory runs out.
+bool symindexmake(SYMINDEX *index);
+
+// Makes the index have at least `capacity` slots. Returns false when memory runs out, with nothing
+// changed.
+bool symindexreserve(SYMINDEX *index, uint64_t capacity);
+
+// Returns the symbol of that name; null when there is none. `hash` is the name's.
+_tagsymbol *symindexfind(const SYMINDEX *index, std::string_view name, uint64_t hash);
+
+// Adds a symbol whose name is not in the index. Returns false when memory runs out.
+bool symindexadd(SYMINDEX *index, _tagsymbol *symbol, uint64_t hash);
+
+// Returns the number of the first slot from `i` on that is free or has this hash's upper bits.
+inline uint64_t nextslot(const SYMINDEX *index, uint64_t i, uint64_t hash) {
+    i &= index->mask;
+    while (index->slots[i] != 0 && (index->slots[i] ^ hash) >> ADDRESSBITS != 0)
+        i = (i + 1) & index->mask;
+    return i;
+}
+
+// Returns the symbol that symindexfind will compare first; null when there is none.
+inline _tagsymbol *symindexcandidate(const SYMINDEX *index, uint64_t hash) {
+    return slotsymbol(index->slots[nextslot(index, hash, hash)]);
+}
+
+inline uint64_t multiplied(uint64_t a, uint64_t b) {
+    const auto product = static_cast<unsigned __int128>(a) * b;
+    return static_cast<uint64_t>(product) ^ static_cast<uint64_t>(product >> 64);
+}
+
+// Hashes a name without zero bytes. `padded`: the 16 bytes after it are readable and need no copy.
+inline uint64_t symindexhash(const SYMINDEX *index, std::string_view name, bool padded) {
+    static constexpr char masks[32] = {-1, -1, -1, -1, -1, -1, -1, -1,
+                                       -1, -1, -1, -1, -1, -1, -1, -1};
+    const char *text = name.data();
+    size_t left = name.size();
+    uint64_t hash = index->key[0];
+    for (; left > 16; left -= 16, text += 16)
+        hash = multiplied(hash ^ eightbytes(text), index->key[1] ^ eightbytes(text + 8));
+    char copy[16] = {};
+    if (!padded)
+        text = static_cast<const char *>(memcpy(copy, text, left));
+    const char *mask = masks + 16 - left;
+    return multiplied(hash ^ (eightbytes(text) & eightbytes(mask)),
+                      index->key[1] ^ (eightbytes(text + 8) & eightbytes(mask + 8)));
+}
+
+// Returns a symbol's private length for its name.
+inline uint8_t symlength(std::string_view name) {
+    return static_cast<uint8_t>(name.size() < 255 ? name.size() : 255);
+}
+
+inline bool symisnamed(const _tagsymbol *symbol, std::string_view name) {
+    return symbol->length == symlength(name) &&
+           (name.size() < 255 || strlen(symbol->name) == name.size()) &&
+           memcmp(symbol->name, name.data(), name.size()) == 0;
+}
+
+// Removes the underscores at both ends, unless OPTunderscores is set.
+inline std::string_view symstripped(std::string_view name) {
+    if (OPTunderscores != 0)
+        return name;
+    while (name.starts_with('_'))
+        name.remove_prefix(1);
+    while (name.ends_with('_'))
+        name.remove_suffix(1);
+    return name;
+}
+
+// Strips the entry's name, hashes it and prefetches its slot.
+inline void symindexprepare(const SYMINDEX *index, SYMENTRY *entry) {
+    entry->name = symstripped(entry->name);
+    entry->hash = symindexhash(index, entry->name, true);
+    __builtin_prefetch(&index->slots[entry->hash & index->mask]);
+}
