@@ -96,7 +96,7 @@ void totals(benchmark::State &run) {
         GRAPH graph;
         if (!makegraph(&graph, store(), false))
             abort();
-        gfree(linktotals(&graph, INT_MAX));
+        gfree(linktotals(&graph, INT_MAX, nullptr, 0));
         freegraph(&graph);
     }
 }

@@ -92,7 +92,7 @@ bool preparelinks(SYMBOLREPORT *report) {
         return false;
     if (isdetailed())
         return makewalk(&report->walk, &report->graph);
-    report->totals = linktotals(&report->graph, report->limit);
+    report->totals = linktotals(&report->graph, report->limit, nullptr, 0);
     return report->totals != nullptr;
 }
 

@@ -36,7 +36,7 @@ struct MAP {
     std::vector<int64_t> totals(int limit) const {
         GRAPH graph;
         EXPECT_TRUE(makegraph(&graph, &info, false));
-        int64_t *sums = linktotals(&graph, limit);
+        int64_t *sums = linktotals(&graph, limit, nullptr, 0);
         std::vector<int64_t> result(sums, sums + files.size());
         gfree(sums);
         freegraph(&graph);
