@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <numeric>
 
 namespace {
 
@@ -82,8 +83,8 @@ int64_t countrefs(const SYMBOLREPORT &report) {
             clear(report.symbols[i]);
     }
     for (int i = 0; i < SYMBUCKETS && report.symbols == nullptr; ++i) {
-        for (_tagsymbol *symbol = report.info->symtable[i].symbol; symbol != nullptr;
-             symbol = symbol->next)
+        _tagsymbol *symbol = report.info->symtable[i].symbol;
+        for (; symbol != nullptr; symbol = symbol->next)
             clear(symbol);
     }
     // Lists of a caller may hold symbols that are in no bucket.
@@ -95,6 +96,10 @@ int64_t countrefs(const SYMBOLREPORT &report) {
 // Collects the files that refer to each reported symbol, in the store's order, one entry a
 // reference: nrefers entries from the symbol's firstref on.
 bool collectreferrers(SYMBOLREPORT *report, int64_t nodes) {
+    if (report->symbols != nullptr)
+        nodes = 0;
+    for (int i = 0; i < report->count; ++i)
+        nodes += report->symbols[i] != nullptr ? report->symbols[i]->nrefers : 0;
     report->referrers = galloclarge<_tagfile *>(nodes);
     if (report->referrers == nullptr)
         return false;
@@ -126,17 +131,17 @@ bool listclosures(SYMBOLREPORT *report, int64_t nodes) {
 // Sets the totals of all files, or of those of the symbols without a list.
 bool findtotals(SYMBOLREPORT *report) {
     const GRAPH *graph = &report->graph;
-    auto *files = gallocarray<int32_t>(report->count + 1);
+    int32_t count = report->symbols == nullptr ? graph->count : 0;
+    auto *files = gallocarray<int32_t>(count + report->count + 1);
     if (files == nullptr)
         return false;
-    int32_t count = 0;
+    std::iota(files, files + count, 0);
     for (int i = report->listed; i < report->count; ++i) {
         const _tagsymbol *symbol = report->symbols[i];
         files[count] = symbol != nullptr ? filenumber(graph, symbol->file) : -1;
         count += files[count] >= 0;
     }
-    report->totals =
-        linktotals(graph, report->limit, report->symbols != nullptr ? files : nullptr, count);
+    report->totals = linktotals(graph, report->limit, files, count);
     gfree(files);
     return report->totals != nullptr;
 }
@@ -286,9 +291,9 @@ bool printnamed(SYMBOLREPORT *report, char **names) {
 
 // Allocates the arrays of named symbols.
 bool newnames(SYMBOLREPORT *report, int count) {
-    report->slots = static_cast<int>(std::bit_ceil(2U * static_cast<unsigned>(count)));
-    report->symbols = gallocarray<_tagsymbol *>(count);
-    report->closures = gallocarray<_tagfilelist *>(count);
+    report->slots = static_cast<int>(std::bit_ceil(2U * static_cast<unsigned>(count) + 1));
+    report->symbols = gallocarray<_tagsymbol *>(count + 1);
+    report->closures = gallocarray<_tagfilelist *>(count + 1);
     report->set = gallocarray<const _tagsymbol *>(report->slots);
     if (report->symbols == nullptr || report->closures == nullptr || report->set == nullptr)
         return false;

@@ -3,7 +3,7 @@
 
 #include "report/graph.h"
 
-// Returns for each file number the sum of the sizes of the files in its closure, itself included.
-// Files at level `limit` are not followed. Only the sums of the `count` given files are set; with
-// null for `files`, of all. The caller frees the array with gfree. Null when memory runs out.
+// Returns an array with the sum of the sizes of the files in its closure, itself included, at each
+// of the `count` file numbers; the other elements are not set. Files at level `limit` are not
+// followed. The caller frees the array with gfree. Null when memory runs out.
 int64_t *linktotals(const GRAPH *graph, int limit, const int32_t *files, int32_t count);
