@@ -9,6 +9,7 @@
 #include <benchmark/benchmark.h>
 #include <climits>
 #include <cstdlib>
+#include <numeric>
 #include <string>
 #include <unistd.h>
 #include <vector>
@@ -96,7 +97,9 @@ void totals(benchmark::State &run) {
         GRAPH graph;
         if (!makegraph(&graph, store(), false))
             abort();
-        gfree(linktotals(&graph, INT_MAX));
+        std::vector<int32_t> files(static_cast<size_t>(graph.count));
+        std::iota(files.begin(), files.end(), 0);
+        gfree(linktotals(&graph, INT_MAX, files.data(), graph.count));
         freegraph(&graph);
     }
 }

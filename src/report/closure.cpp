@@ -8,6 +8,7 @@ namespace {
 ARENA arena = {};              // holds all entries
 _tagfilelist *spare = nullptr; // entries of flfree
 bool failed = false;
+int64_t followed = 0; // references
 
 // A stamp is never used twice. The first is a value that a caller's record is unlikely to hold.
 int64_t lastStamp = 0x3A7C15E59B1D42;
@@ -93,6 +94,7 @@ bool append(_tagfilelist **list, _tagsymbol *symbol, int level) {
 const _tagsymlist *takeneeded(FRAME *frame) {
     const _tagsymlist *node = frame->refers;
     for (; node != nullptr; node = node->next) {
+        ++followed;
         lookahead(frame, 1);
         if (isneeded(node->symbol->file))
             break;
@@ -139,4 +141,8 @@ void flfree(_tagfilelist *list) {
 
 bool closurefailed() {
     return failed;
+}
+
+int64_t closurerefs() {
+    return followed;
 }

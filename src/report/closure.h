@@ -17,3 +17,6 @@ void flfree(_tagfilelist *list);
 
 // Whether memory ran out since the last call of symneedfiles with a null list.
 bool closurefailed();
+
+// Returns the number of references that all calls of symneedfiles followed.
+int64_t closurerefs();

@@ -1,5 +1,6 @@
-// The symbol report. Up to fewSymbols names scan the store's lists; more use a graph and an index
-// of references. All memory is allocated before a report is begun, so that it is whole or absent.
+// The symbol report. Closures of named symbols are found in the store's lists until these would
+// take longer than a graph, which serves the rest. All memory is allocated before a report is
+// begun, so that it is whole or absent.
 #include "base/text.h"
 #include "mem/arena.h"
 #include "mem/galloc.h"
@@ -10,9 +11,11 @@
 #include "report/totals.h"
 #include "symbols/options.h"
 
-namespace {
+#include <algorithm>
+#include <bit>
+#include <numeric>
 
-constexpr int fewSymbols = 4;
+namespace {
 
 // One symbol report.
 struct SYMBOLREPORT {
@@ -23,12 +26,17 @@ struct SYMBOLREPORT {
     int links;
     int limit;
 
-    // For few symbols:
-    _tagfilelist *closures[fewSymbols] = {};
+    // For named symbols:
+    _tagsymbol **symbols = nullptr; // null for all; null entries are not in the store
+    int count = 0;
+    int listed = 0; // the first symbols have a list in `closures`
+    _tagfilelist **closures = nullptr;
+    int slots = 0;                    // power of two
+    const _tagsymbol **set = nullptr; // the named symbols at their hashes
 
-    // For many symbols:
-    bool counted = false;           // their nrefers and firstref are valid
-    _tagfile **referrers = nullptr; // in the detailed form: the files that refer to them
+    _tagfile **referrers = nullptr; // in the detailed form: the files that refer to the symbols
+
+    // For all symbols, and for those without a list:
     GRAPH graph = {};
     LINKWALK walk = {};        // in the detailed form
     int64_t *totals = nullptr; // in the compact form: total of each file's closure
@@ -38,62 +46,113 @@ bool isdetailed() {
     return OPTverbose > 1;
 }
 
-// Counts each symbol's references and returns their sum.
-int64_t countrefs(const TVKINFO *info) {
+// Returns the symbol's place in the set, or the free one for it.
+int findslot(const SYMBOLREPORT &report, const _tagsymbol *symbol) {
+    const auto address = reinterpret_cast<uintptr_t>(symbol);
+    auto slot = static_cast<int>((address * 0x9E3779B97F4A7C15ULL >> 32) & (report.slots - 1U));
+    while (report.set[slot] != nullptr && report.set[slot] != symbol)
+        slot = (slot + 1) & (report.slots - 1);
+    return slot;
+}
+
+bool isreported(const SYMBOLREPORT &report, const _tagsymbol *symbol) {
+    return report.symbols == nullptr || report.set[findslot(report, symbol)] != nullptr;
+}
+
+// Calls the function with each reference to a reported symbol and its file. Returns the number of
+// all references.
+template <typename F> int64_t eachreference(const SYMBOLREPORT &report, const F &function) {
     int64_t nodes = 0;
-    const auto clear = [](_tagsymbol *symbol) {
-        symbol->nrefers = 0;
-        symbol->firstref = -1;
-    };
-    for (int i = 0; i < SYMBUCKETS; ++i) {
-        for (_tagsymbol *symbol = info->symtable[i].symbol; symbol != nullptr;
-             symbol = symbol->next)
-            clear(symbol);
-    }
-    // Lists of a caller may hold symbols that are in no bucket.
-    for (const _tagfile *file = info->files; file != nullptr; file = file->next) {
-        for (const _tagsymlist *node = file->refers; node != nullptr; node = node->next)
-            clear(node->symbol);
-    }
-    for (const _tagfile *file = info->files; file != nullptr; file = file->next) {
-        for (const _tagsymlist *node = file->refers; node != nullptr; node = node->next, ++nodes)
-            ++node->symbol->nrefers;
+    for (_tagfile *file = report.info->files; file != nullptr; file = file->next) {
+        for (const _tagsymlist *node = file->refers; node != nullptr; node = node->next, ++nodes) {
+            if (isreported(report, node->symbol))
+                function(node->symbol, file);
+        }
     }
     return nodes;
 }
 
-// Collects the files that refer to each symbol, in the store's order, one entry a reference:
-// nrefers entries from the symbol's firstref on.
-bool collectreferrers(SYMBOLREPORT *report) {
-    const int64_t nodes = countrefs(report->info);
-    report->counted = true;
-    if (!isdetailed())
-        return true;
+// Counts the references of each reported symbol. Returns the number of all references.
+int64_t countrefs(const SYMBOLREPORT &report) {
+    const auto clear = [](_tagsymbol *symbol, const _tagfile * = nullptr) {
+        symbol->nrefers = 0;
+        symbol->firstref = -1;
+    };
+    for (int i = 0; i < report.count; ++i) {
+        if (report.symbols[i] != nullptr)
+            clear(report.symbols[i]);
+    }
+    for (int i = 0; i < SYMBUCKETS && report.symbols == nullptr; ++i) {
+        _tagsymbol *symbol = report.info->symtable[i].symbol;
+        for (; symbol != nullptr; symbol = symbol->next)
+            clear(symbol);
+    }
+    // Lists of a caller may hold symbols that are in no bucket.
+    if (report.symbols == nullptr)
+        eachreference(report, clear);
+    return eachreference(report, [](_tagsymbol *symbol, const _tagfile *) { ++symbol->nrefers; });
+}
+
+// Collects the files that refer to each reported symbol, in the store's order, one entry a
+// reference: nrefers entries from the symbol's firstref on.
+bool collectreferrers(SYMBOLREPORT *report, int64_t nodes) {
+    if (report->symbols != nullptr)
+        nodes = 0;
+    for (int i = 0; i < report->count; ++i)
+        nodes += report->symbols[i] != nullptr ? report->symbols[i]->nrefers : 0;
     report->referrers = galloclarge<_tagfile *>(nodes);
     if (report->referrers == nullptr)
         return false;
     int32_t used = 0;
-    for (_tagfile *file = report->info->files; file != nullptr; file = file->next) {
-        for (const _tagsymlist *node = file->refers; node != nullptr; node = node->next) {
-            _tagsymbol *symbol = node->symbol;
-            if (symbol->firstref < 0) {
-                symbol->firstref = used;
-                used += symbol->nrefers;
-                symbol->nrefers = 0;
-            }
-            report->referrers[symbol->firstref + symbol->nrefers++] = file;
+    eachreference(*report, [&](_tagsymbol *symbol, _tagfile *file) {
+        if (symbol->firstref < 0) {
+            symbol->firstref = used;
+            used += symbol->nrefers;
+            symbol->nrefers = 0;
         }
+        report->referrers[symbol->firstref + symbol->nrefers++] = file;
+    });
+    return true;
+}
+
+// Finds closures in lists, until they have followed more references than a graph would copy.
+bool listclosures(SYMBOLREPORT *report, int64_t nodes) {
+    const int64_t begin = closurerefs();
+    for (; report->listed < report->count && closurerefs() - begin <= nodes; ++report->listed) {
+        _tagsymbol *symbol = report->symbols[report->listed];
+        report->closures[report->listed] =
+            symbol != nullptr ? symneedfiles(symbol, nullptr, report->limit, 0) : nullptr;
+        if (symbol != nullptr && closurefailed())
+            return false;
     }
     return true;
 }
 
-bool preparelinks(SYMBOLREPORT *report) {
-    if (!makegraph(&report->graph, report->info, isdetailed()))
+// Sets the totals of all files, or of those of the symbols without a list.
+bool findtotals(SYMBOLREPORT *report) {
+    const GRAPH *graph = &report->graph;
+    int32_t count = report->symbols == nullptr ? graph->count : 0;
+    auto *files = gallocarray<int32_t>(count + report->count + 1);
+    if (files == nullptr)
         return false;
-    if (isdetailed())
-        return makewalk(&report->walk, &report->graph);
-    report->totals = linktotals(&report->graph, report->limit);
+    std::iota(files, files + count, 0);
+    for (int i = report->listed; i < report->count; ++i) {
+        const _tagsymbol *symbol = report->symbols[i];
+        files[count] = symbol != nullptr ? filenumber(graph, symbol->file) : -1;
+        count += files[count] >= 0;
+    }
+    report->totals = linktotals(graph, report->limit, files, count);
+    gfree(files);
     return report->totals != nullptr;
+}
+
+bool preparelinks(SYMBOLREPORT *report, int64_t nodes) {
+    if (report->symbols != nullptr && !listclosures(report, nodes))
+        return false;
+    if (report->symbols != nullptr && report->listed == report->count)
+        return true;
+    return makegraph(&report->graph, report->info, isdetailed()) &&
+           (isdetailed() ? makewalk(&report->walk, &report->graph) : findtotals(report));
 }
 
 void printdefine(OUTPUT *out, const _tagsymbol *symbol) {
@@ -104,31 +163,13 @@ void printdefine(OUTPUT *out, const _tagsymbol *symbol) {
         putaligned(out, symfile(symbol), 16);
 }
 
-int32_t printreferrers(SYMBOLREPORT *report, const _tagsymbol *symbol) {
-    const bool detailed = isdetailed();
-    if (report->counted) {
-        for (int32_t i = 0; detailed && i < symbol->nrefers; ++i)
-            puttexts(&report->out, "    ", report->referrers[symbol->firstref + i]->name, "\n");
-        return symbol->nrefers;
-    }
-    int32_t count = 0;
-    for (const _tagfile *file = report->info->files; file != nullptr; file = file->next) {
-        for (const _tagsymlist *node = file->refers; node != nullptr; node = node->next) {
-            if (node->symbol != symbol)
-                continue;
-            ++count;
-            if (detailed)
-                puttexts(&report->out, "    ", file->name, "\n");
-        }
-    }
-    return count;
-}
-
 void printrefer(SYMBOLREPORT *report, const _tagsymbol *symbol) {
     OUTPUT *out = &report->out;
     putheading(out, "REFERRED TO IN");
-    const int32_t count = printreferrers(report, symbol);
+    const int32_t count = symbol->nrefers;
     if (isdetailed()) {
+        for (int32_t i = 0; i < count; ++i)
+            puttexts(out, "    ", report->referrers[symbol->firstref + i]->name, "\n");
         puttexts(out, "    ");
         putnumber(out, count);
         puttexts(out, " Files\n");
@@ -198,7 +239,7 @@ bool printsymbol(SYMBOLREPORT *report, _tagsymbol *symbol, _tagfilelist *list = 
     const int ownSize = symbol->file != nullptr ? symbol->file->size : 0;
     if (ownSize == 0 && OPTverbose == 1)
         return true;
-    CLOSURE closure = {filenumber(&report->graph, symbol->file), list};
+    CLOSURE closure = {list != nullptr ? -1 : filenumber(&report->graph, symbol->file), list};
     if (report->links != 0 && closure.number < 0 && list == nullptr) {
         closure.list = symneedfiles(symbol, nullptr, report->limit, 0);
         if (closurefailed())
@@ -235,40 +276,50 @@ bool printall(SYMBOLREPORT *report) {
     return true;
 }
 
-bool printnamed(SYMBOLREPORT *report, char **symbols, int nsymbols) {
-    for (int i = 0; i < nsymbols; ++i) {
-        _tagsymbol *symbol = symfind(report->info->symtable, symbols[i]);
+bool printnamed(SYMBOLREPORT *report, char **names) {
+    for (int i = 0; i < report->count; ++i) {
+        _tagsymbol *symbol = report->symbols[i];
         if (symbol == nullptr) {
             flushoutput(&report->out); // the message follows the report so far
-            toolsay("tolvik: symbol '%s' not found\n", symbols[i]);
-        } else if (!printsymbol(report, symbol, i < fewSymbols ? report->closures[i] : nullptr)) {
+            toolsay("tolvik: symbol '%s' not found\n", names[i]);
+        } else if (!printsymbol(report, symbol, report->closures[i])) {
             return false;
         }
     }
     return true;
 }
 
-// Finds the closures of a few symbols.
-bool findclosures(SYMBOLREPORT *report, char **symbols, int nsymbols) {
-    for (int i = 0; i < nsymbols && report->links != 0; ++i) {
-        _tagsymbol *symbol = symfind(report->info->symtable, symbols[i]);
-        if (symbol == nullptr)
-            continue;
-        report->closures[i] = symneedfiles(symbol, nullptr, report->limit, 0);
-        if (closurefailed())
-            return false;
-    }
+// Allocates the arrays of named symbols.
+bool newnames(SYMBOLREPORT *report, int count) {
+    report->slots = static_cast<int>(std::bit_ceil(2U * static_cast<unsigned>(count) + 1));
+    report->symbols = gallocarray<_tagsymbol *>(count + 1);
+    report->closures = gallocarray<_tagfilelist *>(count + 1);
+    report->set = gallocarray<const _tagsymbol *>(report->slots);
+    if (report->symbols == nullptr || report->closures == nullptr || report->set == nullptr)
+        return false;
+    std::fill_n(report->closures, count, nullptr);
+    std::fill_n(report->set, report->slots, nullptr);
     return true;
 }
 
-// Prepares a report on many symbols.
+void addname(SYMBOLREPORT *report, _tagsymbol *symbol) {
+    report->symbols[report->count++] = symbol;
+    if (symbol != nullptr)
+        report->set[findslot(*report, symbol)] = symbol;
+}
+
+// Prepares a report on all symbols, or on those added.
 bool prepare(SYMBOLREPORT *report) {
-    return (report->refer == 0 || collectreferrers(report)) &&
-           (report->links == 0 || preparelinks(report));
+    const int64_t nodes = report->refer != 0 || report->count > 1 ? countrefs(*report) : 0;
+    return (report->refer == 0 || !isdetailed() || collectreferrers(report, nodes)) &&
+           (report->links == 0 || preparelinks(report, nodes));
 }
 
 void endreport(SYMBOLREPORT *report) {
     flushoutput(&report->out);
+    grelease(report->symbols);
+    grelease(report->closures);
+    grelease(report->set);
     grelease(report->referrers);
     grelease(report->totals);
     freewalk(&report->walk);
@@ -280,7 +331,11 @@ void endreport(SYMBOLREPORT *report) {
 void printsymbolreport(FILE *out, _tagsymbol *symbol, TVKINFO *info, int define, int refer,
                        int links, int limit) {
     SYMBOLREPORT report = {beginoutput(out), info, define, refer, links, limit};
-    if (!printsymbol(&report, symbol))
+    bool whole = newnames(&report, 1);
+    if (whole)
+        addname(&report, symbol);
+    whole = whole && prepare(&report) && printsymbol(&report, symbol, report.closures[0]);
+    if (!whole)
         toolsay("tolvik: ERROR: out of memory reporting '%s'\n", symname(symbol));
     endreport(&report);
 }
@@ -289,9 +344,10 @@ int tvksymbolreport(FILE *out, TVKINFO *info, char **symbols, int nsymbols, int 
                     int links, int limit) {
     SYMBOLREPORT report = {beginoutput(out), info, define, refer, links, limit};
     const bool all = nsymbols > 0 && strcmp(symbols[0], "all") == 0;
-    const bool whole = (all || nsymbols > fewSymbols ? prepare(&report)
-                                                     : findclosures(&report, symbols, nsymbols)) &&
-                       (all ? printall(&report) : printnamed(&report, symbols, nsymbols));
+    bool whole = all || newnames(&report, nsymbols);
+    for (int i = 0; i < nsymbols && !all && whole; ++i)
+        addname(&report, symfind(info->symtable, symbols[i]));
+    whole = whole && prepare(&report) && (all ? printall(&report) : printnamed(&report, symbols));
     endreport(&report);
     return whole ? 1 : 0;
 }

@@ -1,25 +1,24 @@
 // Walking every file's closure takes time in proportion to files times references. Without a
 // level limit, the closure does not depend on the order of the walk:
 //
-// 1. Files that reach each other (a group) have the same closure. Tarjan's algorithm finds the
-//    groups and numbers them so that a group's targets have lower numbers. Real products are one
-//    large group and a fringe.
-// 2. A group with one target links in that target's closure and itself.
-// 3. Other groups need their closures, because targets may share files. A closure is a set of
-//    bits, 512 groups at a time. A group's row is the union of its targets' rows; its sum is the
-//    sum of its first target and the sizes of the bits that this target does not have. A target
-//    that is in another target's row is removed for good; most are.
-//
-// Time is at most references times groups / 512, memory 64 bytes a group. With a level limit
-// every file is walked.
+// 1. A group has one closure. With one target it is the target's closure and the group.
+// 2. A group with several targets (a join) needs the sum of a union. A group with one parent
+//    belongs to its parent's tree, because a join reaches both or is between them. A union is a sum
+//    of whole trees: a set of bits, one for each group with several parents. Only joins and the
+//    groups that they reach count as parents.
+// 3. The sets are found 512 bits (a row) at a time, only for the groups that reach one of the 512.
+//    A group's row is the union of its targets' rows. Its sum is the sum of its first target and
+//    the trees of the bits that this target does not have. A target that is in another target's
+//    row is dropped; most are.
 #include "report/totals.h"
 
 #include "mem/arena.h"
 #include "mem/galloc.h"
+#include "report/groups.h"
 
 #include <algorithm>
 #include <bit>
-#include <functional>
+#include <numeric>
 
 namespace {
 
@@ -27,143 +26,93 @@ constexpr int ROWWORDS = 8;
 constexpr int32_t ROWBITS = ROWWORDS * 64;
 
 struct ROW {
+    int64_t sum; // of the trees
     uint64_t words[ROWWORDS];
 };
 
-// The groups and the references between them, each once, the highest targets first. All arrays but
-// `size` are parts of the block at `groupof`.
-struct GROUPS {
-    int32_t count;
-    int64_t *size;    // sum of a group's files
-    int32_t *groupof; // each file's group
-    int32_t *members; // files, group by group
-    int32_t *first;   // group i has the targets first[i] to last[i] - 1
-    int32_t *last;
-    int32_t *firstmember; // count + 1
-    int32_t *target;
+// All arrays of int32_t are parts of the block at `column`; `total` is part of that at `tree`.
+struct SETS {
+    int32_t columns;
+    int32_t *column;      // the groups that have a bit, ascending
+    int32_t *columnof;    // each group's bit, or -1
+    int32_t *firstparent; // group i has the parents firstparent[i] to firstparent[i + 1] - 1
+    int32_t *parent;
+    int64_t dropped;  // targets since the parents were set
+    int64_t *tree;    // size of each group's tree, its own size included
+    int64_t *total;   // each group's result
+    ROW *rows;        // with columns: each active group's row, itself included
+    uint64_t *active; // with columns: a bit for each group that reaches one of the row's bits
 };
 
-bool newgroups(GROUPS *groups, const GRAPH &graph) {
-    const int64_t n = graph.count;
-    auto *block = galloclarge<int32_t>(5 * n + 1 + graph.first[n]);
-    *groups = {};
-    groups->size = galloclarge<int64_t>(n);
-    groups->groupof = block;
-    if (groups->size == nullptr || block == nullptr)
-        return false;
-    groups->members = block + n;
-    groups->first = block + 2 * n;
-    groups->last = block + 3 * n;
-    groups->firstmember = block + 4 * n;
-    groups->target = block + 5 * n + 1;
-    return true;
+bool newsets(SETS *sets, const GROUPS &groups) {
+    const int64_t n = groups.count;
+    *sets = {};
+    sets->column = galloclarge<int32_t>(3 * n + 1 + (n > 0 ? groups.last[n - 1] : 0));
+    sets->tree = galloclarge<int64_t>(2 * n);
+    sets->columnof = sets->column + n;
+    sets->firstparent = sets->column + 2 * n;
+    sets->parent = sets->column + 3 * n + 1;
+    sets->total = sets->tree + n;
+    return sets->column != nullptr && sets->tree != nullptr;
 }
 
-// Tarjan's algorithm without recursion.
-struct TARJAN {
-    int32_t *visit; // each file's number in the order of visits, from 1; 0 before its visit
-    int32_t *low;   // lowest visit that the file reaches in `open`
-    int32_t *next;  // each file's next reference
-    int32_t *open;  // stack of visited files without a group
-    int32_t *path;  // stack of files being followed
-    int32_t visits, opens, depth;
-};
-
-void enter(TARJAN *t, const GRAPH &graph, int32_t file) {
-    t->visit[file] = t->low[file] = ++t->visits;
-    t->next[file] = graph.first[file];
-    t->open[t->opens++] = file;
-    t->path[t->depth++] = file;
+bool newrows(SETS *sets, int32_t n) {
+    sets->rows = galloclarge<ROW>(n);
+    sets->active = galloclarge<uint64_t>(n / 64 + 1);
+    return sets->rows != nullptr && sets->active != nullptr;
 }
 
-// Ends a file whose references are all followed. The first file of a group closes the group.
-void leave(TARJAN *t, GROUPS *groups, int32_t file) {
-    --t->depth;
-    if (t->depth > 0) {
-        int32_t &above = t->low[t->path[t->depth - 1]];
-        above = std::min(above, t->low[file]);
-    }
-    if (t->low[file] != t->visit[file])
-        return;
-    int32_t used = groups->firstmember[groups->count];
-    int32_t member = -1;
-    while (member != file) {
-        member = t->open[--t->opens];
-        groups->groupof[member] = groups->count;
-        groups->members[used++] = member;
-    }
-    groups->firstmember[++groups->count] = used;
+void freesets(SETS *sets) {
+    grelease(sets->column);
+    grelease(sets->tree);
+    grelease(sets->rows);
+    grelease(sets->active);
 }
 
-void followall(TARJAN *t, GROUPS *groups, const GRAPH &graph) {
-    while (t->depth > 0) {
-        const int32_t file = t->path[t->depth - 1];
-        if (t->next[file] == graph.first[file + 1]) {
-            leave(t, groups, file);
-            continue;
-        }
-        const int32_t target = graph.target[t->next[file]++];
-        if (t->visit[target] == 0)
-            enter(t, graph, target);
-        else if (groups->groupof[target] < 0)
-            t->low[file] = std::min(t->low[file], t->visit[target]);
-    }
-}
-
-bool findgroups(GROUPS *groups, const GRAPH &graph) {
-    const int32_t n = graph.count;
-    auto *memory = galloclarge<int32_t>(int64_t{5} * n);
-    if (memory == nullptr)
-        return false;
-    TARJAN t = {memory, memory + n, memory + n * 2L, memory + n * 3L, memory + n * 4L, 0, 0, 0};
-    std::fill_n(t.visit, n, 0);
-    std::fill_n(groups->groupof, n, -1);
-    groups->firstmember[0] = 0;
-    for (int32_t file = 0; file < n; ++file) {
-        if (t.visit[file] != 0)
-            continue;
-        enter(&t, graph, file);
-        followall(&t, groups, graph);
-    }
-    gfree(memory);
-    return true;
-}
-
-// Sets the groups' sizes and targets.
-bool joingroups(GROUPS *groups, const GRAPH &graph) {
-    auto *seen = galloclarge<int32_t>(groups->count);
-    if (seen == nullptr)
-        return false;
-    std::fill_n(seen, groups->count, -1);
-    int32_t used = 0;
-    for (int32_t group = 0; group < groups->count; ++group) {
-        groups->first[group] = used;
-        groups->size[group] = 0;
-        seen[group] = group;
-        for (int32_t i = groups->firstmember[group]; i < groups->firstmember[group + 1]; ++i) {
-            const int32_t file = groups->members[i];
-            groups->size[group] += graph.files[file]->size;
-            for (int32_t j = graph.first[file]; j < graph.first[file + 1]; ++j) {
-                const int32_t target = groups->groupof[graph.target[j]];
-                if (seen[target] != group)
-                    groups->target[used++] = target;
-                seen[target] = group;
+// Sets the parents. Both loops meet a group after its parents. The first counts them, the second
+// moves each firstparent[i] from the end of the group's parents to their start.
+void findparents(const GROUPS &groups, SETS *sets) {
+    int32_t *first = sets->firstparent;
+    std::fill_n(first, groups.count + 1, 0);
+    for (const bool counting : {true, false}) {
+        for (int32_t group = groups.count - 1; group >= 0; --group) {
+            const int32_t none = counting ? 0 : first[group + 1];
+            if (first[group] == none && groups.last[group] - groups.first[group] < 2)
+                continue;
+            for (int32_t i = groups.first[group]; i < groups.last[group]; ++i) {
+                if (counting)
+                    ++first[groups.target[i]];
+                else
+                    sets->parent[--first[groups.target[i]]] = group;
             }
         }
-        groups->last[group] = used;
-        std::sort(groups->target + groups->first[group], groups->target + used,
-                  std::greater<int32_t>());
+        if (counting)
+            std::partial_sum(first, first + groups.count + 1, first);
     }
-    gfree(seen);
-    return true;
+    sets->dropped = 0;
 }
 
-bool hasbit(const ROW &row, int32_t bit) {
-    return (row.words[bit / 64] >> bit % 64 & 1) != 0;
+void findtrees(const GROUPS &groups, SETS *sets) {
+    std::copy_n(groups.size, groups.count, sets->tree);
+    for (int32_t group = 0; group < groups.count; ++group) {
+        const int32_t parents = sets->firstparent[group + 1] - sets->firstparent[group];
+        sets->columnof[group] = parents > 1 ? sets->columns : -1;
+        if (parents > 1)
+            sets->column[sets->columns++] = group;
+        else if (parents == 1)
+            sets->tree[sets->parent[sets->firstparent[group]]] += sets->tree[group];
+    }
 }
 
-// Returns the sum of the sizes of the groups in `row` but not in `known`. `sizes` starts at the
-// row's first bit.
+bool hasbit(const uint64_t *words, int32_t bit) {
+    return (words[bit / 64] >> bit % 64 & 1) != 0;
+}
+
+void setbit(uint64_t *words, int32_t bit) {
+    words[bit / 64] |= uint64_t{1} << bit % 64;
+}
+
+// Returns the sum of the trees in `row` but not in `known`. `sizes` has a row's trees.
 int64_t sumbeyond(const ROW &row, const ROW &known, const int64_t *sizes) {
     int64_t sum = 0;
     for (int i = 0; i < ROWWORDS; ++i) {
@@ -173,86 +122,96 @@ int64_t sumbeyond(const ROW &row, const ROW &known, const int64_t *sizes) {
     return sum;
 }
 
-// Finds the groups from `base` to base + ROWBITS - 1 that each group reaches, and adds their sizes
-// to the group's total.
-void addblock(GROUPS *groups, int32_t base, ROW *rows, int64_t *sums, int64_t *totals) {
+// Sets the row of an active group. `sizes` has the trees of its bits, the first being `base`.
+void makerow(GROUPS *groups, SETS *sets, int32_t group, int32_t base, const int64_t *sizes) {
     static const ROW nothing = {};
-    const int64_t *sizes = groups->size + base;
-    for (int32_t group = base; group < groups->count; ++group) {
-        ROW row = {};
-        int32_t *from = groups->target + groups->first[group];
-        const int32_t *to = groups->target + groups->last[group];
-        const int32_t known = from < to && *from >= base ? *from : -1;
-        int32_t *kept = from;
-        for (; from < to && *from >= base; ++from) {
-            if (*from < base + ROWBITS && hasbit(row, *from - base))
+    const auto isinside = [=](int32_t column) { return column >= base && column - base < ROWBITS; };
+    const ROW *known = &nothing;
+    ROW row = {};
+    int32_t *from = groups->target + groups->first[group];
+    int32_t *to = groups->target + groups->last[group];
+    int32_t *kept = from;
+    for (; from < to && *from >= sets->column[base]; ++from) {
+        if (hasbit(sets->active, *from)) {
+            const int32_t column = sets->columnof[*from];
+            if (isinside(column) && hasbit(row.words, column - base))
                 continue;
+            const ROW &target = sets->rows[*from];
             for (int i = 0; i < ROWWORDS; ++i)
-                row.words[i] |= rows[*from].words[i];
-            *kept++ = *from;
+                row.words[i] |= target.words[i];
+            known = known == &nothing ? &target : known;
         }
-        if (kept != from) {
-            kept = std::copy(static_cast<const int32_t *>(from), to, kept);
-            groups->last[group] = static_cast<int32_t>(kept - groups->target);
+        *kept++ = *from;
+    }
+    sets->dropped += from - kept;
+    if (kept != from)
+        groups->last[group] = static_cast<int32_t>(std::copy(from, to, kept) - groups->target);
+    if (isinside(sets->columnof[group]))
+        setbit(row.words, sets->columnof[group] - base);
+    row.sum = known->sum + sumbeyond(row, *known, sizes);
+    sets->rows[group] = row;
+}
+
+// Finds which of the columns from `base` on, up to ROWBITS, each group reaches, and adds their
+// trees to its total.
+void addcolumns(GROUPS *groups, SETS *sets, int32_t base) {
+    int64_t sizes[ROWBITS];
+    const int32_t words = groups->count / 64 + 1;
+    std::fill_n(sets->active, words, 0);
+    for (int32_t i = base; i < sets->columns && i - base < ROWBITS; ++i) {
+        sizes[i - base] = sets->tree[sets->column[i]];
+        setbit(sets->active, sets->column[i]);
+    }
+    for (int32_t word = sets->column[base] / 64; word < words; ++word) {
+        // Parents have higher numbers: they are met later, perhaps in the same word.
+        uint64_t done = 0;
+        while ((sets->active[word] & ~done) != 0) {
+            const int bit = std::countr_zero(sets->active[word] & ~done);
+            const int32_t group = word * 64 + bit;
+            done |= uint64_t{1} << bit;
+            makerow(groups, sets, group, base, sizes);
+            sets->total[group] += sets->rows[group].sum;
+            for (int32_t i = sets->firstparent[group]; i < sets->firstparent[group + 1]; ++i)
+                setbit(sets->active, sets->parent[i]);
         }
-        if (group < base + ROWBITS)
-            row.words[(group - base) / 64] |= uint64_t{1} << (group - base) % 64;
-        rows[group] = row;
-        sums[group] = (known >= 0 ? sums[known] : 0) +
-                      sumbeyond(row, known >= 0 ? rows[known] : nothing, sizes);
-        totals[group] += sums[group];
     }
 }
 
 // Sets the totals of all groups. False when memory runs out.
-bool sumgroups(GROUPS *groups, int64_t *totals) {
-    bool simple = true;
+bool sumgroups(GROUPS *groups, SETS *sets) {
+    if (!newsets(sets, *groups))
+        return false;
+    findparents(*groups, sets);
+    findtrees(*groups, sets);
+    if (sets->columns > 0 && !newrows(sets, groups->count))
+        return false;
+    for (int32_t group = 0; group < groups->count; ++group)
+        sets->total[group] = sets->columnof[group] >= 0 ? 0 : sets->tree[group];
+    for (int32_t base = 0; base < sets->columns; base += ROWBITS) {
+        addcolumns(groups, sets, base);
+        if (sets->dropped > sets->firstparent[groups->count] / 2)
+            findparents(*groups, sets);
+    }
     for (int32_t group = 0; group < groups->count; ++group) {
+        const int32_t *target = groups->target + groups->first[group];
         const int32_t targets = groups->last[group] - groups->first[group];
-        simple = simple && targets <= 1;
-        totals[group] = groups->size[group];
-        if (targets == 1)
-            totals[group] += totals[groups->target[groups->first[group]]];
+        if (targets < 2)
+            sets->total[group] = groups->size[group] + (targets > 0 ? sets->total[*target] : 0);
     }
-    if (simple)
-        return true;
-    auto *rows = galloclarge<ROW>(groups->count);
-    auto *sums = galloclarge<int64_t>(groups->count);
-    const bool whole = rows != nullptr && sums != nullptr;
-    if (whole) {
-        std::fill_n(totals, groups->count, 0);
-        for (int32_t base = 0; base < groups->count; base += ROWBITS)
-            addblock(groups, base, rows, sums, totals);
-    }
-    grelease(rows);
-    grelease(sums);
-    return whole;
+    return true;
 }
 
-bool completetotals(const GRAPH &graph, int64_t *totals) {
-    GROUPS groups;
-    auto *grouptotals = galloclarge<int64_t>(graph.count);
-    const bool whole = newgroups(&groups, graph) && grouptotals != nullptr &&
-                       findgroups(&groups, graph) && joingroups(&groups, graph) &&
-                       sumgroups(&groups, grouptotals);
-    for (int32_t file = 0; whole && file < graph.count; ++file)
-        totals[file] = grouptotals[groups.groupof[file]];
-    grelease(groups.size);
-    grelease(groups.groupof);
-    grelease(grouptotals);
-    return whole;
-}
-
-bool limitedtotals(const GRAPH &graph, int limit, int64_t *totals) {
+bool walktotals(const GRAPH &graph, int limit, const int32_t *files, int32_t count,
+                int64_t *totals) {
     LINKWALK walk;
     if (!makewalk(&walk, &graph))
         return false;
-    for (int32_t file = 0; file < graph.count; ++file) {
+    for (int32_t i = 0; i < count; ++i) {
         restartwalk(&walk);
-        walkfrom(&walk, file, nullptr, limit, 0);
-        totals[file] = 0;
-        for (int32_t i = 0; i < walk.count; ++i)
-            totals[file] += graph.files[walk.reached[i].file]->size;
+        walkfrom(&walk, files[i], nullptr, limit, 0);
+        totals[files[i]] = 0;
+        for (int32_t k = 0; k < walk.count; ++k)
+            totals[files[i]] += graph.files[walk.reached[k].file]->size;
     }
     freewalk(&walk);
     return true;
@@ -260,12 +219,23 @@ bool limitedtotals(const GRAPH &graph, int limit, int64_t *totals) {
 
 } // namespace
 
-int64_t *linktotals(const GRAPH *graph, int limit) {
-    auto *totals = galloclarge<int64_t>(graph->count);
-    if (totals == nullptr)
+int64_t *linktotals(const GRAPH *graph, int limit, const int32_t *files, int32_t count) {
+    GROUPS groups;
+    if (!findgroups(&groups, *graph, files, count))
         return nullptr;
-    const bool whole = limit < graph->count ? limitedtotals(*graph, limit, totals)
-                                            : completetotals(*graph, totals);
+    auto *totals = galloclarge<int64_t>(graph->count);
+    bool whole = totals != nullptr;
+    // A file is at most at level height - 1. Few walks take less time than many rows.
+    if (whole && (limit < groups.height - 1 || count < groups.count / ROWBITS)) {
+        whole = walktotals(*graph, limit, files, count, totals);
+    } else if (whole) {
+        SETS sets;
+        whole = sumgroups(&groups, &sets);
+        for (int32_t i = 0; i < count && whole; ++i)
+            totals[files[i]] = sets.total[groups.groupof[files[i]]];
+        freesets(&sets);
+    }
+    freegroups(&groups);
     if (!whole)
         grelease(totals);
     return totals;

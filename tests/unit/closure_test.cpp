@@ -4,6 +4,7 @@
 #include "support.h"
 
 #include <deque>
+#include <numeric>
 #include <random>
 #include <vector>
 
@@ -32,7 +33,9 @@ struct MAP {
     std::vector<int64_t> totals(int limit) const {
         GRAPH graph;
         EXPECT_TRUE(makegraph(&graph, &info, false));
-        int64_t *sums = linktotals(&graph, limit);
+        std::vector<int32_t> all(files.size());
+        std::iota(all.begin(), all.end(), 0);
+        int64_t *sums = linktotals(&graph, limit, all.data(), graph.count);
         std::vector<int64_t> result(sums, sums + files.size());
         gfree(sums);
         freegraph(&graph);
