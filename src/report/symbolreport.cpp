@@ -17,12 +17,6 @@
 
 namespace {
 
-// A reference to a symbol. A symbol's references are a ring: its firstref is the last of them.
-struct REFERENCE {
-    const _tagfile *file;
-    int32_t next;
-};
-
 // One symbol report.
 struct SYMBOLREPORT {
     OUTPUT out;
@@ -40,10 +34,8 @@ struct SYMBOLREPORT {
     int slots = 0;                    // power of two
     const _tagsymbol **set = nullptr; // the named symbols at their hashes
 
-    // In the detailed form:
-    REFERENCE *references = nullptr;
-    int32_t used = 0;
-    int32_t capacity = 0;
+    const _tagfile *end = nullptr;  // the first file after all counted references
+    _tagfile **referrers = nullptr; // in the detailed form: the files that refer to the symbols
 
     // For all symbols, and for those without a list:
     GRAPH graph = {};
@@ -72,7 +64,7 @@ bool isreported(const SYMBOLREPORT &report, const _tagsymbol *symbol) {
 // all references.
 template <typename F> int64_t eachreference(const SYMBOLREPORT &report, const F &function) {
     int64_t nodes = 0;
-    for (_tagfile *file = report.info->files; file != nullptr; file = file->next) {
+    for (_tagfile *file = report.info->files; file != report.end; file = file->next) {
         for (const _tagsymlist *node = file->refers; node != nullptr; node = node->next, ++nodes) {
             if (isreported(report, node->symbol))
                 function(node->symbol, file);
@@ -81,20 +73,8 @@ template <typename F> int64_t eachreference(const SYMBOLREPORT &report, const F 
     return nodes;
 }
 
-bool addreference(SYMBOLREPORT *report, _tagsymbol *symbol, const _tagfile *file) {
-    if (!growarray(report->references, report->used, report->capacity))
-        return false;
-    REFERENCE *added = &report->references[report->used];
-    *added = {file, report->used};
-    if (symbol->firstref >= 0)
-        std::swap(added->next, report->references[symbol->firstref].next);
-    symbol->firstref = report->used++;
-    return true;
-}
-
-// Counts the references of each reported symbol, and in the detailed form keeps them. Sets `nodes`
-// to the number of all references. False when memory runs out.
-bool countrefs(SYMBOLREPORT *report, int64_t *nodes) {
+// Counts the references of each reported symbol. Returns the number of all references.
+int64_t countrefs(SYMBOLREPORT *report) {
     const auto clear = [](_tagsymbol *symbol, const _tagfile * = nullptr) {
         symbol->nrefers = 0;
         symbol->firstref = -1;
@@ -111,13 +91,35 @@ bool countrefs(SYMBOLREPORT *report, int64_t *nodes) {
     // Lists of a caller may hold symbols that are in no bucket.
     if (report->symbols == nullptr)
         eachreference(*report, clear);
-    bool whole = true;
-    const bool kept = report->refer != 0 && isdetailed();
-    *nodes = eachreference(*report, [&](_tagsymbol *symbol, const _tagfile *file) {
+    const _tagfile *last = nullptr;
+    const int64_t nodes = eachreference(*report, [&](_tagsymbol *symbol, const _tagfile *file) {
         ++symbol->nrefers;
-        whole = whole && (!kept || addreference(report, symbol, file));
+        last = file;
     });
-    return whole;
+    report->end = last != nullptr ? last->next : report->info->files;
+    return nodes;
+}
+
+// Collects the files that refer to each reported symbol, in the store's order, one entry a
+// reference: nrefers entries from the symbol's firstref on.
+bool collectreferrers(SYMBOLREPORT *report, int64_t nodes) {
+    if (report->symbols != nullptr)
+        nodes = 0;
+    for (int i = 0; i < report->count; ++i)
+        nodes += report->symbols[i] != nullptr ? report->symbols[i]->nrefers : 0;
+    report->referrers = galloclarge<_tagfile *>(nodes);
+    if (report->referrers == nullptr)
+        return false;
+    int32_t used = 0;
+    eachreference(*report, [&](_tagsymbol *symbol, _tagfile *file) {
+        if (symbol->firstref < 0) {
+            symbol->firstref = used;
+            used += symbol->nrefers;
+            symbol->nrefers = 0;
+        }
+        report->referrers[symbol->firstref + symbol->nrefers++] = file;
+    });
+    return true;
 }
 
 // Finds closures in lists, until they have followed more references than a graph would copy.
@@ -173,11 +175,8 @@ void printrefer(SYMBOLREPORT *report, const _tagsymbol *symbol) {
     putheading(out, "REFERRED TO IN");
     const int32_t count = symbol->nrefers;
     if (isdetailed()) {
-        int32_t last = symbol->firstref;
-        for (int32_t i = 0; i < count; ++i) {
-            last = report->references[last].next;
-            puttexts(out, "    ", report->references[last].file->name, "\n");
-        }
+        for (int32_t i = 0; i < count; ++i)
+            puttexts(out, "    ", report->referrers[symbol->firstref + i]->name, "\n");
         puttexts(out, "    ");
         putnumber(out, count);
         puttexts(out, " Files\n");
@@ -318,8 +317,8 @@ void addname(SYMBOLREPORT *report, _tagsymbol *symbol) {
 
 // Prepares a report on all symbols, or on those added.
 bool prepare(SYMBOLREPORT *report) {
-    int64_t nodes = 0;
-    return ((report->refer == 0 && report->count < 2) || countrefs(report, &nodes)) &&
+    const int64_t nodes = report->refer != 0 || report->count > 1 ? countrefs(report) : 0;
+    return (report->refer == 0 || !isdetailed() || collectreferrers(report, nodes)) &&
            (report->links == 0 || preparelinks(report, nodes));
 }
 
@@ -328,7 +327,7 @@ void endreport(SYMBOLREPORT *report) {
     grelease(report->symbols);
     grelease(report->closures);
     grelease(report->set);
-    grelease(report->references);
+    grelease(report->referrers);
     grelease(report->totals);
     freewalk(&report->walk);
     freegraph(&report->graph);

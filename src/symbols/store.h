@@ -46,7 +46,7 @@ struct _tagsymbol {
 
     int32_t length;   // private to a table of cinew: the name's
     int32_t nrefers;  // private to a report: number of refers nodes with this symbol
-    int32_t firstref; // private to a report: index of its last reference
+    int32_t firstref; // private to a report: index of its first reference
 };
 
 // A node of a file's definitions or references. In a bucket, `symbol` is the head of the chain and
