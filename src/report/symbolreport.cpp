@@ -34,6 +34,7 @@ struct SYMBOLREPORT {
     int slots = 0;                    // power of two
     const _tagsymbol **set = nullptr; // the named symbols at their hashes
 
+    const _tagfile *end = nullptr;  // the first file after all counted references
     _tagfile **referrers = nullptr; // in the detailed form: the files that refer to the symbols
 
     // For all symbols, and for those without a list:
@@ -63,7 +64,7 @@ bool isreported(const SYMBOLREPORT &report, const _tagsymbol *symbol) {
 // all references.
 template <typename F> int64_t eachreference(const SYMBOLREPORT &report, const F &function) {
     int64_t nodes = 0;
-    for (_tagfile *file = report.info->files; file != nullptr; file = file->next) {
+    for (_tagfile *file = report.info->files; file != report.end; file = file->next) {
         for (const _tagsymlist *node = file->refers; node != nullptr; node = node->next, ++nodes) {
             if (isreported(report, node->symbol))
                 function(node->symbol, file);
@@ -73,24 +74,30 @@ template <typename F> int64_t eachreference(const SYMBOLREPORT &report, const F 
 }
 
 // Counts the references of each reported symbol. Returns the number of all references.
-int64_t countrefs(const SYMBOLREPORT &report) {
+int64_t countrefs(SYMBOLREPORT *report) {
     const auto clear = [](_tagsymbol *symbol, const _tagfile * = nullptr) {
         symbol->nrefers = 0;
         symbol->firstref = -1;
     };
-    for (int i = 0; i < report.count; ++i) {
-        if (report.symbols[i] != nullptr)
-            clear(report.symbols[i]);
+    for (int i = 0; i < report->count; ++i) {
+        if (report->symbols[i] != nullptr)
+            clear(report->symbols[i]);
     }
-    for (int i = 0; i < SYMBUCKETS && report.symbols == nullptr; ++i) {
-        _tagsymbol *symbol = report.info->symtable[i].symbol;
+    for (int i = 0; i < SYMBUCKETS && report->symbols == nullptr; ++i) {
+        _tagsymbol *symbol = report->info->symtable[i].symbol;
         for (; symbol != nullptr; symbol = symbol->next)
             clear(symbol);
     }
     // Lists of a caller may hold symbols that are in no bucket.
-    if (report.symbols == nullptr)
-        eachreference(report, clear);
-    return eachreference(report, [](_tagsymbol *symbol, const _tagfile *) { ++symbol->nrefers; });
+    if (report->symbols == nullptr)
+        eachreference(*report, clear);
+    const _tagfile *last = nullptr;
+    const int64_t nodes = eachreference(*report, [&](_tagsymbol *symbol, const _tagfile *file) {
+        ++symbol->nrefers;
+        last = file;
+    });
+    report->end = last != nullptr ? last->next : report->info->files;
+    return nodes;
 }
 
 // Collects the files that refer to each reported symbol, in the store's order, one entry a
@@ -310,7 +317,7 @@ void addname(SYMBOLREPORT *report, _tagsymbol *symbol) {
 
 // Prepares a report on all symbols, or on those added.
 bool prepare(SYMBOLREPORT *report) {
-    const int64_t nodes = report->refer != 0 || report->count > 1 ? countrefs(*report) : 0;
+    const int64_t nodes = report->refer != 0 || report->count > 1 ? countrefs(report) : 0;
     return (report->refer == 0 || !isdetailed() || collectreferrers(report, nodes)) &&
            (report->links == 0 || preparelinks(report, nodes));
 }
