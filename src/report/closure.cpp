@@ -21,7 +21,7 @@ struct FRAME {
     int level;
 };
 
-// The files being followed. A stack instead of recursion: a chain of objects may have any length.
+// The files with references left to follow. A stack instead of recursion: it may be of any depth.
 FRAME *stack = nullptr;
 int64_t depth = 0;
 int64_t capacity = 0;
@@ -120,10 +120,11 @@ _tagfilelist *symneedfiles(_tagsymbol *symbol, _tagfilelist *list, int limit, in
         FRAME *top = &stack[depth - 1];
         const int below = top->level + 1;
         const _tagsymlist *node = takeneeded(top);
-        if (node == nullptr)
+        if (top->refers == nullptr)
             --depth;
-        else if (!append(&list, node->symbol, below) ||
-                 (below < limit && !push(node->symbol->file->refers, below)))
+        if (node != nullptr &&
+            (!append(&list, node->symbol, below) ||
+             (below < limit && !push(node->symbol->file->refers, below))))
             break;
     }
     return list;
