@@ -51,7 +51,7 @@ bool evaluate() {
         for (void *block : held)
             gfree(block);
         if (succeeded)
-            _exit(left < 3 ? 97 : 0);
+            exit(left < 3 ? 97 : 0); // unlike _exit, writes the counts of a coverage build
     }
     _exit(98);
 }
