@@ -122,9 +122,8 @@ _tagfilelist *symneedfiles(_tagsymbol *symbol, _tagfilelist *list, int limit, in
         const _tagsymlist *node = takeneeded(top);
         if (top->refers == nullptr)
             --depth;
-        if (node != nullptr &&
-            (!append(&list, node->symbol, below) ||
-             (below < limit && !push(node->symbol->file->refers, below))))
+        if (node != nullptr && (!append(&list, node->symbol, below) ||
+                                (below < limit && !push(node->symbol->file->refers, below))))
             break;
     }
     return list;
