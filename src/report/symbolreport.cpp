@@ -27,12 +27,16 @@ struct SYMBOLREPORT {
     int limit;
 
     // For named symbols:
-    _tagsymbol **symbols = nullptr; // null for all; null entries are not in the store
+    _tagsymbol **symbols = nullptr; // null entries are not in the store
     int count = 0;
     int listed = 0; // the first symbols have a list in `closures`
     _tagfilelist **closures = nullptr;
     int slots = 0;                    // power of two
     const _tagsymbol **set = nullptr; // the named symbols at their hashes
+
+    // For all symbols, in the order of the report:
+    _tagsymbol **all = nullptr;
+    int64_t allCount = 0;
 
     const _tagfile *end = nullptr;  // the first file after all counted references
     _tagfile **referrers = nullptr; // in the detailed form: the files that refer to the symbols
@@ -57,15 +61,20 @@ int findslot(const SYMBOLREPORT &report, const _tagsymbol *symbol) {
 }
 
 bool isreported(const SYMBOLREPORT &report, const _tagsymbol *symbol) {
-    return report.symbols == nullptr || report.set[findslot(report, symbol)] != nullptr;
+    return report.all != nullptr || report.set[findslot(report, symbol)] != nullptr;
 }
 
 // Calls the function with each reference to a reported symbol and its file. Returns the number of
-// all references.
+// all references. For all symbols it prefetches those of later references, which are scattered.
 template <typename F> int64_t eachreference(const SYMBOLREPORT &report, const F &function) {
+    constexpr int distance = 16;
     int64_t nodes = 0;
     for (_tagfile *file = report.info->files; file != report.end; file = file->next) {
+        const _tagsymlist *ahead = report.all != nullptr ? file->refers : nullptr;
+        int left = distance;
         for (const _tagsymlist *node = file->refers; node != nullptr; node = node->next, ++nodes) {
+            for (++left; left > 0 && ahead != nullptr; --left, ahead = ahead->next)
+                __builtin_prefetch(ahead->symbol, 1);
             if (isreported(report, node->symbol))
                 function(node->symbol, file);
         }
@@ -83,13 +92,10 @@ int64_t countrefs(SYMBOLREPORT *report) {
         if (report->symbols[i] != nullptr)
             clear(report->symbols[i]);
     }
-    for (int i = 0; i < SYMBUCKETS && report->symbols == nullptr; ++i) {
-        _tagsymbol *symbol = report->info->symtable[i].symbol;
-        for (; symbol != nullptr; symbol = symbol->next)
-            clear(symbol);
-    }
+    for (int64_t i = 0; i < report->allCount; ++i)
+        clear(report->all[i]);
     // Lists of a caller may hold symbols that are in no bucket.
-    if (report->symbols == nullptr)
+    if (report->all != nullptr)
         eachreference(*report, clear);
     const _tagfile *last = nullptr;
     const int64_t nodes = eachreference(*report, [&](_tagsymbol *symbol, const _tagfile *file) {
@@ -103,7 +109,7 @@ int64_t countrefs(SYMBOLREPORT *report) {
 // Collects the files that refer to each reported symbol, in the store's order, one entry a
 // reference: nrefers entries from the symbol's firstref on.
 bool collectreferrers(SYMBOLREPORT *report, int64_t nodes) {
-    if (report->symbols != nullptr)
+    if (report->all == nullptr)
         nodes = 0;
     for (int i = 0; i < report->count; ++i)
         nodes += report->symbols[i] != nullptr ? report->symbols[i]->nrefers : 0;
@@ -138,7 +144,7 @@ bool listclosures(SYMBOLREPORT *report, int64_t nodes) {
 // Sets the totals of all files, or of those of the symbols without a list.
 bool findtotals(SYMBOLREPORT *report) {
     const GRAPH *graph = &report->graph;
-    int32_t count = report->symbols == nullptr ? graph->count : 0;
+    int32_t count = report->all != nullptr ? graph->count : 0;
     auto *files = gallocarray<int32_t>(count + report->count + 1);
     if (files == nullptr)
         return false;
@@ -154,9 +160,9 @@ bool findtotals(SYMBOLREPORT *report) {
 }
 
 bool preparelinks(SYMBOLREPORT *report, int64_t nodes) {
-    if (report->symbols != nullptr && !listclosures(report, nodes))
+    if (report->all == nullptr && !listclosures(report, nodes))
         return false;
-    if (report->symbols != nullptr && report->listed == report->count)
+    if (report->all == nullptr && report->listed == report->count)
         return true;
     return makegraph(&report->graph, report->info, isdetailed()) &&
            (isdetailed() ? makewalk(&report->walk, &report->graph) : findtotals(report));
@@ -272,13 +278,20 @@ bool printsymbol(SYMBOLREPORT *report, _tagsymbol *symbol, _tagfilelist *list = 
     return true;
 }
 
+// Prefetches the record and the name of the `far` next symbol and the file of the `near` next one.
 bool printall(SYMBOLREPORT *report) {
-    for (int i = 0; i < SYMBUCKETS; ++i) {
-        _tagsymbol *symbol = report->info->symtable[i].symbol;
-        for (; symbol != nullptr; symbol = symbol->next) {
-            if (!printsymbol(report, symbol))
-                return false;
+    constexpr int64_t far = 24;
+    constexpr int64_t near = 12;
+    for (int64_t i = 0; i < report->allCount; ++i) {
+        if (i + far < report->allCount) {
+            __builtin_prefetch(report->all[i + far]);
+            __builtin_prefetch(report->all[i + far]->text + 16);
+            const auto file = reinterpret_cast<uintptr_t>(report->all[i + near]->file);
+            __builtin_prefetch(reinterpret_cast<const void *>(file));
+            __builtin_prefetch(reinterpret_cast<const void *>(file + sizeof(_tagfile)));
         }
+        if (!printsymbol(report, report->all[i]))
+            return false;
     }
     return true;
 }
@@ -327,6 +340,7 @@ void endreport(SYMBOLREPORT *report) {
     grelease(report->symbols);
     grelease(report->closures);
     grelease(report->set);
+    grelease(report->all);
     grelease(report->referrers);
     grelease(report->totals);
     freewalk(&report->walk);
@@ -351,7 +365,9 @@ int tvksymbolreport(FILE *out, TVKINFO *info, char **symbols, int nsymbols, int 
                     int links, int limit) {
     SYMBOLREPORT report = {beginoutput(out), info, define, refer, links, limit};
     const bool all = nsymbols > 0 && strcmp(symbols[0], "all") == 0;
-    bool whole = all || newnames(&report, nsymbols);
+    if (all)
+        report.all = symall(info->symtable, &report.allCount);
+    bool whole = all ? report.all != nullptr : newnames(&report, nsymbols);
     for (int i = 0; i < nsymbols && !all && whole; ++i)
         addname(&report, symfind(info->symtable, symbols[i]));
     whole = whole && prepare(&report) && (all ? printall(&report) : printnamed(&report, symbols));

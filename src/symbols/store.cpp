@@ -126,6 +126,31 @@ template <typename T> T *newrecord() {
     return record;
 }
 
+// Calls the function with each symbol's bucket and the symbol. Follows all chains side by side, so
+// that their cache misses overlap.
+template <typename F> void eachsymbol(const _tagsymlist *table, const F &function) {
+    struct {
+        int bucket;
+        _tagsymbol *symbol;
+    } chains[SYMBUCKETS];
+    int open = 0;
+    for (int i = 0; i < SYMBUCKETS; ++i) {
+        if (table[i].symbol != nullptr)
+            chains[open++] = {i, table[i].symbol};
+    }
+    while (open > 0) {
+        int kept = 0;
+        for (int i = 0; i < open; ++i) {
+            const auto [bucket, symbol] = chains[i];
+            function(bucket, symbol);
+            __builtin_prefetch(symbol->next);
+            if (symbol->next != nullptr)
+                chains[kept++] = {bucket, symbol->next};
+        }
+        open = kept;
+    }
+}
+
 // Returns the value's text; "????" for a value outside the enumeration.
 const char *choose(const char *const (&texts)[3], int32_t value) {
     return value >= 0 && value < 3 ? texts[value] : "????";
@@ -278,6 +303,19 @@ _tagsymbol *symfindnth(const _tagsymlist *table, const char *name, int n) {
     while (symbol != nullptr && (strcmp(symbol->name, name) != 0 || --n != 0))
         symbol = symbol->next;
     return symbol;
+}
+
+_tagsymbol **symall(const _tagsymlist *table, int64_t *count) {
+    int64_t ends[SYMBUCKETS + 1] = {}; // of the buckets before
+    eachsymbol(table, [&](int bucket, const _tagsymbol *) { ++ends[bucket + 1]; });
+    for (int i = 0; i < SYMBUCKETS; ++i)
+        ends[i + 1] += ends[i];
+    *count = ends[SYMBUCKETS];
+    auto **symbols = galloclarge<_tagsymbol *>(*count);
+    if (symbols != nullptr)
+        eachsymbol(table,
+                   [&](int bucket, _tagsymbol *symbol) { symbols[ends[bucket]++] = symbol; });
+    return symbols;
 }
 
 int symhash(const char *name) {

@@ -117,6 +117,10 @@ _tagsymbol *symfind(const _tagsymlist *table, const char *name);
 // Returns the n-th symbol (from 1) of exactly that name in its bucket; null when there are fewer.
 _tagsymbol *symfindnth(const _tagsymlist *table, const char *name, int n);
 
+// Returns all symbols of the table, bucket after bucket in the order of the chains, and sets
+// *count. The array is a block of galloc. Returns null when memory runs out.
+_tagsymbol **symall(const _tagsymlist *table, int64_t *count);
+
 // Returns the bucket of a name, 0 to 255. It depends on the last four characters.
 int symhash(const char *name);
 
