@@ -1,7 +1,8 @@
 // measure RUNS FILE: runs the commands of the file, one a line, in turn, so that the load of the
-// machine affects all of them. Prints for each its name, its median time in milliseconds and its
-// peak memory in kilobytes. A line is the name, a blank, and the command's words. The word %F
-// stands for all words of the file F. Standard output goes to /dev/null.
+// machine affects all of them. Prints for each its name, its median time in milliseconds, its
+// peak memory in kilobytes and its median processor time in milliseconds. A line is the name, a
+// blank, and the command's words. The word %F stands for all words of the file F. Standard output
+// goes to /dev/null.
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -23,6 +24,7 @@ struct COMMAND {
     std::string name;
     std::vector<std::string> words;
     std::vector<double> milliseconds;
+    std::vector<double> processor;
     long kilobytes = 0;
 };
 
@@ -61,8 +63,17 @@ bool run(COMMAND *command) {
         std::chrono::steady_clock::now() - begin;
     posix_spawn_file_actions_destroy(&actions);
     command->milliseconds.push_back(passed.count());
+    const auto time = [](const timeval &t) {
+        return static_cast<double>(t.tv_sec * 1000000 + t.tv_usec) / 1e3;
+    };
+    command->processor.push_back(time(usage.ru_utime) + time(usage.ru_stime));
     command->kilobytes = std::max(command->kilobytes, usage.ru_maxrss);
     return ended;
+}
+
+double median(std::vector<double> *values) {
+    std::sort(values->begin(), values->end());
+    return (*values)[values->size() / 2];
 }
 
 } // namespace
@@ -86,8 +97,7 @@ int main(int argc, char **argv) {
         }
     }
     for (COMMAND &command : commands) {
-        std::sort(command.milliseconds.begin(), command.milliseconds.end());
-        printf("%s %.3f %ld\n", command.name.c_str(),
-               command.milliseconds[command.milliseconds.size() / 2], command.kilobytes);
+        printf("%s %.3f %ld %.3f\n", command.name.c_str(), median(&command.milliseconds),
+               command.kilobytes, median(&command.processor));
     }
 }
