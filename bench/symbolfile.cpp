@@ -6,9 +6,15 @@
 //   layers    ten layers of objects that refer to the layers below: wide, shallow closures
 //   hub       one object that refers to all others, which refer to it
 //   chain     every object refers to the next one
+//   cycle     the same, and the last to the first
+//   ladder    every object refers to the next two
+//   tiers     90 layers of objects that refer to 20 of the next layer
+//   random    every object refers to two earlier ones
+//   complete  every object refers to all
 //
-// DEFINES and REFERS are totals for the file; chain and hub have one definition for each object.
+// DEFINES and REFERS are totals for the file; from hub on, an object has one definition.
 // The same arguments give the same file on every machine.
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -135,15 +141,57 @@ void printobjects(const SIZES &sizes, const char *kind) {
     }
 }
 
-void printsimple(size_t objects, bool hub) {
+// Objects with one definition. `target` returns the object of the i-th reference, or SIZE_MAX after
+// the last.
+struct SHAPE {
+    const char *name;
+    size_t (*target)(size_t objects, size_t object, size_t i);
+};
+
+constexpr SHAPE shapes[] = {
+    {"hub",
+     [](size_t objects, size_t object, size_t i) {
+         if (object == 0)
+             return i + 1 < objects ? i + 1 : SIZE_MAX;
+         return i == 0 ? 0 : SIZE_MAX;
+     }},
+    {"chain", [](size_t objects, size_t object,
+                 size_t i) { return i == 0 && object + 1 < objects ? object + 1 : SIZE_MAX; }},
+    {"cycle", [](size_t objects, size_t object,
+                 size_t i) { return i == 0 ? (object + 1) % objects : SIZE_MAX; }},
+    {"ladder",
+     [](size_t objects, size_t object, size_t i) {
+         return i < 2 && object + i + 1 < objects ? object + i + 1 : SIZE_MAX;
+     }},
+    {"tiers",
+     [](size_t objects, size_t object, size_t i) {
+         const size_t tier = objects / 90 + 1;
+         const size_t begin = (object / tier + 1) * tier;
+         return i < 20 && begin < objects ? begin + below(std::min(tier, objects - begin))
+                                          : SIZE_MAX;
+     }},
+    {"random", [](size_t /*objects*/, size_t object,
+                  size_t i) { return i < 2 && object > 0 ? below(object) : SIZE_MAX; }},
+    {"complete",
+     [](size_t objects, size_t /*object*/, size_t i) { return i < objects ? i : SIZE_MAX; }},
+};
+
+const SHAPE *findshape(const std::string &name) {
+    for (const SHAPE &shape : shapes) {
+        if (name == shape.name)
+            return &shape;
+    }
+    return nullptr;
+}
+
+void printshape(const SHAPE &shape, size_t objects) {
     for (size_t object = 0; object < objects; ++object) {
         printheader(object, librarySize);
         printf("define=link_%zu,FUNCTION,GLOBAL,%zu\n", object, 4 + below(600));
-        if (hub && object == 0) {
-            for (size_t other = 1; other < objects; ++other)
-                printf("refer=link_%zu\n", other);
-        } else if (hub || object + 1 < objects) {
-            printf("refer=link_%zu\n", hub ? 0 : object + 1);
+        size_t target = shape.target(objects, object, 0);
+        for (size_t i = 1; target != SIZE_MAX; ++i) {
+            printf("refer=link_%zu\n", target);
+            target = shape.target(objects, object, i);
         }
         printf("size=%zu\n\n", 20 + below(300));
     }
@@ -159,19 +207,19 @@ size_t numberof(const char *text) {
 
 int main(int argc, char **argv) {
     const std::string kind = argc > 1 ? argv[1] : "";
-    const bool simple = kind == "chain" || kind == "hub";
-    const bool known = simple || kind == "product" || kind == "growth" || kind == "layers";
+    const SHAPE *shape = findshape(kind);
+    const bool known =
+        shape != nullptr || kind == "product" || kind == "growth" || kind == "layers";
     SIZES sizes = {argc > 2 ? numberof(argv[2]) : 0, 1, 1};
     if (argc > 4)
         sizes = {sizes.objects, numberof(argv[3]), numberof(argv[4])};
-    if (!known || (!simple && argc < 5) || sizes.objects == 0 || sizes.defines == 0) {
-        fprintf(stderr, "usage: symbolfile product|growth|layers|hub|chain OBJECTS "
-                        "[DEFINES REFERS [SEED]]\n");
+    if (!known || (shape == nullptr && argc < 5) || sizes.objects == 0 || sizes.defines == 0) {
+        fprintf(stderr, "usage: symbolfile KIND OBJECTS [DEFINES REFERS [SEED]]\n");
         return 1;
     }
     state = argc > 5 ? numberof(argv[5]) : 1;
-    if (simple)
-        printsimple(sizes.objects, kind == "hub");
+    if (shape != nullptr)
+        printshape(*shape, sizes.objects);
     else
         printobjects(sizes, kind.c_str());
     return fflush(stdout) == 0 && ferror(stdout) == 0 ? 0 : 1;

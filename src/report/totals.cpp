@@ -179,10 +179,6 @@ void addcolumns(GROUPS *groups, SETS *sets, int32_t base) {
 
 // Sets the totals of all groups. False when memory runs out.
 bool sumgroups(GROUPS *groups, SETS *sets) {
-    if (!newsets(sets, *groups))
-        return false;
-    findparents(*groups, sets);
-    findtrees(*groups, sets);
     if (sets->columns > 0 && !newrows(sets, groups->count))
         return false;
     for (int32_t group = 0; group < groups->count; ++group)
@@ -223,18 +219,22 @@ int64_t *linktotals(const GRAPH *graph, int limit, const int32_t *files, int32_t
     GROUPS groups;
     if (!findgroups(&groups, *graph, files, count))
         return nullptr;
+    SETS sets;
     auto *totals = galloclarge<int64_t>(graph->count);
-    bool whole = totals != nullptr;
+    bool whole = newsets(&sets, groups) && totals != nullptr;
+    if (whole) {
+        findparents(groups, &sets);
+        findtrees(groups, &sets);
+    }
     // A file is at most at level height - 1. Few walks take less time than many rows.
-    if (whole && (limit < groups.height - 1 || count < groups.count / ROWBITS)) {
+    if (whole && (limit < groups.height - 1 || count < sets.columns / ROWBITS)) {
         whole = walktotals(*graph, limit, files, count, totals);
     } else if (whole) {
-        SETS sets;
         whole = sumgroups(&groups, &sets);
         for (int32_t i = 0; i < count && whole; ++i)
             totals[files[i]] = sets.total[groups.groupof[files[i]]];
-        freesets(&sets);
     }
+    freesets(&sets);
     freegroups(&groups);
     if (!whole)
         grelease(totals);
