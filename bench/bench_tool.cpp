@@ -95,7 +95,7 @@ BENCHMARK(closure)->Unit(benchmark::kMillisecond);
 void totals(benchmark::State &run) {
     for ([[maybe_unused]] auto _ : run) {
         GRAPH graph;
-        if (!makegraph(&graph, store(), false))
+        if (!makegraph(&graph, store(), false, false))
             abort();
         std::vector<int32_t> files(static_cast<size_t>(graph.count));
         std::iota(files.begin(), files.end(), 0);

@@ -51,8 +51,9 @@ int64_t countnodes(const GRAPH *graph) {
 
 // Appends the file's references to those of the files before it. `seen` has for each file the last
 // file that refers to it, plus 1. False when a file is foreign.
-bool addrefers(GRAPH *graph, const _tagfile *file, int32_t *seen) {
+bool addrefers(GRAPH *graph, const _tagfile *file, int32_t *seen, int32_t count) {
     int32_t used = graph->first[file->number];
+    bool isWhole = file->defines == nullptr || !isforeign(graph, file->defines);
     const _tagsymlist *ahead = file->refers;
     for (int i = 0; i < prefetchDistance && ahead != nullptr; ++i, ahead = ahead->next)
         __builtin_prefetch(ahead->symbol);
@@ -61,13 +62,13 @@ bool addrefers(GRAPH *graph, const _tagfile *file, int32_t *seen) {
             __builtin_prefetch(ahead->symbol);
             ahead = ahead->next;
         }
+        node->symbol->nrefers += count;
         const _tagfile *target = node->symbol->file;
         if (target == nullptr)
             continue;
         const int32_t number = filenumber(graph, target);
-        if (number < 0)
-            return false;
-        if (seen[number] == file->number + 1)
+        isWhole = isWhole && number >= 0;
+        if (number < 0 || seen[number] == file->number + 1)
             continue;
         seen[number] = file->number + 1;
         graph->target[used] = number;
@@ -76,12 +77,13 @@ bool addrefers(GRAPH *graph, const _tagfile *file, int32_t *seen) {
         ++used;
     }
     graph->first[file->number + 1] = used;
-    return file->defines == nullptr || !isforeign(graph, file->defines);
+    return isWhole;
 }
 
 enum RESULT { GRAPHMADE, GRAPHFOREIGN, GRAPHMEMORY };
 
-RESULT addallrefers(GRAPH *graph, bool symbols) {
+// Adds `count` for each reference to its symbol's nrefers.
+RESULT addallrefers(GRAPH *graph, bool symbols, int32_t count) {
     const int64_t nodes = countnodes(graph);
     graph->first = galloclarge<int32_t>(int64_t{graph->count} + 1);
     graph->target = galloclarge<int32_t>(nodes);
@@ -93,8 +95,10 @@ RESULT addallrefers(GRAPH *graph, bool symbols) {
         result = GRAPHMADE;
         std::fill_n(seen, graph->count, 0);
         graph->first[0] = 0;
-        for (int32_t i = 0; i < graph->count && result == GRAPHMADE; ++i)
-            result = addrefers(graph, graph->files[i], seen) ? GRAPHMADE : GRAPHFOREIGN;
+        for (int32_t i = 0; i < graph->count; ++i) {
+            if (!addrefers(graph, graph->files[i], seen, count))
+                result = GRAPHFOREIGN;
+        }
     }
     grelease(seen);
     return result;
@@ -108,17 +112,17 @@ void freerefers(GRAPH *graph) {
 
 } // namespace
 
-bool makegraph(GRAPH *graph, const TVKINFO *info, bool symbols) {
+bool makegraph(GRAPH *graph, const TVKINFO *info, bool symbols, bool counts) {
     int32_t capacity = 0;
     bool whole = true;
     *graph = {};
     for (_tagfile *file = info->files; file != nullptr && whole; file = file->next)
         whole = addfile(graph, &capacity, file);
-    RESULT result = whole ? addallrefers(graph, symbols) : GRAPHMEMORY;
+    RESULT result = whole ? addallrefers(graph, symbols, counts ? 1 : 0) : GRAPHMEMORY;
     // Only a caller's store has foreign files. Looking for them first would be slower.
     if (result == GRAPHFOREIGN) {
         freerefers(graph);
-        result = addforeign(graph, &capacity) ? addallrefers(graph, symbols) : GRAPHMEMORY;
+        result = addforeign(graph, &capacity) ? addallrefers(graph, symbols, 0) : GRAPHMEMORY;
     }
     if (result != GRAPHMADE)
         freegraph(graph);

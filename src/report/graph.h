@@ -16,9 +16,10 @@ struct GRAPH {
     _tagsymbol **symbol; // each reference's symbol; null when not requested
 };
 
-// Makes the graph of a store, for freegraph; `symbols` requests the references' symbols. False,
-// with an empty graph, when memory runs out.
-bool makegraph(GRAPH *graph, const TVKINFO *info, bool symbols);
+// Makes the graph of a store, for freegraph; `symbols` requests the references' symbols. With
+// `counts` it also adds the number of references to each symbol's nrefers. False, with an empty
+// graph, when memory runs out.
+bool makegraph(GRAPH *graph, const TVKINFO *info, bool symbols, bool counts);
 
 void freegraph(GRAPH *graph);
 

@@ -83,8 +83,8 @@ template <typename F> int64_t eachreference(const SYMBOLREPORT &report, const F 
     return nodes;
 }
 
-// Counts the references of each reported symbol. Returns the number of all references.
-int64_t countrefs(SYMBOLREPORT *report) {
+void clearcounts(SYMBOLREPORT *report) {
+    constexpr int64_t distance = 16;
     const auto clear = [](_tagsymbol *symbol, const _tagfile * = nullptr) {
         symbol->nrefers = 0;
         symbol->firstref = -1;
@@ -93,11 +93,17 @@ int64_t countrefs(SYMBOLREPORT *report) {
         if (report->symbols[i] != nullptr)
             clear(report->symbols[i]);
     }
-    for (int64_t i = 0; i < report->allCount; ++i)
+    for (int64_t i = 0; i < report->allCount; ++i) {
+        __builtin_prefetch(report->all[std::min(i + distance, report->allCount - 1)], 1);
         clear(report->all[i]);
+    }
     // Lists of a caller may hold symbols that are in no bucket.
-    if (report->all != nullptr)
+    if (report->all != nullptr && isdetailed())
         eachreference(*report, clear);
+}
+
+// Counts the references of each reported symbol. Returns the number of all references.
+int64_t countrefs(SYMBOLREPORT *report) {
     const _tagfile *last = nullptr;
     const int64_t nodes = eachreference(*report, [&](_tagsymbol *symbol, const _tagfile *file) {
         ++symbol->nrefers;
@@ -127,6 +133,11 @@ bool collectreferrers(SYMBOLREPORT *report, int64_t nodes) {
         report->referrers[symbol->firstref + symbol->nrefers++] = file;
     });
     return true;
+}
+
+// Whether the graph counts the references.
+bool graphcounts(const SYMBOLREPORT &report) {
+    return report.all != nullptr && report.links != 0 && !isdetailed();
 }
 
 // Finds closures in lists, until they have followed more references than a graph would copy.
@@ -165,7 +176,7 @@ bool preparelinks(SYMBOLREPORT *report, int64_t nodes) {
         return false;
     if (report->all == nullptr && report->listed == report->count)
         return true;
-    return makegraph(&report->graph, report->info, isdetailed()) &&
+    return makegraph(&report->graph, report->info, isdetailed(), graphcounts(*report)) &&
            (isdetailed() ? makewalk(&report->walk, &report->graph) : findtotals(report));
 }
 
@@ -264,8 +275,9 @@ bool printsymbol(SYMBOLREPORT *report, _tagsymbol *symbol, _tagfilelist *list = 
     if (isdetailed()) {
         puttexts(out, "    ", name, symtype(symbol), "\n");
     } else {
-        puttexts(out, name);
-        putspaces(out, 32 - static_cast<int64_t>(strlen(name)));
+        const size_t length = symbol->length > 0 ? symbol->length : strlen(name);
+        puttext(out, name, length);
+        putspaces(out, 32 - static_cast<int64_t>(length));
         puttexts(out, " ");
     }
     if (report->define != 0)
@@ -331,7 +343,10 @@ void addname(SYMBOLREPORT *report, _tagsymbol *symbol) {
 
 // Prepares a report on all symbols, or on those added.
 bool prepare(SYMBOLREPORT *report) {
-    const int64_t nodes = report->refer != 0 || report->count > 1 ? countrefs(report) : 0;
+    const bool counts = report->refer != 0 || report->count > 1;
+    if (counts)
+        clearcounts(report);
+    const int64_t nodes = counts && !graphcounts(*report) ? countrefs(report) : 0;
     return (report->refer == 0 || !isdetailed() || collectreferrers(report, nodes)) &&
            (report->links == 0 || preparelinks(report, nodes));
 }

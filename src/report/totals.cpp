@@ -9,7 +9,8 @@
 // 3. The sets are found 512 bits (a row) at a time, only for the groups that reach one of the 512.
 //    A group's row is the union of its targets' rows. Its sum is the sum of its first target and
 //    the trees of the bits that this target does not have. A target that is in another target's
-//    row is dropped; most are.
+//    row is dropped; most are. The last bits are first: most targets are dropped in the first rows
+//    that they take part in.
 #include "report/totals.h"
 
 #include "mem/arena.h"
@@ -35,23 +36,29 @@ struct SETS {
     int32_t columns;
     int32_t *column;      // the groups that have a bit, ascending
     int32_t *columnof;    // each group's bit, or -1
-    int32_t *firstparent; // group i has the parents firstparent[i] to firstparent[i + 1] - 1
+    int32_t *firstparent; // group i has the parents firstparent[i] to endparent[i] - 1
+    int32_t *endparent;
     int32_t *parent;
-    int64_t dropped;  // targets since the parents were set
     int64_t *tree;    // size of each group's tree, its own size included
     int64_t *total;   // each group's result
     ROW *rows;        // with columns: each active group's row, itself included
     uint64_t *active; // with columns: a bit for each group that reaches one of the row's bits
+
+    // The columns of the rows: base to end - 1.
+    int32_t base;
+    int32_t end;
+    int64_t sizes[ROWBITS]; // of their trees
 };
 
 bool newsets(SETS *sets, const GROUPS &groups) {
     const int64_t n = groups.count;
     *sets = {};
-    sets->column = galloclarge<int32_t>(3 * n + 1 + (n > 0 ? groups.last[n - 1] : 0));
+    sets->column = galloclarge<int32_t>(4 * n + (n > 0 ? groups.last[n - 1] : 0));
     sets->tree = galloclarge<int64_t>(2 * n);
     sets->columnof = sets->column + n;
     sets->firstparent = sets->column + 2 * n;
-    sets->parent = sets->column + 3 * n + 1;
+    sets->endparent = sets->column + 3 * n;
+    sets->parent = sets->column + 4 * n;
     sets->total = sets->tree + n;
     return sets->column != nullptr && sets->tree != nullptr;
 }
@@ -69,33 +76,33 @@ void freesets(SETS *sets) {
     grelease(sets->active);
 }
 
-// Sets the parents. Both loops meet a group after its parents. The first counts them, the second
-// moves each firstparent[i] from the end of the group's parents to their start.
+// Sets the parents. Both loops meet a group after its parents: the first counts them, the second
+// appends each.
 void findparents(const GROUPS &groups, SETS *sets) {
-    int32_t *first = sets->firstparent;
-    std::fill_n(first, groups.count + 1, 0);
+    int32_t *end = sets->endparent;
+    std::fill_n(end, groups.count, 0);
     for (const bool counting : {true, false}) {
         for (int32_t group = groups.count - 1; group >= 0; --group) {
-            const int32_t none = counting ? 0 : first[group + 1];
-            if (first[group] == none && groups.last[group] - groups.first[group] < 2)
+            const int32_t none = counting ? 0 : sets->firstparent[group];
+            if (end[group] == none && groups.last[group] - groups.first[group] < 2)
                 continue;
             for (int32_t i = groups.first[group]; i < groups.last[group]; ++i) {
-                if (counting)
-                    ++first[groups.target[i]];
-                else
-                    sets->parent[--first[groups.target[i]]] = group;
+                const int32_t place = end[groups.target[i]]++;
+                if (!counting)
+                    sets->parent[place] = group;
             }
         }
-        if (counting)
-            std::partial_sum(first, first + groups.count + 1, first);
+        if (counting) {
+            std::exclusive_scan(end, end + groups.count, sets->firstparent, 0);
+            std::copy_n(sets->firstparent, groups.count, end);
+        }
     }
-    sets->dropped = 0;
 }
 
 void findtrees(const GROUPS &groups, SETS *sets) {
     std::copy_n(groups.size, groups.count, sets->tree);
     for (int32_t group = 0; group < groups.count; ++group) {
-        const int32_t parents = sets->firstparent[group + 1] - sets->firstparent[group];
+        const int32_t parents = sets->endparent[group] - sets->firstparent[group];
         sets->columnof[group] = parents > 1 ? sets->columns : -1;
         if (parents > 1)
             sets->column[sets->columns++] = group;
@@ -122,20 +129,27 @@ int64_t sumbeyond(const ROW &row, const ROW &known, const int64_t *sizes) {
     return sum;
 }
 
-// Sets the row of an active group. `sizes` has the trees of its bits, the first being `base`.
-void makerow(GROUPS *groups, SETS *sets, int32_t group, int32_t base, const int64_t *sizes) {
+// Whether the group's bit is in the rows.
+bool isinrows(const SETS &sets, int32_t group) {
+    return sets.columnof[group] >= sets.base && sets.columnof[group] < sets.end;
+}
+
+// Sets the row of an active group. Drops targets that it reaches through others, and adds itself to
+// the parents of those that it keeps.
+void makerow(GROUPS *groups, SETS *sets, int32_t group) {
     static const ROW nothing = {};
-    const auto isinside = [=](int32_t column) { return column >= base && column - base < ROWBITS; };
     const ROW *known = &nothing;
     ROW row = {};
     int32_t *from = groups->target + groups->first[group];
-    int32_t *to = groups->target + groups->last[group];
+    const int32_t *to = groups->target + groups->last[group];
     int32_t *kept = from;
-    for (; from < to && *from >= sets->column[base]; ++from) {
+    for (; from < to && *from >= sets->column[sets->base]; ++from) {
         if (hasbit(sets->active, *from)) {
-            const int32_t column = sets->columnof[*from];
-            if (isinside(column) && hasbit(row.words, column - base))
-                continue;
+            if (isinrows(*sets, *from)) {
+                if (hasbit(row.words, sets->columnof[*from] - sets->base))
+                    continue;
+                sets->parent[sets->endparent[*from]++] = group;
+            }
             const ROW &target = sets->rows[*from];
             for (int i = 0; i < ROWWORDS; ++i)
                 row.words[i] |= target.words[i];
@@ -143,36 +157,37 @@ void makerow(GROUPS *groups, SETS *sets, int32_t group, int32_t base, const int6
         }
         *kept++ = *from;
     }
-    sets->dropped += from - kept;
-    if (kept != from)
-        groups->last[group] = static_cast<int32_t>(std::copy(from, to, kept) - groups->target);
-    if (isinside(sets->columnof[group]))
-        setbit(row.words, sets->columnof[group] - base);
-    row.sum = known->sum + sumbeyond(row, *known, sizes);
+    if (kept != from) {
+        kept = std::move_backward(groups->target + groups->first[group], kept, from);
+        groups->first[group] = static_cast<int32_t>(kept - groups->target);
+    }
+    if (isinrows(*sets, group))
+        setbit(row.words, sets->columnof[group] - sets->base);
+    row.sum = known->sum + sumbeyond(row, *known, sets->sizes);
     sets->rows[group] = row;
 }
 
-// Finds which of the columns from `base` on, up to ROWBITS, each group reaches, and adds their
-// trees to its total.
-void addcolumns(GROUPS *groups, SETS *sets, int32_t base) {
-    int64_t sizes[ROWBITS];
+// Finds which of the columns of the rows each group reaches, and adds their trees to its total.
+void addcolumns(GROUPS *groups, SETS *sets) {
     const int32_t words = groups->count / 64 + 1;
     std::fill_n(sets->active, words, 0);
-    for (int32_t i = base; i < sets->columns && i - base < ROWBITS; ++i) {
-        sizes[i - base] = sets->tree[sets->column[i]];
+    for (int32_t i = sets->base; i < sets->end; ++i) {
+        sets->sizes[i - sets->base] = sets->tree[sets->column[i]];
         setbit(sets->active, sets->column[i]);
     }
-    for (int32_t word = sets->column[base] / 64; word < words; ++word) {
+    for (int32_t word = sets->column[sets->base] / 64; word < words; ++word) {
         // Parents have higher numbers: they are met later, perhaps in the same word.
         uint64_t done = 0;
         while ((sets->active[word] & ~done) != 0) {
             const int bit = std::countr_zero(sets->active[word] & ~done);
             const int32_t group = word * 64 + bit;
             done |= uint64_t{1} << bit;
-            makerow(groups, sets, group, base, sizes);
+            makerow(groups, sets, group);
             sets->total[group] += sets->rows[group].sum;
-            for (int32_t i = sets->firstparent[group]; i < sets->firstparent[group + 1]; ++i)
+            for (int32_t i = sets->firstparent[group]; i < sets->endparent[group]; ++i)
                 setbit(sets->active, sets->parent[i]);
+            if (isinrows(*sets, group))
+                sets->endparent[group] = sets->firstparent[group];
         }
     }
 }
@@ -183,10 +198,9 @@ bool sumgroups(GROUPS *groups, SETS *sets) {
         return false;
     for (int32_t group = 0; group < groups->count; ++group)
         sets->total[group] = sets->columnof[group] >= 0 ? 0 : sets->tree[group];
-    for (int32_t base = 0; base < sets->columns; base += ROWBITS) {
-        addcolumns(groups, sets, base);
-        if (sets->dropped > sets->firstparent[groups->count] / 2)
-            findparents(*groups, sets);
+    for (sets->end = sets->columns; sets->end > 0; sets->end = sets->base) {
+        sets->base = std::max(sets->end - ROWBITS, 0);
+        addcolumns(groups, sets);
     }
     for (int32_t group = 0; group < groups->count; ++group) {
         const int32_t *target = groups->target + groups->first[group];

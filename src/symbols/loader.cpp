@@ -24,8 +24,7 @@ struct READER {
     GSTREAM file;
     char *buffer;
     char *next;
-    char *end;
-    bool isPlain; // the buffer holds neither a zero byte nor a blank other than line feeds
+    char *end; // a zero byte
     bool atEnd;
 };
 
@@ -55,10 +54,7 @@ void fill(READER *reader) {
         reader->atEnd = got <= 0;
         reader->end += got > 0 ? got : 0;
     }
-    unsigned char others = 0;
-    for (const char *c = reader->next; c < reader->end; ++c)
-        others |= static_cast<unsigned char>(charvalue(*c) <= ' ' && *c != '\n');
-    reader->isPlain = others == 0;
+    *reader->end = 0;
 }
 
 // Returns the next line with its line feed. A zero byte ends it.
@@ -69,7 +65,20 @@ std::string_view nextline(READER *reader) {
         length = static_cast<const char *>(feed) - reader->next + 1;
     const std::string_view line(reader->next, static_cast<size_t>(length));
     reader->next += length;
-    return reader->isPlain ? line : upto(line, 0);
+    return upto(line, 0);
+}
+
+// Returns the first byte that is not from '!' to 127.
+const char *printableend(const char *text) {
+    constexpr uint64_t ones = 0x0101010101010101;
+    while (true) {
+        const uint64_t word = eightbytes(text);
+        const uint64_t others = ((word - ones * '!') | word) & ones << 7;
+        // A borrow changes only bytes after the first such byte.
+        if (others != 0)
+            return text + std::countr_zero(others) / 8;
+        text += 8;
+    }
 }
 
 // Returns a terminated copy in the store's arena. When memory runs out, sets outOfMemory and
@@ -143,7 +152,7 @@ SYMENTRY *newentry(LOAD *load) {
     return &load->entries[load->count];
 }
 
-void addentry(LOAD *load, bool define) {
+inline void addentry(LOAD *load, bool define) {
     symindexprepare(load->index, newentry(load));
     load->files[load->count] = load->file;
     load->defines[load->count] = define;
@@ -151,13 +160,23 @@ void addentry(LOAD *load, bool define) {
         enterall(load);
 }
 
-void readrefer(LOAD *load, std::string_view name, bool isPlain) {
-    if (name.ends_with('\n'))
-        name.remove_suffix(1);
-    if (!isPlain)
-        name = {name.begin(), std::find_if(name.begin(), name.end(), iswhite)};
+void addrefer(LOAD *load, std::string_view name) {
     *newentry(load) = {name, TYPE_UNKNOWN, SCOPE_GLOBAL, 0, nullptr, 0};
     addentry(load, false);
+}
+
+// Reads a "refer=" line without blanks: most lines. False when the next line is of another kind.
+bool readrefer(LOAD *load, READER *reader) {
+    const std::string_view prefix = "refer=";
+    const char *name = reader->next + prefix.size();
+    if (load->file == nullptr || memcmp(reader->next, prefix.data(), prefix.size()) != 0)
+        return false;
+    const char *end = printableend(name);
+    if (*end != '\n' || end - reader->next >= LINELENGTH)
+        return false;
+    reader->next += end + 1 - reader->next;
+    addrefer(load, {name, end});
+    return true;
 }
 
 void readdefine(LOAD *load, std::string_view line) {
@@ -182,6 +201,8 @@ void readdefine(LOAD *load, std::string_view line) {
 void readline(LOAD *load, std::string_view line) {
     if (takeprefix(&line, "define="))
         readdefine(load, line);
+    else if (takeprefix(&line, "refer="))
+        addrefer(load, {line.begin(), std::find_if(line.begin(), line.end(), iswhite)});
     else if (takeprefix(&line, "size="))
         takedecimal(&line, &load->file->size);
     else if (takeprefix(&line, "source="))
@@ -196,10 +217,10 @@ void readlines(LOAD *load, READER *reader) {
         }
         if (reader->next == reader->end)
             return enterall(load);
-        std::string_view line = nextline(reader);
-        if (load->file != nullptr && takeprefix(&line, "refer="))
-            readrefer(load, line, reader->isPlain);
-        else if (line.starts_with('['))
+        if (readrefer(load, reader))
+            continue;
+        const std::string_view line = nextline(reader);
+        if (line.starts_with('['))
             readheader(load, line);
         else if (load->file != nullptr)
             readline(load, line);

@@ -88,7 +88,6 @@ void merge(_tagsymbol *symbol, SYMTYPE type, SYMSCOPE scope, int32_t size) {
 // Puts the symbol into its bucket and, unless `table` is null, into the index.
 bool insert(_tagsymlist *buckets, SYMTABLE *table, _tagsymbol *symbol, std::string_view name,
             uint64_t hash) {
-    symbol->length = symlength(name);
     if (table != nullptr && !symindexadd(&table->index, symbol, hash))
         return false;
     const int number = bucketof(name);
@@ -104,16 +103,23 @@ bool insert(_tagsymlist *buckets, SYMTABLE *table, _tagsymbol *symbol, std::stri
     return true;
 }
 
+constexpr size_t readOffset = offsetof(_tagsymbol, size); // of the part that the loader reads
 constexpr size_t textOffset = offsetof(_tagsymbol, text);
 
+// The part that the loader reads is in one cache line if it fits.
 _tagsymbol *newsymbol(ARENA *arena, const SYMENTRY &entry) {
+    constexpr size_t line = 64;
     const size_t length = entry.name.size();
+    const size_t place = (reinterpret_cast<uintptr_t>(arena->next) + readOffset) % line;
+    if (place + textOffset - readOffset + length > line)
+        arenaalloc(arena, line - place);
     auto *symbol = static_cast<_tagsymbol *>(
         arenaalloc(arena, std::max(sizeof(_tagsymbol), textOffset + length + 1)));
     if (symbol == nullptr)
         return nullptr;
     char *copy = reinterpret_cast<char *>(symbol) + textOffset;
-    *symbol = {copy, entry.type, entry.scope, entry.size, 0, nullptr, nullptr, 0, 0, {}};
+    const auto shortLength = static_cast<uint8_t>(length < 256 ? length : 0);
+    *symbol = {copy, nullptr, nullptr, 0, 0, entry.size, entry.type, entry.scope, shortLength, {}};
     memcpy(copy, entry.name.data(), length);
     copy[length] = 0;
     return symbol;
@@ -211,7 +217,7 @@ _tagsymbol *symnew(const char *name, SYMTYPE type, SYMSCOPE scope, int32_t size)
         grelease(copy);
         return nullptr;
     }
-    *symbol = {copy, type, scope, size, 0, nullptr, nullptr, 0, 0, {}};
+    *symbol = {copy, nullptr, nullptr, 0, 0, size, type, scope, 0, {}};
     return symbol;
 }
 
@@ -256,10 +262,9 @@ bool symenterall(_tagsymlist *table, SYMENTRY *entries, int count) {
     SYMTABLE *own = reinterpret_cast<SYMTABLE *>(table);
     for (int i = 0; i < count; ++i) {
         entries[i].symbol = symindexcandidate(&own->index, entries[i].hash);
-        __builtin_prefetch(entries[i].symbol);
-        // The name's end, if it is this name. As a number, because the symbol may be null.
-        const auto end = reinterpret_cast<uintptr_t>(entries[i].symbol) + textOffset;
-        __builtin_prefetch(reinterpret_cast<const void *>(end + entries[i].name.size()));
+        // As a number, because the symbol may be null.
+        const auto symbol = reinterpret_cast<uintptr_t>(entries[i].symbol);
+        __builtin_prefetch(reinterpret_cast<const void *>(symbol + readOffset));
     }
     for (int i = 0; i < count; ++i) {
         SYMENTRY &entry = entries[i];

@@ -30,24 +30,25 @@ constexpr size_t SYMBOLLIMIT = SYMBOLLINE - (sizeof "define=,FUNCTION,GLOBAL,-21
 constexpr size_t OBJECTLIMIT = (SYMBOLLINE - (sizeof "[][]\n" - 1)) / 2;
 constexpr size_t LIBRARYLIMIT = OBJECTLIMIT;
 
-enum SYMTYPE : int32_t { TYPE_UNKNOWN = 0, TYPE_FUNCTION = 1, TYPE_DATA = 2 };
-enum SYMSCOPE : int32_t { SCOPE_UNKNOWN = 0, SCOPE_GLOBAL = 1, SCOPE_LOCAL = 2 };
+enum SYMTYPE : uint8_t { TYPE_UNKNOWN = 0, TYPE_FUNCTION = 1, TYPE_DATA = 2 };
+enum SYMSCOPE : uint8_t { SCOPE_UNKNOWN = 0, SCOPE_GLOBAL = 1, SCOPE_LOCAL = 2 };
 
 struct ARENA;
 struct _tagfile;
 
 struct _tagsymbol {
-    char *name; // owned, underscores stripped unless OPTunderscores is set
-    SYMTYPE type;
-    SYMSCOPE scope;
-    int32_t size;     // bytes; 0 when unknown
-    int32_t nrefers;  // private to a report: number of refers nodes with this symbol
+    char *name;       // owned, underscores stripped unless OPTunderscores is set
     _tagfile *file;   // the last file that defines it; null while only referred to
     _tagsymbol *next; // in the same bucket
-
+    int32_t nrefers;  // private to a report: number of refers nodes with this symbol
     int32_t firstref; // private to a report: index of its first reference
-    uint8_t length;   // private to a table of cinew: the name's; 255 for a longer one
-    char text[3];     // private to the loader: the name starts here
+
+    // The loader reads these at each reference.
+    int32_t size; // bytes; 0 when unknown
+    SYMTYPE type;
+    SYMSCOPE scope;
+    uint8_t length; // private: of the name at `text`; 0 when the name is elsewhere
+    char text[3];   // private to the loader: the name starts here
 };
 
 // A node of a file's definitions or references. In a bucket, `symbol` is the head of the chain and

@@ -70,15 +70,9 @@ inline uint64_t symindexhash(const SYMINDEX *index, std::string_view name, bool 
                       index->key[1] ^ (eightbytes(text + 8) & eightbytes(mask + 8)));
 }
 
-// Returns a symbol's private length for its name.
-inline uint8_t symlength(std::string_view name) {
-    return static_cast<uint8_t>(name.size() < 255 ? name.size() : 255);
-}
-
 inline bool symisnamed(const _tagsymbol *symbol, std::string_view name) {
-    return symbol->length == symlength(name) &&
-           (name.size() < 255 || strlen(symbol->name) == name.size()) &&
-           memcmp(symbol->name, name.data(), name.size()) == 0;
+    return name == (symbol->length > 0 ? std::string_view(symbol->text, symbol->length)
+                                       : std::string_view(symbol->name));
 }
 
 // Removes the underscores at both ends, unless OPTunderscores is set.

@@ -32,7 +32,7 @@ struct MAP {
     // Of the files from the last to the first.
     std::vector<int64_t> totals(int limit) const {
         GRAPH graph;
-        EXPECT_TRUE(makegraph(&graph, &info, false));
+        EXPECT_TRUE(makegraph(&graph, &info, false, false));
         std::vector<int32_t> all(files.size());
         std::iota(all.begin(), all.end(), 0);
         int64_t *sums = linktotals(&graph, limit, all.data(), graph.count);
