@@ -6,12 +6,14 @@ namespace {
 
 char buffer[OUTPUTSIZE];
 
-constexpr int DIGITSSIZE = 24;
+struct DIGITS {
+    char text[24];
+};
 
-// Writes the digits at the end of a buffer of DIGITSSIZE bytes and returns the first one.
-char *digitsof(int64_t number, char *digits) {
-    char *p = digits + DIGITSSIZE - 1;
-    *p = 0;
+// Returns the number's digits, which are at the end of *digits.
+std::string_view digitsof(int64_t number, DIGITS *digits) {
+    char *const end = digits->text + sizeof digits->text;
+    char *p = end;
     uint64_t rest = number < 0 ? 0 - static_cast<uint64_t>(number) : static_cast<uint64_t>(number);
     do {
         *--p = static_cast<char>('0' + rest % 10);
@@ -19,7 +21,7 @@ char *digitsof(int64_t number, char *digits) {
     } while (rest != 0);
     if (number < 0)
         *--p = '-';
-    return p;
+    return {p, end};
 }
 
 } // namespace
@@ -58,20 +60,17 @@ void putspaces(OUTPUT *out, int64_t count) {
 }
 
 void putnumber(OUTPUT *out, int64_t number) {
-    char digits[DIGITSSIZE];
-    const char *begin = digitsof(number, digits);
-    puttext(out, begin, static_cast<size_t>(digits + DIGITSSIZE - 1 - begin));
+    putaligned(out, number, 0);
 }
 
 void putaligned(OUTPUT *out, int64_t number, int width) {
-    char digits[DIGITSSIZE];
-    putaligned(out, digitsof(number, digits), width);
+    DIGITS digits;
+    putaligned(out, digitsof(number, &digits), width);
 }
 
-void putaligned(OUTPUT *out, const char *text, int width) {
-    const size_t length = strlen(text);
-    putspaces(out, width - static_cast<int64_t>(length));
-    puttext(out, text, length);
+void putaligned(OUTPUT *out, std::string_view text, int width) {
+    putspaces(out, width - static_cast<int64_t>(text.size()));
+    puttext(out, text.data(), text.size());
 }
 
 void putheading(OUTPUT *out, const char *title) {

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <string_view>
 
 constexpr size_t OUTPUTSIZE = 64 * 1024;
 
@@ -45,7 +46,7 @@ void putnumber(OUTPUT *out, int64_t number);
 
 // Write a number or text right-aligned in `width` columns; a longer one is written whole.
 void putaligned(OUTPUT *out, int64_t number, int width);
-void putaligned(OUTPUT *out, const char *text, int width);
+void putaligned(OUTPUT *out, std::string_view text, int width);
 
 // Writes a heading, only above verbosity 1.
 void putheading(OUTPUT *out, const char *title);

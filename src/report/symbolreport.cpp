@@ -26,20 +26,19 @@ struct SYMBOLREPORT {
     int links;
     int limit;
 
-    // For named symbols:
+    // In the order of the report:
     _tagsymbol **symbols = nullptr; // null entries are not in the store
-    int count = 0;
-    int listed = 0; // the first symbols have a list in `closures`
+    int64_t count = 0;
+    bool isAll = false;
+
+    // For named symbols:
+    int64_t listed = 0; // the first symbols have a list in `closures`
     _tagfilelist **closures = nullptr;
     int slots = 0;                    // power of two
     const _tagsymbol **set = nullptr; // the named symbols at their hashes
 
-    // For all symbols, in the order of the report:
-    _tagsymbol **all = nullptr;
-    int64_t allCount = 0;
-
-    const _tagfile *end = nullptr;  // the first file after all counted references
-    _tagfile **referrers = nullptr; // in the detailed form: the files that refer to the symbols
+    int64_t counted = 0;            // references to the symbols
+    _tagfile **referrers = nullptr; // in the detailed form: their files
 
     // For all symbols, and for those without a list:
     GRAPH graph = {};
@@ -61,22 +60,13 @@ int findslot(const SYMBOLREPORT &report, const _tagsymbol *symbol) {
     return slot;
 }
 
-bool isreported(const SYMBOLREPORT &report, const _tagsymbol *symbol) {
-    return report.all != nullptr || report.set[findslot(report, symbol)] != nullptr;
-}
-
 // Calls the function with each reference to a reported symbol and its file. Returns the number of
-// all references. For all symbols it prefetches those of later references, which are scattered.
+// all references.
 template <typename F> int64_t eachreference(const SYMBOLREPORT &report, const F &function) {
-    constexpr int distance = 16;
     int64_t nodes = 0;
-    for (_tagfile *file = report.info->files; file != report.end; file = file->next) {
-        const _tagsymlist *ahead = report.all != nullptr ? file->refers : nullptr;
-        int left = distance;
+    for (_tagfile *file = report.info->files; file != nullptr; file = file->next) {
         for (const _tagsymlist *node = file->refers; node != nullptr; node = node->next, ++nodes) {
-            for (++left; left > 0 && ahead != nullptr; --left, ahead = ahead->next)
-                __builtin_prefetch(ahead->symbol, 1);
-            if (isreported(report, node->symbol))
+            if (report.isAll || report.set[findslot(report, node->symbol)] != nullptr)
                 function(node->symbol, file);
         }
     }
@@ -89,38 +79,28 @@ void clearcounts(SYMBOLREPORT *report) {
         symbol->nrefers = 0;
         symbol->firstref = -1;
     };
-    for (int i = 0; i < report->count; ++i) {
+    for (int64_t i = 0; i < report->count; ++i) {
+        __builtin_prefetch(report->symbols[std::min(i + distance, report->count - 1)], 1);
         if (report->symbols[i] != nullptr)
             clear(report->symbols[i]);
     }
-    for (int64_t i = 0; i < report->allCount; ++i) {
-        __builtin_prefetch(report->all[std::min(i + distance, report->allCount - 1)], 1);
-        clear(report->all[i]);
-    }
     // Lists of a caller may hold symbols that are in no bucket.
-    if (report->all != nullptr && isdetailed())
+    if (report->isAll && isdetailed())
         eachreference(*report, clear);
 }
 
 // Counts the references of each reported symbol. Returns the number of all references.
 int64_t countrefs(SYMBOLREPORT *report) {
-    const _tagfile *last = nullptr;
-    const int64_t nodes = eachreference(*report, [&](_tagsymbol *symbol, const _tagfile *file) {
+    return eachreference(*report, [&](_tagsymbol *symbol, const _tagfile * /*file*/) {
         ++symbol->nrefers;
-        last = file;
+        ++report->counted;
     });
-    report->end = last != nullptr ? last->next : report->info->files;
-    return nodes;
 }
 
 // Collects the files that refer to each reported symbol, in the store's order, one entry a
 // reference: nrefers entries from the symbol's firstref on.
-bool collectreferrers(SYMBOLREPORT *report, int64_t nodes) {
-    if (report->all == nullptr)
-        nodes = 0;
-    for (int i = 0; i < report->count; ++i)
-        nodes += report->symbols[i] != nullptr ? report->symbols[i]->nrefers : 0;
-    report->referrers = galloclarge<_tagfile *>(nodes);
+bool collectreferrers(SYMBOLREPORT *report) {
+    report->referrers = galloclarge<_tagfile *>(report->counted);
     if (report->referrers == nullptr)
         return false;
     int32_t used = 0;
@@ -137,7 +117,7 @@ bool collectreferrers(SYMBOLREPORT *report, int64_t nodes) {
 
 // Whether the graph counts the references.
 bool graphcounts(const SYMBOLREPORT &report) {
-    return report.all != nullptr && report.links != 0 && !isdetailed();
+    return report.isAll && report.links != 0 && !isdetailed();
 }
 
 // Finds closures in lists, until they have followed more references than a graph would copy.
@@ -156,12 +136,12 @@ bool listclosures(SYMBOLREPORT *report, int64_t nodes) {
 // Sets the totals of all files, or of those of the symbols without a list.
 bool findtotals(SYMBOLREPORT *report) {
     const GRAPH *graph = &report->graph;
-    int32_t count = report->all != nullptr ? graph->count : 0;
-    auto *files = gallocarray<int32_t>(count + report->count + 1);
+    int32_t count = report->isAll ? graph->count : 0;
+    auto *files = gallocarray<int32_t>(std::max<int64_t>(count, report->count) + 1);
     if (files == nullptr)
         return false;
     std::iota(files, files + count, 0);
-    for (int i = report->listed; i < report->count; ++i) {
+    for (int64_t i = report->listed; i < report->count && !report->isAll; ++i) {
         const _tagsymbol *symbol = report->symbols[i];
         files[count] = symbol != nullptr ? filenumber(graph, symbol->file) : -1;
         count += files[count] >= 0;
@@ -172,9 +152,9 @@ bool findtotals(SYMBOLREPORT *report) {
 }
 
 bool preparelinks(SYMBOLREPORT *report, int64_t nodes) {
-    if (report->all == nullptr && !listclosures(report, nodes))
+    if (!report->isAll && !listclosures(report, nodes))
         return false;
-    if (report->all == nullptr && report->listed == report->count)
+    if (report->listed == report->count)
         return true;
     return makegraph(&report->graph, report->info, isdetailed(), graphcounts(*report)) &&
            (isdetailed() ? makewalk(&report->walk, &report->graph) : findtotals(report));
@@ -205,14 +185,10 @@ void printrefer(SYMBOLREPORT *report, const _tagsymbol *symbol) {
     }
 }
 
-// The closure of a symbol: in the graph, or as a list.
-struct CLOSURE {
-    int32_t number; // of the symbol's file in the graph; -1 when it is not there
-    _tagfilelist *list;
-};
-
-// Prints the closure in the detailed form. Returns the sum of the sizes.
-int64_t printclosure(SYMBOLREPORT *report, const _tagsymbol *symbol, const CLOSURE &closure) {
+// Prints a closure in the detailed form: of file `number` of the graph, or the list. Returns the
+// sum of the sizes.
+int64_t printclosure(SYMBOLREPORT *report, const _tagsymbol *symbol, int32_t number,
+                     const _tagfilelist *list) {
     int64_t total = 0;
     const bool detailed = isdetailed();
     const auto add = [&](const _tagfile *file, int level, const _tagsymbol *through) {
@@ -222,27 +198,27 @@ int64_t printclosure(SYMBOLREPORT *report, const _tagsymbol *symbol, const CLOSU
         putlinkstart(&report->out, file, level);
         putlinkend(&report->out, file, through);
     };
-    if (closure.number >= 0 && report->totals != nullptr)
-        return report->totals[closure.number];
-    if (closure.number >= 0) {
+    if (number >= 0 && report->totals != nullptr)
+        return report->totals[number];
+    if (number >= 0) {
         LINKWALK *walk = &report->walk;
         restartwalk(walk);
-        walkfrom(walk, closure.number, symbol, report->limit, 0);
+        walkfrom(walk, number, symbol, report->limit, 0);
         for (int32_t i = 0; i < walk->count; ++i) {
             const REACHED &reached = walk->reached[i];
             add(report->graph.files[reached.file], reached.level, reached.symbol);
         }
     }
-    for (const _tagfilelist *entry = closure.list; entry != nullptr; entry = entry->next)
+    for (const _tagfilelist *entry = list; entry != nullptr; entry = entry->next)
         add(entry->file, entry->level, entry->symbol);
     return total;
 }
 
-void printlinks(SYMBOLREPORT *report, const _tagsymbol *symbol, const CLOSURE &closure,
-                int ownSize) {
+void printlinks(SYMBOLREPORT *report, const _tagsymbol *symbol, int32_t number,
+                const _tagfilelist *list) {
     OUTPUT *out = &report->out;
     putheading(out, "LINKS IN");
-    const int32_t total = toint32(printclosure(report, symbol, closure));
+    const int32_t total = toint32(printclosure(report, symbol, number, list));
     if (total <= 0)
         return;
     if (isdetailed()) {
@@ -250,7 +226,7 @@ void printlinks(SYMBOLREPORT *report, const _tagsymbol *symbol, const CLOSURE &c
         putnumber(out, total);
         puttexts(out, " bytes\n");
     } else {
-        putaligned(out, ownSize, 8);
+        putaligned(out, symbol->file != nullptr ? symbol->file->size : 0, 8);
         puttexts(out, " ");
         putaligned(out, total, 8);
         puttexts(out, " ");
@@ -261,12 +237,11 @@ void printlinks(SYMBOLREPORT *report, const _tagsymbol *symbol, const CLOSURE &c
 // printed, when memory runs out.
 bool printsymbol(SYMBOLREPORT *report, _tagsymbol *symbol, _tagfilelist *list = nullptr) {
     OUTPUT *out = &report->out;
-    const int ownSize = symbol->file != nullptr ? symbol->file->size : 0;
-    if (ownSize == 0 && OPTverbose == 1)
+    if (OPTverbose == 1 && (symbol->file == nullptr || symbol->file->size == 0))
         return true;
-    CLOSURE closure = {list != nullptr ? -1 : filenumber(&report->graph, symbol->file), list};
-    if (report->links != 0 && closure.number < 0 && list == nullptr) {
-        closure.list = symneedfiles(symbol, nullptr, report->limit, 0);
+    const int32_t number = list != nullptr ? -1 : filenumber(&report->graph, symbol->file);
+    if (report->links != 0 && number < 0 && list == nullptr) {
+        list = symneedfiles(symbol, nullptr, report->limit, 0);
         if (closurefailed())
             return false;
     }
@@ -275,9 +250,8 @@ bool printsymbol(SYMBOLREPORT *report, _tagsymbol *symbol, _tagfilelist *list = 
     if (isdetailed()) {
         puttexts(out, "    ", name, symtype(symbol), "\n");
     } else {
-        const size_t length = symbol->length > 0 ? symbol->length : strlen(name);
-        puttext(out, name, length);
-        putspaces(out, 32 - static_cast<int64_t>(length));
+        puttexts(out, name);
+        putspaces(out, 32 - static_cast<int64_t>(strlen(name)));
         puttexts(out, " ");
     }
     if (report->define != 0)
@@ -285,37 +259,31 @@ bool printsymbol(SYMBOLREPORT *report, _tagsymbol *symbol, _tagfilelist *list = 
     if (report->refer != 0)
         printrefer(report, symbol);
     if (report->links != 0)
-        printlinks(report, symbol, closure, ownSize);
+        printlinks(report, symbol, number, list);
     puttexts(out, "\n");
-    flfree(closure.list);
+    flfree(list);
     return true;
 }
 
-// Prefetches the record and the name of the `far` next symbol and the file of the `near` next one.
-bool printall(SYMBOLREPORT *report) {
+// For all symbols it prefetches the record and name of the `far` next one and the file of the
+// `near` next one.
+bool printall(SYMBOLREPORT *report, char **names) {
     constexpr int64_t far = 24;
     constexpr int64_t near = 12;
-    for (int64_t i = 0; i < report->allCount; ++i) {
-        if (i + far < report->allCount) {
-            __builtin_prefetch(report->all[i + far]);
-            __builtin_prefetch(report->all[i + far]->text + 16);
-            const auto file = reinterpret_cast<uintptr_t>(report->all[i + near]->file);
+    _tagsymbol **symbols = report->symbols;
+    for (int64_t i = 0; i < report->count; ++i) {
+        if (report->isAll && i + far < report->count) {
+            __builtin_prefetch(symbols[i + far]);
+            __builtin_prefetch(&symbols[i + far]->size);
+            const auto file = reinterpret_cast<uintptr_t>(symbols[i + near]->file);
             __builtin_prefetch(reinterpret_cast<const void *>(file));
             __builtin_prefetch(reinterpret_cast<const void *>(file + sizeof(_tagfile)));
         }
-        if (!printsymbol(report, report->all[i]))
-            return false;
-    }
-    return true;
-}
-
-bool printnamed(SYMBOLREPORT *report, char **names) {
-    for (int i = 0; i < report->count; ++i) {
-        _tagsymbol *symbol = report->symbols[i];
-        if (symbol == nullptr) {
+        if (symbols[i] == nullptr) {
             flushoutput(&report->out); // the message follows the report so far
             toolsay("tolvik: symbol '%s' not found\n", names[i]);
-        } else if (!printsymbol(report, symbol, report->closures[i])) {
+        } else if (!printsymbol(report, symbols[i],
+                                report->isAll ? nullptr : report->closures[i])) {
             return false;
         }
     }
@@ -347,7 +315,7 @@ bool prepare(SYMBOLREPORT *report) {
     if (counts)
         clearcounts(report);
     const int64_t nodes = counts && !graphcounts(*report) ? countrefs(report) : 0;
-    return (report->refer == 0 || !isdetailed() || collectreferrers(report, nodes)) &&
+    return (report->refer == 0 || !isdetailed() || collectreferrers(report)) &&
            (report->links == 0 || preparelinks(report, nodes));
 }
 
@@ -356,7 +324,6 @@ void endreport(SYMBOLREPORT *report) {
     grelease(report->symbols);
     grelease(report->closures);
     grelease(report->set);
-    grelease(report->all);
     grelease(report->referrers);
     grelease(report->totals);
     freewalk(&report->walk);
@@ -380,13 +347,13 @@ void printsymbolreport(FILE *out, _tagsymbol *symbol, TVKINFO *info, int define,
 int tvksymbolreport(FILE *out, TVKINFO *info, char **symbols, int nsymbols, int define, int refer,
                     int links, int limit) {
     SYMBOLREPORT report = {beginoutput(out), info, define, refer, links, limit};
-    const bool all = nsymbols > 0 && strcmp(symbols[0], "all") == 0;
-    if (all)
-        report.all = symall(info->symtable, &report.allCount);
-    bool whole = all ? report.all != nullptr : newnames(&report, nsymbols);
-    for (int i = 0; i < nsymbols && !all && whole; ++i)
+    report.isAll = nsymbols > 0 && strcmp(symbols[0], "all") == 0;
+    if (report.isAll)
+        report.symbols = symall(info->symtable, &report.count);
+    bool whole = report.isAll ? report.symbols != nullptr : newnames(&report, nsymbols);
+    for (int i = 0; i < nsymbols && !report.isAll && whole; ++i)
         addname(&report, symfind(info->symtable, symbols[i]));
-    whole = whole && prepare(&report) && (all ? printall(&report) : printnamed(&report, symbols));
+    whole = whole && prepare(&report) && printall(&report, symbols);
     endreport(&report);
     return whole ? 1 : 0;
 }

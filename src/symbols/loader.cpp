@@ -32,9 +32,8 @@ struct READER {
 // reader's buffer.
 struct LOAD {
     TVKINFO *info;
-    ARENA *arena;          // the store's
-    const SYMINDEX *index; // the store's
-    _tagfile *file;        // of the last header line
+    SYMTABLE *table; // the store's
+    _tagfile *file;  // of the last header line
     bool outOfMemory;
     int count;
     SYMENTRY entries[BATCHSIZE];
@@ -84,7 +83,7 @@ const char *printableend(const char *text) {
 // Returns a terminated copy in the store's arena. When memory runs out, sets outOfMemory and
 // returns null.
 char *keep(LOAD *load, std::string_view text) {
-    auto *copy = static_cast<char *>(arenaalloc(load->arena, text.size() + 1));
+    auto *copy = static_cast<char *>(arenaalloc(&load->table->arena, text.size() + 1));
     if (copy == nullptr) {
         load->outOfMemory = true;
         return nullptr;
@@ -99,7 +98,7 @@ void readheader(LOAD *load, std::string_view line) {
     const std::string_view name = upto(line, ']');
     line.remove_prefix(name.size());
     const std::string_view library = takeprefix(&line, "][") ? upto(line, ']') : "";
-    auto *file = static_cast<_tagfile *>(arenaalloc(load->arena, sizeof(_tagfile)));
+    auto *file = static_cast<_tagfile *>(arenaalloc(&load->table->arena, sizeof(_tagfile)));
     char *ownName = keep(load, name);
     char *ownLibrary = keep(load, library);
     if (file == nullptr || load->outOfMemory) {
@@ -130,8 +129,8 @@ void enterall(LOAD *load) {
     if (load->count == 0)
         return;
     auto *nodes = static_cast<_tagsymlist *>(
-        arenaalloc(load->arena, static_cast<size_t>(load->count) * sizeof(_tagsymlist)));
-    if (nodes == nullptr || !symenterall(load->info->symtable, load->entries, load->count)) {
+        arenaalloc(&load->table->arena, static_cast<size_t>(load->count) * sizeof(_tagsymlist)));
+    if (nodes == nullptr || !symenterall(load->table, load->entries, load->count)) {
         load->outOfMemory = true;
         return;
     }
@@ -147,13 +146,13 @@ void enterall(LOAD *load) {
     load->count = 0;
 }
 
-// Returns the next entry of the batch, to be filled for addentry.
-SYMENTRY *newentry(LOAD *load) {
-    return &load->entries[load->count];
-}
-
-inline void addentry(LOAD *load, bool define) {
-    symindexprepare(load->index, newentry(load));
+inline void addentry(LOAD *load, std::string_view name, SYMTYPE type, SYMSCOPE scope, int32_t size,
+                     bool define) {
+    name = symstripped(name);
+    const SYMINDEX &index = load->table->index;
+    const uint64_t hash = symindexhash(&index, name, true);
+    __builtin_prefetch(&index.slots[hash & index.mask]);
+    load->entries[load->count] = {name, type, scope, size, nullptr, hash};
     load->files[load->count] = load->file;
     load->defines[load->count] = define;
     if (++load->count == BATCHSIZE)
@@ -161,8 +160,7 @@ inline void addentry(LOAD *load, bool define) {
 }
 
 void addrefer(LOAD *load, std::string_view name) {
-    *newentry(load) = {name, TYPE_UNKNOWN, SCOPE_GLOBAL, 0, nullptr, 0};
-    addentry(load, false);
+    addentry(load, name, TYPE_UNKNOWN, SCOPE_GLOBAL, 0, false);
 }
 
 // Reads a "refer=" line without blanks: most lines. False when the next line is of another kind.
@@ -180,22 +178,24 @@ bool readrefer(LOAD *load, READER *reader) {
 }
 
 void readdefine(LOAD *load, std::string_view line) {
-    SYMENTRY &entry = *newentry(load);
-    entry = {upto(line, ','), TYPE_FUNCTION, SCOPE_GLOBAL, 0, nullptr, 0};
-    line.remove_prefix(entry.name.size());
+    const std::string_view name = upto(line, ',');
+    SYMTYPE type = TYPE_FUNCTION;
+    SYMSCOPE scope = SCOPE_GLOBAL;
+    int32_t size = 0;
+    line.remove_prefix(name.size());
     if (takeprefix(&line, ",")) {
         if (!takeprefix(&line, "FUNCTION") && takeprefix(&line, "DATA"))
-            entry.type = TYPE_DATA;
+            type = TYPE_DATA;
         if (takeprefix(&line, ",")) {
             if (takeprefix(&line, "LOCAL"))
-                entry.scope = SCOPE_LOCAL;
+                scope = SCOPE_LOCAL;
             else
                 takeprefix(&line, "GLOBAL");
             if (takeprefix(&line, ","))
-                takedecimal(&line, &entry.size);
+                takedecimal(&line, &size);
         }
     }
-    addentry(load, true);
+    addentry(load, name, type, scope, size, true);
 }
 
 void readline(LOAD *load, std::string_view line) {
@@ -227,6 +227,13 @@ void readlines(LOAD *load, READER *reader) {
     }
 }
 
+// Returns the number of slots for the symbols of a usual file of `bytes` bytes.
+uint64_t usualslots(int64_t bytes) {
+    constexpr int64_t bytesPerSlot = 128;
+    constexpr int64_t mostBytes = 256 * 1024 * 1024; // the length of a directory is no size
+    return static_cast<uint64_t>(std::min(bytes, mostBytes) / bytesPerSlot);
+}
+
 } // namespace
 
 TVKINFO *tvkload(const char *path) {
@@ -236,13 +243,12 @@ TVKINFO *tvkload(const char *path) {
         return nullptr;
     LOAD load;
     load.info = cinew();
-    load.arena = load.info != nullptr ? symarena(load.info->symtable) : nullptr;
-    load.index = load.info != nullptr ? symindexof(load.info->symtable) : nullptr;
+    load.table = load.info != nullptr ? reinterpret_cast<SYMTABLE *>(load.info->symtable) : nullptr;
     load.file = nullptr;
     load.count = 0;
     reader.buffer = galloclarge<char>(BUFFERSIZE + SPAREBYTES);
     load.outOfMemory = load.info == nullptr || reader.buffer == nullptr ||
-                       !symreserve(load.info->symtable, glen(reader.file));
+                       !symindexreserve(&load.table->index, usualslots(glen(reader.file)));
     reader.next = reader.buffer;
     reader.end = reader.buffer;
     if (!load.outOfMemory)

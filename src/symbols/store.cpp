@@ -13,18 +13,6 @@ namespace {
 
 constexpr size_t VARIANTSIZE = 256; // of a name with an underscore added
 
-// The public buckets of cinew and their index. heads[i] is bucket i's head after the last insert;
-// a bucket with another head was changed by a caller, and its chain is searched.
-struct SYMTABLE {
-    _tagsymlist buckets[SYMBUCKETS];
-    _tagsymbol *heads[SYMBUCKETS];
-    SYMTABLE *previous; // made before this one
-    ARENA arena;        // the loader's files and list nodes
-    ARENA symbols;      // the loader's symbols, dense because they are read at random
-    SYMINDEX index;
-    int64_t leading;  // names that begin with an underscore
-    int64_t trailing; // names that end with one
-};
 SYMTABLE *tables = nullptr;
 
 // Returns the table of cinew with these buckets; null for a caller's own buckets.
@@ -243,25 +231,11 @@ _tagsymbol *symadd(_tagsymlist *table, _tagsymbol *symbol) {
     return found;
 }
 
-bool symreserve(_tagsymlist *table, int64_t bytes) {
-    constexpr int64_t bytesPerSlot = 128;
-    constexpr int64_t mostBytes = 256 * 1024 * 1024; // the length of a directory is no size
-    return symindexreserve(&reinterpret_cast<SYMTABLE *>(table)->index,
-                           static_cast<uint64_t>(std::min(bytes, mostBytes) / bytesPerSlot));
-}
-
-SYMINDEX *symindexof(_tagsymlist *table) {
-    return &reinterpret_cast<SYMTABLE *>(table)->index;
-}
-
-ARENA *symarena(_tagsymlist *table) {
-    return &reinterpret_cast<SYMTABLE *>(table)->arena;
-}
-
-bool symenterall(_tagsymlist *table, SYMENTRY *entries, int count) {
-    SYMTABLE *own = reinterpret_cast<SYMTABLE *>(table);
+bool symenterall(SYMTABLE *table, SYMENTRY *entries, int count) {
+    const SYMINDEX &index = table->index;
     for (int i = 0; i < count; ++i) {
-        entries[i].symbol = symindexcandidate(&own->index, entries[i].hash);
+        const uint64_t hash = entries[i].hash;
+        entries[i].symbol = slotsymbol(index.slots[nextslot(&index, hash, hash)]);
         // As a number, because the symbol may be null.
         const auto symbol = reinterpret_cast<uintptr_t>(entries[i].symbol);
         __builtin_prefetch(reinterpret_cast<const void *>(symbol + readOffset));
@@ -269,13 +243,14 @@ bool symenterall(_tagsymlist *table, SYMENTRY *entries, int count) {
     for (int i = 0; i < count; ++i) {
         SYMENTRY &entry = entries[i];
         if (entry.symbol == nullptr || !symisnamed(entry.symbol, entry.name))
-            entry.symbol = find(own, entry.name, entry.hash);
+            entry.symbol = find(table, entry.name, entry.hash);
         if (entry.symbol != nullptr) {
             merge(entry.symbol, entry.type, entry.scope, entry.size);
             continue;
         }
-        entry.symbol = newsymbol(&own->symbols, entry);
-        if (entry.symbol == nullptr || !insert(table, own, entry.symbol, entry.name, entry.hash))
+        entry.symbol = newsymbol(&table->symbols, entry);
+        if (entry.symbol == nullptr ||
+            !insert(table->buckets, table, entry.symbol, entry.name, entry.hash))
             return false;
     }
     return true;

@@ -15,10 +15,8 @@
 // store's arena. A run keeps its store until it ends.
 #pragma once
 
-#include <bit>
 #include <cstdint>
 #include <cstring>
-#include <string_view>
 
 constexpr int SYMBUCKETS = 256;
 
@@ -33,7 +31,6 @@ constexpr size_t LIBRARYLIMIT = OBJECTLIMIT;
 enum SYMTYPE : uint8_t { TYPE_UNKNOWN = 0, TYPE_FUNCTION = 1, TYPE_DATA = 2 };
 enum SYMSCOPE : uint8_t { SCOPE_UNKNOWN = 0, SCOPE_GLOBAL = 1, SCOPE_LOCAL = 2 };
 
-struct ARENA;
 struct _tagfile;
 
 struct _tagsymbol {
@@ -130,33 +127,3 @@ const char *symfile(const _tagsymbol *symbol); // "unknown" without a symbol or 
 const char *symtype(const _tagsymbol *symbol); // "()" for a function, "" for others
 const char *symscope(const _tagsymbol *symbol);
 int symsize(const _tagsymbol *symbol);
-
-// Returns the eight bytes at `text`, the first one lowest on every machine.
-inline uint64_t eightbytes(const char *text) {
-    uint64_t word = 0;
-    memcpy(&word, text, 8);
-    return std::endian::native == std::endian::little ? word : __builtin_bswap64(word);
-}
-
-// One name in a line of a symbol file.
-struct SYMENTRY {
-    std::string_view name; // at least 16 bytes after it are readable
-    SYMTYPE type;
-    SYMSCOPE scope;
-    int32_t size;
-    _tagsymbol *symbol; // the result of symenterall
-    uint64_t hash;      // private
-};
-
-// The loader's functions; the table must be one of cinew.
-
-// Makes the index have slots for the symbols of a usual file of `bytes` bytes. Returns false when
-// memory runs out.
-bool symreserve(_tagsymlist *table, int64_t bytes);
-
-// Returns the arena that tvkfree frees with the table.
-ARENA *symarena(_tagsymlist *table);
-
-// Does symnew and symadd for `count` prepared entries, in order, with records in the arena. Cache
-// misses of the entries overlap. Sets each entry's symbol; false when memory runs out.
-bool symenterall(_tagsymlist *table, SYMENTRY *entries, int count);

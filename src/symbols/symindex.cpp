@@ -18,9 +18,7 @@ void put(SYMINDEX *index, _tagsymbol *symbol, uint64_t hash) {
 
 // Moves the symbols of the smaller index to the empty larger one. Names are hashed again.
 void refill(SYMINDEX *larger, const SYMINDEX *smaller) {
-    constexpr uint64_t ahead = 16;
     for (uint64_t i = 0; smaller->used > 0 && i <= smaller->mask; ++i) {
-        __builtin_prefetch(slotsymbol(smaller->slots[(i + ahead) & smaller->mask]));
         const _tagsymbol *symbol = slotsymbol(smaller->slots[i]);
         if (symbol != nullptr)
             put(larger, slotsymbol(smaller->slots[i]), symindexhash(larger, symbol->name, false));

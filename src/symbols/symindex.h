@@ -1,8 +1,13 @@
-// The index of a symbol table: finds a symbol by its exact name in one step.
+// The tables of cinew and their indexes. An index finds a symbol by its exact name in one step.
 #pragma once
 
+#include "mem/arena.h"
 #include "symbols/options.h"
 #include "symbols/store.h"
+
+#include <bit>
+#include <cstring>
+#include <string_view>
 
 // Open addressing, a power of two of slots, at most three quarters of them used. A slot is a
 // symbol's address, which has 48 bits, under the upper 16 bits of its hash; a free slot is 0.
@@ -19,8 +24,32 @@ inline _tagsymbol *slotsymbol(uint64_t slot) {
     return reinterpret_cast<_tagsymbol *>(slot & ((uint64_t{1} << ADDRESSBITS) - 1));
 }
 
-// Returns the index of a table of cinew.
-SYMINDEX *symindexof(_tagsymlist *table);
+// The public buckets of cinew and their index. heads[i] is bucket i's head after the last insert;
+// a bucket with another head was changed by a caller, and its chain is searched.
+struct SYMTABLE {
+    _tagsymlist buckets[SYMBUCKETS];
+    _tagsymbol *heads[SYMBUCKETS];
+    SYMTABLE *previous; // made before this one
+    ARENA arena;        // the loader's files and list nodes, freed by tvkfree
+    ARENA symbols;      // the loader's symbols, dense because they are read at random
+    SYMINDEX index;
+    int64_t leading;  // names that begin with an underscore
+    int64_t trailing; // names that end with one
+};
+
+// One name in a line of a symbol file.
+struct SYMENTRY {
+    std::string_view name; // stripped
+    SYMTYPE type;
+    SYMSCOPE scope;
+    int32_t size;
+    _tagsymbol *symbol; // the result of symenterall
+    uint64_t hash;      // of the name
+};
+
+// Does symnew and symadd for `count` entries, in order, with records in the arena. Cache misses of
+// the entries overlap. Sets each entry's symbol; false when memory runs out.
+bool symenterall(SYMTABLE *table, SYMENTRY *entries, int count);
 
 // Makes an empty index with a new key. Returns false when memory runs out.
 bool symindexmake(SYMINDEX *index);
@@ -43,9 +72,11 @@ inline uint64_t nextslot(const SYMINDEX *index, uint64_t i, uint64_t hash) {
     return i;
 }
 
-// Returns the symbol that symindexfind will compare first; null when there is none.
-inline _tagsymbol *symindexcandidate(const SYMINDEX *index, uint64_t hash) {
-    return slotsymbol(index->slots[nextslot(index, hash, hash)]);
+// Returns the eight bytes at `text`, the first one lowest on every machine.
+inline uint64_t eightbytes(const char *text) {
+    uint64_t word = 0;
+    memcpy(&word, text, 8);
+    return std::endian::native == std::endian::little ? word : __builtin_bswap64(word);
 }
 
 inline uint64_t multiplied(uint64_t a, uint64_t b) {
@@ -84,11 +115,4 @@ inline std::string_view symstripped(std::string_view name) {
     while (name.ends_with('_'))
         name.remove_suffix(1);
     return name;
-}
-
-// Strips the entry's name, hashes it and prefetches its slot.
-inline void symindexprepare(const SYMINDEX *index, SYMENTRY *entry) {
-    entry->name = symstripped(entry->name);
-    entry->hash = symindexhash(index, entry->name, true);
-    __builtin_prefetch(&index->slots[entry->hash & index->mask]);
 }
