@@ -95,11 +95,13 @@ BENCHMARK(closure)->Unit(benchmark::kMillisecond);
 void totals(benchmark::State &run) {
     for ([[maybe_unused]] auto _ : run) {
         GRAPH graph;
-        if (!makegraph(&graph, store(), false, false))
+        LINKWALK walk;
+        if (!makegraph(&graph, store(), false, false) || !makewalk(&walk, &graph))
             abort();
         std::vector<int32_t> files(static_cast<size_t>(graph.count));
         std::iota(files.begin(), files.end(), 0);
-        gfree(linktotals(&graph, INT_MAX, files.data(), graph.count));
+        gfree(linktotals(&walk, INT_MAX, files.data(), graph.count));
+        freewalk(&walk);
         freegraph(&graph);
     }
 }

@@ -80,28 +80,24 @@ bool addrefers(GRAPH *graph, const _tagfile *file, int32_t *seen, int32_t count)
     return isWhole;
 }
 
-enum RESULT { GRAPHMADE, GRAPHFOREIGN, GRAPHMEMORY };
-
-// Adds `count` for each reference to its symbol's nrefers.
-RESULT addallrefers(GRAPH *graph, bool symbols, int32_t count) {
+// Adds `count` for each reference to its symbol's nrefers. Sets *isWhole to false when a file is
+// foreign. False when memory runs out.
+bool addallrefers(GRAPH *graph, bool symbols, int32_t count, bool *isWhole) {
     const int64_t nodes = countnodes(graph);
     graph->first = galloclarge<int32_t>(int64_t{graph->count} + 1);
     graph->target = galloclarge<int32_t>(nodes);
     graph->symbol = symbols ? galloclarge<_tagsymbol *>(nodes) : nullptr;
     auto *seen = galloclarge<int32_t>(graph->count);
-    RESULT result = GRAPHMEMORY;
-    if (seen != nullptr && graph->first != nullptr && graph->target != nullptr &&
-        (!symbols || graph->symbol != nullptr)) {
-        result = GRAPHMADE;
+    const bool made = seen != nullptr && graph->first != nullptr && graph->target != nullptr &&
+                      (!symbols || graph->symbol != nullptr);
+    if (made) {
         std::fill_n(seen, graph->count, 0);
         graph->first[0] = 0;
-        for (int32_t i = 0; i < graph->count; ++i) {
-            if (!addrefers(graph, graph->files[i], seen, count))
-                result = GRAPHFOREIGN;
-        }
     }
+    for (int32_t i = 0; i < graph->count && made; ++i)
+        *isWhole = addrefers(graph, graph->files[i], seen, count) && *isWhole;
     grelease(seen);
-    return result;
+    return made;
 }
 
 void freerefers(GRAPH *graph) {
@@ -114,19 +110,20 @@ void freerefers(GRAPH *graph) {
 
 bool makegraph(GRAPH *graph, const TVKINFO *info, bool symbols, bool counts) {
     int32_t capacity = 0;
-    bool whole = true;
+    bool made = true;
+    bool isWhole = true;
     *graph = {};
-    for (_tagfile *file = info->files; file != nullptr && whole; file = file->next)
-        whole = addfile(graph, &capacity, file);
-    RESULT result = whole ? addallrefers(graph, symbols, counts ? 1 : 0) : GRAPHMEMORY;
+    for (_tagfile *file = info->files; file != nullptr && made; file = file->next)
+        made = addfile(graph, &capacity, file);
+    made = made && addallrefers(graph, symbols, counts ? 1 : 0, &isWhole);
     // Only a caller's store has foreign files. Looking for them first would be slower.
-    if (result == GRAPHFOREIGN) {
+    if (made && !isWhole) {
         freerefers(graph);
-        result = addforeign(graph, &capacity) ? addallrefers(graph, symbols, 0) : GRAPHMEMORY;
+        made = addforeign(graph, &capacity) && addallrefers(graph, symbols, 0, &isWhole);
     }
-    if (result != GRAPHMADE)
+    if (!made)
         freegraph(graph);
-    return result == GRAPHMADE;
+    return made;
 }
 
 int32_t filenumber(const GRAPH *graph, const _tagfile *file) {

@@ -42,7 +42,7 @@ struct SYMBOLREPORT {
 
     // For all symbols, and for those without a list:
     GRAPH graph = {};
-    LINKWALK walk = {};        // in the detailed form
+    LINKWALK walk = {};
     int64_t *totals = nullptr; // in the compact form: total of each file's closure
 };
 
@@ -115,11 +115,6 @@ bool collectreferrers(SYMBOLREPORT *report) {
     return true;
 }
 
-// Whether the graph counts the references.
-bool graphcounts(const SYMBOLREPORT &report) {
-    return report.isAll && report.links != 0 && !isdetailed();
-}
-
 // Finds closures in lists, until they have followed more references than a graph would copy.
 bool listclosures(SYMBOLREPORT *report, int64_t nodes) {
     const int64_t begin = closurerefs();
@@ -146,18 +141,18 @@ bool findtotals(SYMBOLREPORT *report) {
         files[count] = symbol != nullptr ? filenumber(graph, symbol->file) : -1;
         count += files[count] >= 0;
     }
-    report->totals = linktotals(graph, report->limit, files, count);
+    report->totals = linktotals(&report->walk, report->limit, files, count);
     gfree(files);
     return report->totals != nullptr;
 }
 
-bool preparelinks(SYMBOLREPORT *report, int64_t nodes) {
+bool preparelinks(SYMBOLREPORT *report, int64_t nodes, bool graphCounts) {
     if (!report->isAll && !listclosures(report, nodes))
         return false;
     if (report->listed == report->count)
         return true;
-    return makegraph(&report->graph, report->info, isdetailed(), graphcounts(*report)) &&
-           (isdetailed() ? makewalk(&report->walk, &report->graph) : findtotals(report));
+    return makegraph(&report->graph, report->info, isdetailed(), graphCounts) &&
+           makewalk(&report->walk, &report->graph) && (isdetailed() || findtotals(report));
 }
 
 void printdefine(OUTPUT *out, const _tagsymbol *symbol) {
@@ -235,7 +230,7 @@ void printlinks(SYMBOLREPORT *report, const _tagsymbol *symbol, int32_t number,
 
 // Prints a symbol's part. `list` is its closure if it was found before. False, with nothing
 // printed, when memory runs out.
-bool printsymbol(SYMBOLREPORT *report, _tagsymbol *symbol, _tagfilelist *list = nullptr) {
+bool printsymbol(SYMBOLREPORT *report, _tagsymbol *symbol, _tagfilelist *list) {
     OUTPUT *out = &report->out;
     if (OPTverbose == 1 && (symbol->file == nullptr || symbol->file->size == 0))
         return true;
@@ -311,12 +306,14 @@ void addname(SYMBOLREPORT *report, _tagsymbol *symbol) {
 
 // Prepares a report on all symbols, or on those added.
 bool prepare(SYMBOLREPORT *report) {
-    const bool counts = report->refer != 0 || report->count > 1;
-    if (counts)
+    const bool graphCounts = report->isAll && report->links != 0 && !isdetailed();
+    int64_t nodes = 0;
+    if (report->refer != 0 || report->count > 1) {
         clearcounts(report);
-    const int64_t nodes = counts && !graphcounts(*report) ? countrefs(report) : 0;
+        nodes = graphCounts ? 0 : countrefs(report);
+    }
     return (report->refer == 0 || !isdetailed() || collectreferrers(report)) &&
-           (report->links == 0 || preparelinks(report, nodes));
+           (report->links == 0 || preparelinks(report, nodes, graphCounts));
 }
 
 void endreport(SYMBOLREPORT *report) {
@@ -338,8 +335,7 @@ void printsymbolreport(FILE *out, _tagsymbol *symbol, TVKINFO *info, int define,
     bool whole = newnames(&report, 1);
     if (whole)
         addname(&report, symbol);
-    whole = whole && prepare(&report) && printsymbol(&report, symbol, report.closures[0]);
-    if (!whole)
+    if (!whole || !prepare(&report) || !printall(&report, nullptr))
         toolsay("tolvik: ERROR: out of memory reporting '%s'\n", symname(symbol));
     endreport(&report);
 }

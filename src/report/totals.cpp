@@ -211,30 +211,24 @@ bool sumgroups(GROUPS *groups, SETS *sets) {
     return true;
 }
 
-bool walktotals(const GRAPH &graph, int limit, const int32_t *files, int32_t count,
-                int64_t *totals) {
-    LINKWALK walk;
-    if (!makewalk(&walk, &graph))
-        return false;
+void walktotals(LINKWALK *walk, int limit, const int32_t *files, int32_t count, int64_t *totals) {
     for (int32_t i = 0; i < count; ++i) {
-        restartwalk(&walk);
-        walkfrom(&walk, files[i], nullptr, limit, 0);
+        restartwalk(walk);
+        walkfrom(walk, files[i], nullptr, limit, 0);
         totals[files[i]] = 0;
-        for (int32_t k = 0; k < walk.count; ++k)
-            totals[files[i]] += graph.files[walk.reached[k].file]->size;
+        for (int32_t k = 0; k < walk->count; ++k)
+            totals[files[i]] += walk->graph->files[walk->reached[k].file]->size;
     }
-    freewalk(&walk);
-    return true;
 }
 
 } // namespace
 
-int64_t *linktotals(const GRAPH *graph, int limit, const int32_t *files, int32_t count) {
+int64_t *linktotals(LINKWALK *walk, int limit, const int32_t *files, int32_t count) {
     GROUPS groups;
-    if (!findgroups(&groups, *graph, files, count))
+    if (!findgroups(&groups, *walk->graph, files, count))
         return nullptr;
     SETS sets;
-    auto *totals = galloclarge<int64_t>(graph->count);
+    auto *totals = galloclarge<int64_t>(walk->graph->count);
     bool whole = newsets(&sets, groups) && totals != nullptr;
     if (whole) {
         findparents(groups, &sets);
@@ -242,7 +236,7 @@ int64_t *linktotals(const GRAPH *graph, int limit, const int32_t *files, int32_t
     }
     // A file is at most at level height - 1. Few walks take less time than many rows.
     if (whole && (limit < groups.height - 1 || count < sets.columns / ROWBITS)) {
-        whole = walktotals(*graph, limit, files, count, totals);
+        walktotals(walk, limit, files, count, totals);
     } else if (whole) {
         whole = sumgroups(&groups, &sets);
         for (int32_t i = 0; i < count && whole; ++i)

@@ -18,6 +18,8 @@ constexpr int64_t LINELENGTH = SYMBOLLINE; // longest piece that is read as one 
 constexpr int64_t BUFFERSIZE = 64 * 1024;
 constexpr int64_t SPAREBYTES = 16; // readable after the buffer's last byte
 constexpr int BATCHSIZE = 64;
+constexpr int64_t BYTESPERSLOT = 128;            // of a usual file, for each slot of the index
+constexpr int64_t MOSTBYTES = 256 * 1024 * 1024; // a directory's length is no size
 
 // The file being read. The bytes from `next` to `end` are not read as lines yet.
 struct READER {
@@ -227,13 +229,6 @@ void readlines(LOAD *load, READER *reader) {
     }
 }
 
-// Returns the number of slots for the symbols of a usual file of `bytes` bytes.
-uint64_t usualslots(int64_t bytes) {
-    constexpr int64_t bytesPerSlot = 128;
-    constexpr int64_t mostBytes = 256 * 1024 * 1024; // the length of a directory is no size
-    return static_cast<uint64_t>(std::min(bytes, mostBytes) / bytesPerSlot);
-}
-
 } // namespace
 
 TVKINFO *tvkload(const char *path) {
@@ -248,7 +243,9 @@ TVKINFO *tvkload(const char *path) {
     load.count = 0;
     reader.buffer = galloclarge<char>(BUFFERSIZE + SPAREBYTES);
     load.outOfMemory = load.info == nullptr || reader.buffer == nullptr ||
-                       !symindexreserve(&load.table->index, usualslots(glen(reader.file)));
+                       !symindexreserve(&load.table->index,
+                                        static_cast<uint64_t>(
+                                            std::min(glen(reader.file), MOSTBYTES) / BYTESPERSLOT));
     reader.next = reader.buffer;
     reader.end = reader.buffer;
     if (!load.outOfMemory)

@@ -94,12 +94,13 @@ bool insert(_tagsymlist *buckets, SYMTABLE *table, _tagsymbol *symbol, std::stri
 constexpr size_t readOffset = offsetof(_tagsymbol, size); // of the part that the loader reads
 constexpr size_t textOffset = offsetof(_tagsymbol, text);
 
-// The part that the loader reads is in one cache line if it fits.
+// The part that the loader reads is in one cache line if it fits. Short names would waste memory.
 _tagsymbol *newsymbol(ARENA *arena, const SYMENTRY &entry) {
     constexpr size_t line = 64;
+    constexpr size_t mostShort = 16;
     const size_t length = entry.name.size();
     const size_t place = (reinterpret_cast<uintptr_t>(arena->next) + readOffset) % line;
-    if (place + textOffset - readOffset + length > line)
+    if (length > mostShort && place + textOffset - readOffset + length > line)
         arenaalloc(arena, line - place);
     auto *symbol = static_cast<_tagsymbol *>(
         arenaalloc(arena, std::max(sizeof(_tagsymbol), textOffset + length + 1)));

@@ -32,12 +32,14 @@ struct MAP {
     // Of the files from the last to the first.
     std::vector<int64_t> totals(int limit) const {
         GRAPH graph;
-        EXPECT_TRUE(makegraph(&graph, &info, false, false));
+        LINKWALK walk;
+        EXPECT_TRUE(makegraph(&graph, &info, false, false) && makewalk(&walk, &graph));
         std::vector<int32_t> all(files.size());
         std::iota(all.begin(), all.end(), 0);
-        int64_t *sums = linktotals(&graph, limit, all.data(), graph.count);
+        int64_t *sums = linktotals(&walk, limit, all.data(), graph.count);
         std::vector<int64_t> result(sums, sums + files.size());
         gfree(sums);
+        freewalk(&walk);
         freegraph(&graph);
         return result;
     }
