@@ -25,6 +25,7 @@ char *digitsof(int64_t number, char *digits) {
 } // namespace
 
 OUTPUT beginoutput(FILE *stream) {
+    setvbuf(stream, nullptr, _IONBF, 0); // a second buffer would split the blocks
     return {stream, buffer, buffer + sizeof buffer};
 }
 
@@ -34,10 +35,13 @@ void flushoutput(OUTPUT *out) {
 }
 
 void putlong(OUTPUT *out, const char *text, size_t length) {
-    flushoutput(out);
-    if (length >= sizeof buffer) {
-        fwrite(text, 1, length, out->stream);
-        return;
+    size_t space = 0;
+    while ((space = static_cast<size_t>(out->end - out->next)) < length) {
+        memcpy(out->next, text, space);
+        out->next = out->end;
+        flushoutput(out);
+        text += space;
+        length -= space;
     }
     memcpy(out->next, text, length);
     out->next += length;
