@@ -240,7 +240,7 @@ TVKINFO *tvkload(const char *path) {
     load.index = load.info != nullptr ? symindexof(load.info->symtable) : nullptr;
     load.file = nullptr;
     load.count = 0;
-    reader.buffer = galloclarge<char>(BUFFERSIZE + SPAREBYTES);
+    reader.buffer = gallocarray<char>(BUFFERSIZE + SPAREBYTES);
     load.outOfMemory = load.info == nullptr || reader.buffer == nullptr ||
                        !symreserve(load.info->symtable, glen(reader.file));
     reader.next = reader.buffer;
