@@ -2,25 +2,11 @@
 
 #include "symbols/options.h"
 
+#include <charconv>
+
 namespace {
 
 char buffer[OUTPUTSIZE];
-
-constexpr int DIGITSSIZE = 24;
-
-// Writes the digits at the end of a buffer of DIGITSSIZE bytes and returns the first one.
-char *digitsof(int64_t number, char *digits) {
-    char *p = digits + DIGITSSIZE - 1;
-    *p = 0;
-    uint64_t rest = number < 0 ? 0 - static_cast<uint64_t>(number) : static_cast<uint64_t>(number);
-    do {
-        *--p = static_cast<char>('0' + rest % 10);
-        rest /= 10;
-    } while (rest != 0);
-    if (number < 0)
-        *--p = '-';
-    return p;
-}
 
 } // namespace
 
@@ -62,14 +48,14 @@ void putspaces(OUTPUT *out, int64_t count) {
 }
 
 void putnumber(OUTPUT *out, int64_t number) {
-    char digits[DIGITSSIZE];
-    const char *begin = digitsof(number, digits);
-    puttext(out, begin, static_cast<size_t>(digits + DIGITSSIZE - 1 - begin));
+    putaligned(out, number, 0);
 }
 
 void putaligned(OUTPUT *out, int64_t number, int width) {
-    char digits[DIGITSSIZE];
-    putaligned(out, digitsof(number, digits), width);
+    char digits[24];
+    const char *end = std::to_chars(digits, digits + sizeof digits, number).ptr;
+    putspaces(out, width - (end - digits));
+    puttext(out, digits, static_cast<size_t>(end - digits));
 }
 
 void putaligned(OUTPUT *out, const char *text, int width) {
