@@ -4,7 +4,8 @@
 
 #include <sys/mman.h>
 
-// Blocks double in size: a small input touches little memory, a large one needs few blocks.
+// Each block is half as large again: a small input touches little memory, a large one needs few
+// blocks.
 struct ARENABLOCK {
     ARENABLOCK *previous;
     size_t nextBytes; // usual size of the block after it
@@ -24,7 +25,7 @@ bool addblock(ARENA *arena, size_t size) {
     if (block == nullptr)
         return false;
     adviseblock(block, bytes);
-    *block = {arena->newest, usual < largestBlockBytes ? usual * 2 : usual};
+    *block = {arena->newest, usual < largestBlockBytes ? usual + usual / 2 : usual};
     *arena = {block, reinterpret_cast<char *>(block + 1), bytes - sizeof(ARENABLOCK)};
     return true;
 }
@@ -32,7 +33,7 @@ bool addblock(ARENA *arena, size_t size) {
 } // namespace
 
 void adviseblock(void *block, size_t size) {
-    constexpr size_t manyPages = 16 * 1024;
+    constexpr size_t manyPages = 40 * 1024;
     constexpr size_t largePages = 4 * 1024 * 1024;
     constexpr uintptr_t pageMask = 4096 - 1;
     if (size < manyPages)

@@ -2,27 +2,11 @@
 
 #include "symbols/options.h"
 
+#include <charconv>
+
 namespace {
 
 char buffer[OUTPUTSIZE];
-
-struct DIGITS {
-    char text[24];
-};
-
-// Returns the number's digits, which are at the end of *digits.
-std::string_view digitsof(int64_t number, DIGITS *digits) {
-    char *const end = digits->text + sizeof digits->text;
-    char *p = end;
-    uint64_t rest = number < 0 ? 0 - static_cast<uint64_t>(number) : static_cast<uint64_t>(number);
-    do {
-        *--p = static_cast<char>('0' + rest % 10);
-        rest /= 10;
-    } while (rest != 0);
-    if (number < 0)
-        *--p = '-';
-    return {p, end};
-}
 
 } // namespace
 
@@ -36,10 +20,13 @@ void flushoutput(OUTPUT *out) {
 }
 
 void putlong(OUTPUT *out, const char *text, size_t length) {
-    flushoutput(out);
-    if (length >= sizeof buffer) {
-        fwrite(text, 1, length, out->stream);
-        return;
+    size_t space = 0;
+    while ((space = static_cast<size_t>(out->end - out->next)) < length) {
+        memcpy(out->next, text, space);
+        out->next = out->end;
+        flushoutput(out);
+        text += space;
+        length -= space;
     }
     memcpy(out->next, text, length);
     out->next += length;
@@ -64,8 +51,9 @@ void putnumber(OUTPUT *out, int64_t number) {
 }
 
 void putaligned(OUTPUT *out, int64_t number, int width) {
-    DIGITS digits;
-    putaligned(out, digitsof(number, &digits), width);
+    char digits[24];
+    const char *end = std::to_chars(digits, digits + sizeof digits, number).ptr;
+    putaligned(out, std::string_view(digits, end), width);
 }
 
 void putaligned(OUTPUT *out, std::string_view text, int width) {

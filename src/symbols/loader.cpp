@@ -241,7 +241,7 @@ TVKINFO *tvkload(const char *path) {
     load.table = load.info != nullptr ? reinterpret_cast<SYMTABLE *>(load.info->symtable) : nullptr;
     load.file = nullptr;
     load.count = 0;
-    reader.buffer = galloclarge<char>(BUFFERSIZE + SPAREBYTES);
+    reader.buffer = gallocarray<char>(BUFFERSIZE + SPAREBYTES);
     load.outOfMemory = load.info == nullptr || reader.buffer == nullptr ||
                        !symindexreserve(&load.table->index,
                                         static_cast<uint64_t>(
