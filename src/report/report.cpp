@@ -41,10 +41,9 @@ int tvkreport(const char *reportfile, TVKINFO *info, char **symbols, int nsymbol
     FILE *out = named ? fopen(reportfile, "we") : stdout;
     if (out == nullptr)
         return 0;
-    // Text in the stream's buffer would split the blocks of the report.
+    // A second buffer would split the blocks of the report.
     fflush(out);
-    if (named)
-        setvbuf(out, nullptr, _IONBF, 0);
+    setvbuf(out, nullptr, _IONBF, 0);
     const int result =
         nsymbols > 0 ? tvksymbolreport(out, info, symbols, nsymbols, define, refer, links, limit)
                      : tvkfilereport(out, info, files, nfiles, define, refer, links, limit);
