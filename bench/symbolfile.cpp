@@ -3,6 +3,7 @@
 //   product   one product: objects in libraries, references by preferential attachment, most of
 //             them within the library; nearly all objects reach each other
 //   growth    the same, but an object refers only to earlier ones: no two reach each other
+//   uniform   the same, but each reference is to any symbol, all equally likely
 //   layers    ten layers of objects that refer to the layers below: wide, shallow closures
 //   hub       one object that refers to all others, which refer to it
 //   chain     every object refers to the next one
@@ -126,8 +127,9 @@ void printobjects(const SIZES &sizes, const char *kind) {
             printf("define=%s,%s,%s,%zu\n", names[i].c_str(), below(5) != 0 ? "FUNCTION" : "DATA",
                    below(10) != 0 ? "GLOBAL" : "LOCAL", 4 + below(600));
         for (; refers < sizes.refers * (object + 1) / sizes.objects; ++refers) {
-            const size_t target = strcmp(kind, "layers") == 0
-                                      ? layered(sizes, object)
+            const size_t target = strcmp(kind, "layers") == 0 ? layered(sizes, object)
+                                  : strcmp(kind, "uniform") == 0
+                                      ? below(sizes.defines)
                                       : attach(sizes, object, strcmp(kind, "growth") == 0, targets);
             if (target == SIZE_MAX)
                 continue;
@@ -208,8 +210,8 @@ size_t numberof(const char *text) {
 int main(int argc, char **argv) {
     const std::string kind = argc > 1 ? argv[1] : "";
     const SHAPE *shape = findshape(kind);
-    const bool known =
-        shape != nullptr || kind == "product" || kind == "growth" || kind == "layers";
+    const bool known = shape != nullptr || kind == "product" || kind == "growth" ||
+                       kind == "uniform" || kind == "layers";
     SIZES sizes = {argc > 2 ? numberof(argv[2]) : 0, 1, 1};
     if (argc > 4)
         sizes = {sizes.objects, numberof(argv[3]), numberof(argv[4])};
