@@ -26,6 +26,7 @@ struct READER {
     char *next;
     char *end; // a zero byte
     bool atEnd;
+    bool failed; // the last read failed
 };
 
 // A load in progress. The first `count` entries wait for symenterall; their names are in the
@@ -52,6 +53,7 @@ void fill(READER *reader) {
         const int64_t space = reader->buffer + BUFFERSIZE - reader->end;
         const int64_t got = gread(reader->file, reader->end, space);
         reader->atEnd = got <= 0;
+        reader->failed = got < 0;
         reader->end += got > 0 ? got : 0;
     }
     *reader->end = 0;
@@ -229,29 +231,37 @@ void readlines(LOAD *load, READER *reader) {
 
 } // namespace
 
-TVKINFO *tvkload(const char *path) {
+TVKRESULT tvkadd(TVKINFO *info, const char *path) {
     READER reader = {};
     reader.file = gopen(path);
     if (reader.file == 0)
-        return nullptr;
+        return TVKNOTOPENED;
     LOAD load;
-    load.info = cinew();
-    load.arena = load.info != nullptr ? symarena(load.info->symtable) : nullptr;
-    load.index = load.info != nullptr ? symindexof(load.info->symtable) : nullptr;
+    load.info = info;
+    load.arena = symarena(info->symtable);
+    load.index = symindexof(info->symtable);
     load.file = nullptr;
     load.count = 0;
     reader.buffer = galloclarge<char>(BUFFERSIZE + SPAREBYTES);
-    load.outOfMemory = load.info == nullptr || reader.buffer == nullptr ||
-                       !symreserve(load.info->symtable, glen(reader.file));
+    load.outOfMemory = reader.buffer == nullptr || !symreserve(info->symtable, glen(reader.file));
     reader.next = reader.buffer;
     reader.end = reader.buffer;
     if (!load.outOfMemory)
         readlines(&load, &reader);
     gclose(reader.file);
     grelease(reader.buffer);
-    if (!load.outOfMemory)
-        return load.info;
-    tvkfree(load.info);
-    toolsay("tolvik: ERROR: out of memory reading '%s'\n", path);
+    if (load.outOfMemory)
+        return TVKNOMEMORY;
+    return reader.failed ? TVKNOTREAD : TVKADDED;
+}
+
+TVKINFO *tvkload(const char *path) {
+    TVKINFO *info = cinew();
+    const TVKRESULT result = info != nullptr ? tvkadd(info, path) : TVKNOMEMORY;
+    if (result == TVKADDED || result == TVKNOTREAD)
+        return info;
+    tvkfree(info);
+    if (result == TVKNOMEMORY)
+        toolsay("tolvik: ERROR: out of memory reading '%s'\n", path);
     return nullptr;
 }
