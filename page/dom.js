@@ -77,7 +77,21 @@ export function counted(value, one, many = `${one}s`) {
     return `${number(value)} ${value === 1 ? one : many}`;
 }
 
+const PRINTED = 10000; // rows of a list on paper
 const MAXHEIGHT = 8e6; // browsers cut elements that are higher than some 16 million pixels
+
+const printers = new WeakMap(); // scrolling element -> function that draws its rows
+
+function drawlists(isprint) {
+    for (const frame of document.querySelectorAll('.scroller'))
+        printers.get(frame)(isprint);
+}
+
+// Not at the time of import: the functions of texts run outside browsers too.
+export function watchprint() {
+    window.addEventListener('beforeprint', () => drawlists(true));
+    window.addEventListener('afterprint', () => drawlists(false));
+}
 
 // Makes a list of any length that has only the rows on the screen in the document, and the active
 // one, which keeps the focus. Arrow keys, Home, End and the page keys move the active row.
@@ -100,11 +114,12 @@ export function virtuallist(makerow, {key = () => {}, rowclass = 'row', ...attri
     const scale = () => Math.max(1, count * height / MAXHEIGHT);
     const position = () => frame.scrollTop * scale() / height;
 
-    const draw = () => {
+    const draw = isprint => {
         if (height === 0 || !frame.isConnected)
             return;
-        const first = Math.max(0, Math.floor(position()) - 4);
-        const last = Math.min(count, Math.ceil(position() + frame.clientHeight / height) + 4);
+        const first = isprint === true ? 0 : Math.max(0, Math.floor(position()) - 4);
+        const last = isprint === true ? Math.min(count, PRINTED)
+            : Math.min(count, Math.ceil(position() + frame.clientHeight / height) + 4);
         const wanted = new Map();
         const place = index => {
             const row = rows.get(index) ?? makerow(index);
@@ -188,6 +203,7 @@ export function virtuallist(makerow, {key = () => {}, rowclass = 'row', ...attri
         }
     });
     new ResizeObserver(measure).observe(frame);
+    printers.set(frame, draw);
     return {element: frame, update, show, focus, active: () => active};
 }
 
