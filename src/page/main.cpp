@@ -115,8 +115,12 @@ const char *putupto(OUTPUT *out, const char *text, const char *mark) {
 // Writes a template. `putdata` writes its data elements.
 template <typename F>
 void puttemplate(OUTPUT *out, const char *text, const char *title, F putdata) {
-    text = putupto(out, text, "@TITLE@");
-    putmarkup(out, title);
+    const char *data = strstr(text, "@DATA@");
+    const char *mark = nullptr;
+    while ((mark = strstr(text, "@TITLE@")) != nullptr && mark < data) {
+        text = putupto(out, text, "@TITLE@");
+        putmarkup(out, title);
+    }
     text = putupto(out, text, "@DATA@");
     putdata();
     puttexts(out, text);
