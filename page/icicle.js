@@ -3,7 +3,7 @@
 import {hierarchy, partition} from 'd3-hierarchy';
 import {fillof, legend, libraryfills} from './colours.js';
 import {bytes} from './dom.js';
-import {activate, drawpicture, makepicture} from './picture.js';
+import {activate, drawpicture, makepicture, share} from './picture.js';
 
 const LEAST = 1; // pixels of the narrowest cell that is drawn
 const WIDE = 8; // pixels of a cell after select() looks into a cell around it
@@ -111,11 +111,6 @@ function describe(state, node) {
     if (cause >= 0)
         parts.push(`linked by ${graph.symbols[cause]}${parent}`);
     return parts.join('; ');
-}
-
-// "31.2 %"
-function share(part, whole) {
-    return `${(whole > 0 ? part / whole * 100 : 0).toFixed(1)} %`;
 }
 
 function move(state, node, key) {

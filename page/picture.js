@@ -10,8 +10,9 @@ const frames = new WeakMap(); // element -> frame
 // `source` has
 // - label, help: texts;
 // - layout(width, letter) -> height: called before the functions below;
-// - cells(top, bottom) -> [{node, x, y, width, height, fill, name, level, outer}, ...]: those that
-//   reach into this part. `node.number` identifies a node;
+// - cells(top, bottom) -> [{node, x, y, width, height, fill, name, level, outer, ground},
+//   ...]: those that reach into this part. `node.number` identifies a node, `ground` is a cell with
+//   others on it;
 // - place(node) -> {y, height};
 // - describe(node) -> text of the line;
 // - move(node, key) -> the node that the key leads to, or null;
@@ -129,10 +130,11 @@ function measureletter(frame) {
 function drawcell(frame, cell, i, letter) {
     const {x, y, width, height, fill, name} = cell;
     const group = svg('g', {
-        class: `cell ${fill.colour}${cell.outer ? ' cell-outer' : ''}`, role: 'treeitem',
+        class: `cell ${fill.colour}${cell.outer ? ' cell-outer' : ''}${cell.ground ? ' cell-ground' : ''}`,
+        role: 'treeitem',
         id: `${frame.name}-${cell.node.number}`, 'data-cell': i, 'aria-level': cell.level,
         'aria-label': name,
-    }, fillrects(fill, {x, y, width, height}));
+    }, fillrects(cell.ground ? {...fill, pattern: null} : fill, {x, y, width, height}));
     const letters = Math.floor((width - 8) / letter.width);
     if (letters >= 3 && height >= letter.height * 1.2) {
         const text = name.length > letters ? `${name.slice(0, letters - 1)}…` : name;
@@ -158,6 +160,11 @@ function markcells(frame) {
     const text = frame.source.describe(frame.hovered ?? frame.active);
     if (frame.line.textContent !== text)
         frame.line.textContent = text;
+}
+
+// "31.2 %"
+export function share(part, whole) {
+    return `${(whole > 0 ? part / whole * 100 : 0).toFixed(1)} %`;
 }
 
 function drawall(all) {
