@@ -135,13 +135,11 @@ function drawcell(frame, cell, i, letter) {
         id: `${frame.name}-${cell.node.number}`, 'data-cell': i, 'aria-level': cell.level,
         'aria-label': name,
     }, fillrects(cell.ground ? {...fill, pattern: null} : fill, {x, y, width, height}));
-    const letters = Math.floor((width - 8) / letter.width);
-    if (letters >= 3 && height >= letter.height * 1.2) {
-        const text = name.length > letters ? `${name.slice(0, letters - 1)}…` : name;
-        const middle = y + Math.min(height, letter.height * 1.8) / 2;
-        group.append(svg('text', {
-            class: 'cell-name', x: x + 4, y: middle + letter.height * 0.35,
-        }, text));
+    if (width >= 3 * letter.width + 8 && height >= letter.height * 1.2) {
+        const middle = Math.min(height, letter.height * 1.8) / 2;
+        // The inner svg cuts a long name.
+        group.append(svg('svg', {x, y, width: width - 2, height},
+            svg('text', {class: 'cell-name', x: 4, y: middle + letter.height * 0.35}, name)));
     }
     return group;
 }

@@ -7,16 +7,17 @@ const PRINTED = 500;
 
 const states = new WeakMap(); // scrolling element -> state
 
-// Returns {element, update(rows)}.
+// Returns {element, update()}.
 // - label: the table's name for those who do not see it.
 // - columns: [{title, text, value(row), cell(row)}, ...]: value is a number to sort by, a text where
 //   `text` is true, undefined when unknown; cell returns an element or text to show, by default the
 //   value.
-// - rows: array, of which a sorted copy is shown. update() takes new ones, or the old ones when their
-//   values have changed.
+// - rows: array, of which a sorted copy is shown. update() shows changed values of the rows.
 // - sort, descending: the column that sorts first.
 export function table({label, columns, rows, sort = 0, descending = true}) {
-    const body = element('tbody');
+    // Stand for the rows above and under those in the document.
+    const [above, under] = [0, 1].map(() => element('tr', {class: 'space', 'aria-hidden': 'true'}));
+    const body = element('tbody', {}, above, under);
     const heads = columns.map((column, i) => element('th', {scope: 'col', class: column.text ? 'text' : 'number'},
         element('button', {type: 'button', click: () => sortby(state, i)}, column.title,
                 element('span', {class: 'sort-mark', 'aria-hidden': 'true'}))));
@@ -25,17 +26,14 @@ export function table({label, columns, rows, sort = 0, descending = true}) {
     const frame = element('div', {class: 'table-view', tabindex: -1}, grid);
     const more = element('p', {class: 'table-more'});
     const state = {
-        columns, grid, body, frame, heads, more, sort, descending, rows: [...rows],
+        columns, grid, above, under, body, frame, heads, more, sort, descending, rows,
         drawn: new Map(), height: 0, row: 0, column: 0,
     };
     listen(state);
     sortrows(state);
     return {
         element: element('div', {class: 'table'}, frame, more),
-        update: (newRows = state.rows) => {
-            state.rows = [...newRows];
-            sortrows(state);
-        },
+        update: () => sortrows(state),
     };
 }
 
@@ -61,6 +59,8 @@ function listen(state) {
 function sortby(state, column) {
     state.descending = state.sort === column ? !state.descending : !state.columns[column].text;
     state.sort = column;
+    state.row = 0;
+    state.frame.scrollTop = 0;
     sortrows(state);
 }
 
@@ -83,8 +83,6 @@ function sortrows(state) {
     });
     grid.setAttribute('aria-rowcount', rows.length + 1);
     state.drawn.clear();
-    state.row = 0;
-    state.frame.scrollTop = 0;
     draw(state);
 }
 
@@ -101,35 +99,30 @@ function draw(state) {
     place(state, Math.min(first, sorted.length), Math.min(sorted.length, first + shown + 2 * OVERSCAN));
 }
 
-// Puts the rows from first to last - 1 into the document.
+// Puts the rows from first to last - 1 into the document. Rows are added before others are removed:
+// a lower body would scroll.
 function place(state, first, last) {
-    const {body, drawn, height, sorted, frame} = state;
+    const {above, body, drawn, height, sorted, frame, under} = state;
     const hadFocus = body.contains(document.activeElement);
-    const kept = new Map();
-    for (let i = first; i < last; ++i)
-        kept.set(i, drawn.get(i) ?? makerow(state, i));
-    state.drawn = kept;
-    const old = new Set(body.children);
-    const wanted = [space(first * height), ...kept.values(), space((sorted.length - last) * height)];
-    for (const row of old) {
-        if (!wanted.includes(row))
+    state.drawn = new Map();
+    let previous = above;
+    for (let i = first; i < last; ++i) {
+        const row = drawn.get(i) ?? makerow(state, i);
+        if (!drawn.has(i))
+            previous.after(row);
+        previous = row;
+        state.drawn.set(i, row);
+    }
+    const kept = new Set(state.drawn.values());
+    for (const row of [...body.children]) {
+        if (row !== above && row !== under && !kept.has(row))
             row.remove();
     }
-    let next = null;
-    for (const row of wanted.reverse()) {
-        if (row.parentNode !== body || row.nextSibling !== next)
-            body.insertBefore(row, next);
-        next = row;
-    }
+    above.style.height = `${first * height}px`;
+    under.style.height = `${(sorted.length - last) * height}px`;
     settabstops(state);
     if (hadFocus && !body.contains(document.activeElement))
-        frame.focus({preventScroll: true});
-}
-
-function space(height) {
-    const row = element('tr', {class: 'space', 'aria-hidden': 'true'});
-    row.style.height = `${height}px`;
-    return row;
+        (cellof(state) ?? frame).focus({preventScroll: true});
 }
 
 function makerow(state, i) {
@@ -154,13 +147,18 @@ function focusable(cell) {
     return cell.querySelector('a') ?? cell;
 }
 
+// Returns the element that the keyboard is at; undefined when its row is not in the document.
+function cellof({drawn, row, column}) {
+    return drawn.has(row) ? focusable(drawn.get(row).cells[column]) : undefined;
+}
+
 // The Tab key stops at one cell.
-function settabstops({body, drawn, row, column}) {
-    for (const stop of body.querySelectorAll('[tabindex="0"]'))
+function settabstops(state) {
+    for (const stop of state.body.querySelectorAll('[tabindex="0"]'))
         stop.setAttribute('tabindex', -1);
-    const at = drawn.get(row) ?? drawn.values().next().value;
-    if (at !== undefined)
-        focusable(at.cells[column]).setAttribute('tabindex', 0);
+    const [first] = state.drawn.values();
+    const stop = cellof(state) ?? first?.querySelector('[tabindex]');
+    stop?.setAttribute('tabindex', 0);
 }
 
 // Returns whether the key means something to the table.
@@ -192,7 +190,7 @@ function focus(state, row, column) {
     state.row = row;
     state.column = column;
     draw(state);
-    focusable(state.drawn.get(row).cells[column]).focus({preventScroll: true});
+    cellof(state).focus({preventScroll: true});
 }
 
 function print(state, printing) {
@@ -204,7 +202,7 @@ function print(state, printing) {
         return;
     }
     place(state, 0, count);
-    state.body.lastChild.style.height = '0';
+    state.under.style.height = '0';
 }
 
 function printall(printing) {
