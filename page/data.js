@@ -108,7 +108,9 @@ export function linksof(graph, kind, number) {
 function beginwalk(graph) {
     const count = graph.objects.length;
     return {
-        marks: new Uint8Array(count),
+        marks: new Uint8Array(count), // 1: listed
+        stack: new Int32Array(count), // objects that are being followed
+        next: new Int32Array(count),  // their next references
         objects: new Int32Array(count),
         levels: new Int32Array(count),
         causes: new Int32Array(count),
@@ -129,22 +131,26 @@ function follow(graph, walk, object, symbol, level) {
     if (walk.marks[object] !== 0)
         return;
     list(walk, object, symbol, level);
-    const next = [graph.refFirst[object]];
-    const end = [graph.refFirst[object + 1]];
-    while (next.length > 0) {
-        const top = next.length - 1;
-        while (next[top] < end[top] && walk.marks[graph.refTarget[next[top]]] !== 0)
-            ++next[top];
-        if (next[top] === end[top]) {
-            next.pop();
-            end.pop();
+    const {refFirst, refTarget, refSymbol} = graph;
+    const {marks, stack} = walk;
+    let depth = 1;
+    stack[0] = object;
+    walk.next[object] = refFirst[object];
+    while (depth > 0) {
+        const from = stack[depth - 1];
+        const end = refFirst[from + 1];
+        let next = walk.next[from];
+        while (next < end && marks[refTarget[next]] !== 0)
+            ++next;
+        if (next === end) {
+            --depth;
             continue;
         }
-        const reference = next[top]++;
-        const target = graph.refTarget[reference];
-        list(walk, target, graph.refSymbol[reference], level + next.length);
-        next.push(graph.refFirst[target]);
-        end.push(graph.refFirst[target + 1]);
+        walk.next[from] = next + 1;
+        const target = refTarget[next];
+        list(walk, target, refSymbol[next], level + depth);
+        walk.next[target] = refFirst[target];
+        stack[depth++] = target;
     }
 }
 

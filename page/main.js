@@ -60,7 +60,7 @@ function show(first) {
     const address = parseaddress(location.hash);
     const view = makeview(address);
     results = address.kind === 'search' ? view : null;
-    const heading = element('h1', {tabindex: -1}, view.title);
+    const heading = element('h1', {tabindex: -1, class: view.kind === undefined ? null : 'name'}, view.title);
     main.replaceChildren(
         element('div', {class: 'heading'}, heading,
             view.kind === undefined ? null : element('span', {class: 'kind'}, view.kind)),

@@ -1,6 +1,6 @@
 // LINKS IN as a tree that folds: one row for each linked object.
 import {addressof} from './address.js';
-import {bytes, element, number, virtuallist} from './dom.js';
+import {element, number, virtuallist} from './dom.js';
 
 const MAXINDENT = 16; // levels; deeper rows have their level as a number
 
@@ -43,22 +43,28 @@ export function linktree(graph, linked, onselect) {
         return low;
     };
 
-    const fold = (position, value) => {
-        if (!isparent(position) || closed[position] === value)
-            return;
-        closed[position] = value;
+    // Makes the position's row, or the folded one above it, the active one.
+    const redraw = position => {
         const hadFocus = rows.element.contains(document.activeElement);
         showvisible();
         if (hadFocus)
             rows.focus(rowof(position));
+        else
+            rows.show(rowof(position));
+    };
+
+    const fold = (position, value) => {
+        if (!isparent(position) || closed[position] === value)
+            return;
+        closed[position] = value;
+        redraw(position);
     };
     const toggle = position => fold(position, 1 - closed[position]);
 
     const foldall = value => {
         for (let i = 0; i < count; ++i)
             closed[i] = value !== 0 && linked.parents[i] >= 0 && isparent(i) ? 1 : 0;
-        showvisible();
-        rows.show(rowof(Math.max(selected, 0)));
+        redraw(Math.max(selected, 0));
     };
 
     const mark = position => {
@@ -102,7 +108,7 @@ export function linktree(graph, linked, onselect) {
         element('button', {type: 'button', click: () => foldall(0)}, 'Unfold all'),
         element('button', {type: 'button', click: () => foldall(1)}, 'Fold all'));
     return {
-        element: element('div', {class: 'tree'}, buttons, treehead(), rows.element),
+        element: element('div', {class: graph.libraries.length === 0 ? 'tree nolibraries' : 'tree'}, buttons, treehead(), rows.element),
         select(object) {
             const position = positions.get(object);
             if (position === undefined || position === selected)
@@ -110,8 +116,7 @@ export function linktree(graph, linked, onselect) {
             for (let above = linked.parents[position]; above >= 0; above = linked.parents[above])
                 closed[above] = 0;
             selected = position;
-            showvisible();
-            rows.show(rowof(position));
+            redraw(position);
         },
     };
 }
@@ -132,7 +137,7 @@ function treehead() {
         element('span', {class: 'name'}, 'object [symbol that links it in]'),
         element('span', {class: 'library'}, 'library'),
         element('span', {class: 'own'}, 'bytes'),
-        element('span', {class: 'below'}, 'with those below'));
+        element('span', {class: 'below'}, 'with below'));
 }
 
 function treerow(graph, linked, position, {place, size, expanded, selected, fold}) {
@@ -143,23 +148,22 @@ function treerow(graph, linked, position, {place, size, expanded, selected, fold
     const libraryName = graph.libraries[library] ?? '';
     const own = graph.size(object);
     const below = linked.below[position];
-    const link = (kind, value, text, title) =>
-        element('a', {href: addressof(graph, kind, value), tabindex: -1, title}, text);
-    const label = [name, libraryName, bytes(own), `with those below ${bytes(below)}`,
-                   `linked in by ${graph.symbols[cause]}`].filter(text => text !== '').join(', ');
+    const link = (kind, thing, text) =>
+        element('a', {href: addressof(graph, kind, thing), tabindex: -1, title: text}, text);
+    const unseen = text => element('span', {class: 'unseen'}, text);
     const first = element('span', {class: 'name'},
         element('span', {class: 'twisty', 'aria-hidden': 'true', click: fold},
             expanded === null ? '' : expanded ? '▾' : '▸'),
         level > MAXINDENT ? element('span', {class: 'level'}, `${level}:`) : null,
-        link('object', object, name, name),
-        element('span', {class: 'cause'}, ' [', link('symbol', cause, graph.symbols[cause], graph.symbols[cause]), ']'));
+        link('object', object, name),
+        element('span', {class: 'cause'}, unseen(' linked in by'), ' [', link('symbol', cause, graph.symbols[cause]), ']'));
     first.style.paddingInlineStart = `calc(${Math.min(level, MAXINDENT)} * var(--step))`;
     return element('div', {
-        class: 'row treerow', role: 'treeitem', tabindex: -1, 'data-position': position, 'aria-label': label,
+        class: 'row treerow', role: 'treeitem', tabindex: -1, 'data-position': position,
         'aria-level': level + 1, 'aria-setsize': size, 'aria-posinset': place,
         'aria-expanded': expanded === null ? null : String(expanded), 'aria-selected': String(selected),
     }, first,
     element('span', {class: 'library', title: libraryName}, libraryName),
-    element('span', {class: 'own'}, number(own)),
-    element('span', {class: 'below'}, number(below)));
+    element('span', {class: 'own'}, number(own), unseen(' bytes,')),
+    element('span', {class: 'below'}, number(below), unseen(' bytes with those below')));
 }

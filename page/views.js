@@ -2,7 +2,7 @@
 // and, where the program has a report, report(), its text.
 import {addressof, whyaddress} from './address.js';
 import {linksof} from './data.js';
-import {bytesinwords, counted, element, number, rounded, virtuallist} from './dom.js';
+import {bytes, bytesinwords, counted, element, number, rounded, virtuallist} from './dom.js';
 import {icicle} from './icicle.js';
 import {calledname, datetext, definername, objectreport, symbolreport} from './report.js';
 import {search} from './search.js';
@@ -39,7 +39,7 @@ function note(text) {
 // The object's library and bytes.
 function objectnote(graph, object) {
     const library = graph.libraries[graph.objects[object].library];
-    return note([library, number(graph.size(object))].filter(text => text !== undefined).join(', '));
+    return note([library, bytes(graph.size(object))].filter(text => text !== undefined).join(', '));
 }
 
 function objectlist(graph, label, objects) {
@@ -132,7 +132,7 @@ function linksection(graph, linked, name, total) {
         return section('LINKS IN', element('p', {}, 'Nothing.'));
     const libraries = new Set(Array.from(linked.objects, object => graph.objects[object].library));
     libraries.delete(undefined);
-    const chosen = element('p', {class: 'chosen'});
+    const chosen = element('span', {class: 'chosen'});
     const choose = (object, other) => {
         other.select(object);
         chosen.replaceChildren(...question(graph, name, object, linked.objects[0]));
@@ -142,8 +142,8 @@ function linksection(graph, linked, name, total) {
     return section('LINKS IN',
         element('p', {class: 'total'}, total, element('strong', {}, bytesinwords(linked.total)), ' in ',
             counted(linked.objects.length, 'object'),
-            libraries.size === 0 ? '' : ` of ${counted(libraries.size, 'library', 'libraries')}`),
-        element('div', {class: 'links'}, tree.element, picture.element), chosen);
+            libraries.size === 0 ? '' : ` of ${counted(libraries.size, 'library', 'libraries')}`, chosen),
+        element('div', {class: 'links'}, tree.element, picture.element));
 }
 
 // Returns the link to the reason for an object in the closure of `from`.
