@@ -12,8 +12,8 @@ const PATTERNS = {
 };
 const LEGEND = 24;
 
-// Returns for each library its fill: {colour, pattern}, a class and a paint. The twelve libraries of
-// most bytes have no pattern (null). The last entry is that of objects in no library.
+// Returns for each library its fill: {colour, pattern, rank}, a class, a paint and the place in the
+// order of the bytes. The twelve libraries of most bytes have no pattern (null). The last entry is that of objects in no library.
 export function libraryfills(graph) {
     const bytes = graph.libraries.map(() => 0);
     for (const {library, size} of graph.objects) {
@@ -26,11 +26,11 @@ export function libraryfills(graph) {
     order.forEach((library, rank) => {
         const layer = Math.floor(rank / COLOURS) - 1;
         const pattern = layer < 0 ? null : `url(#pattern-${names[layer % names.length]})`;
-        fills[library] = {colour: `fill-${rank % COLOURS + 1}`, pattern};
+        fills[library] = {colour: `fill-${rank % COLOURS + 1}`, pattern, rank};
     });
     if (order.length > COLOURS)
         definepatterns();
-    fills.push({colour: 'fill-none', pattern: null});
+    fills.push({colour: 'fill-none', pattern: null, rank: order.length});
     return fills;
 }
 
@@ -63,10 +63,11 @@ export function legend(graph, fills, objects) {
     const used = new Set(Array.from(objects, object => graph.objects[object].library ?? none));
     if (used.size < 2)
         return null;
-    const samples = [...used].slice(0, LEGEND).map(library => element('li', {},
+    const order = [...used].sort((a, b) => fills[a].rank - fills[b].rank);
+    const samples = order.slice(0, LEGEND).map(library => element('li', {},
         svg('svg', {class: `sample ${fills[library].colour}`, 'aria-hidden': 'true'},
             fillrects(fills[library], {width: 16, height: 16})),
         graph.libraries[library] ?? 'no library'));
-    const more = used.size > LEGEND ? element('li', {}, `and ${used.size - LEGEND} more`) : null;
+    const more = order.length > LEGEND ? element('li', {}, `and ${order.length - LEGEND} more`) : null;
     return element('ul', {class: 'legend', 'aria-label': 'Colours'}, samples, more);
 }

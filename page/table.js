@@ -23,11 +23,12 @@ export function table({label, columns, rows, sort = 0, descending = true}) {
                 element('span', {class: 'sort-mark', 'aria-hidden': 'true'}))));
     const grid = element('table', {role: 'grid', 'aria-label': label, 'aria-colcount': columns.length},
         element('thead', {}, element('tr', {'aria-rowindex': 1}, heads)), body);
+    grid.style.setProperty('--least', `${columns.reduce((sum, {text}) => sum + (text ? 11 : 8), 0)}rem`);
     const frame = element('div', {class: 'table-view', tabindex: -1}, grid);
     const more = element('p', {class: 'table-more'});
     const state = {
         columns, grid, above, under, body, frame, heads, more, sort, descending, rows,
-        drawn: new Map(), height: 0, row: 0, column: 0,
+        drawn: new Map(), height: 0, row: 0, column: 0, printing: false,
     };
     listen(state);
     sortrows(state);
@@ -88,7 +89,7 @@ function sortrows(state) {
 
 function draw(state) {
     const {frame, grid, sorted} = state;
-    if (frame.clientHeight === 0)
+    if (frame.clientHeight === 0 || state.printing)
         return;
     if (state.height === 0 && sorted.length > 0) {
         place(state, 0, 1);
@@ -196,6 +197,7 @@ function focus(state, row, column) {
 function print(state, printing) {
     const count = Math.min(PRINTED, state.sorted.length);
     const more = state.sorted.length - count;
+    state.printing = printing;
     state.more.textContent = printing && more > 0 ? `and ${number(more)} more rows` : '';
     if (!printing) {
         draw(state);
