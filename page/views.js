@@ -115,7 +115,7 @@ function symbollist(graph, label, symbols, more) {
     ]).element;
 }
 
-// Only these kinds of addresses are followed; a path never changes the prefix.
+// The path is one of a foreign object: it is encoded, and only these schemes may be before it.
 function sourcelink(graph, source) {
     const path = source.split('@')[0];
     if (graph.sourcePrefix === undefined || !/^(https?|file):/i.test(graph.sourcePrefix))
