@@ -40,7 +40,7 @@ function definepatterns() {
         return;
     const definitions = Object.entries(PATTERNS).map(([name, path]) => svg('pattern', {
         id: `pattern-${name}`, width: 8, height: 8, patternUnits: 'userSpaceOnUse',
-    }, svg('path', {class: 'pattern-line', d: path})));
+    }, svg('path', {class: 'pattern-edge', d: path}), svg('path', {class: 'pattern-line', d: path})));
     document.body.append(svg('svg', {class: 'patterns', 'aria-hidden': 'true'},
                              svg('defs', {}, definitions)));
 }

@@ -60,7 +60,7 @@ function totals(builds, all) {
 function changetable(label, rows) {
     const cells = values => values.map(value => element('td', {class: 'number'}, value));
     return element('div', {class: 'table'}, element('table', {class: 'totals', 'aria-label': label},
-        element('thead', {}, element('tr', {}, element('td', {class: 'text'}), ['Old', 'New', 'Difference'].map(title =>
+        element('thead', {}, element('tr', {}, element('td', {class: 'text'}), ['Old', 'New', 'Change'].map(title =>
             element('th', {scope: 'col', class: 'number'}, title)))),
         element('tbody', {}, rows.map(([title, before, after]) => element('tr', {},
             element('th', {scope: 'row', class: 'text'}, title),

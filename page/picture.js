@@ -27,7 +27,7 @@ export function makepicture(source, active) {
         element: element('figure', {class: 'picture'}, view, line,
                          element('p', {class: 'picture-help'}, source.help)),
         source, tree, view, line, active, hovered: null, selected: null,
-        cells: [], groups: [], name: `picture-${++pictures}`,
+        cells: [], groups: new Map(), name: `picture-${++pictures}`,
     };
     frames.set(frame.element, frame);
     listen(frame);
@@ -80,8 +80,10 @@ function nodeat(frame, event) {
 function hover(frame, node) {
     if (node === frame.hovered)
         return;
+    frame.groups.get(frame.hovered)?.classList.remove('cell-hovered');
+    frame.groups.get(node)?.classList.add('cell-hovered');
     frame.hovered = node;
-    markcells(frame);
+    showline(frame);
 }
 
 // Makes the node the one of the keyboard and scrolls to it.
@@ -91,11 +93,10 @@ export function activate(frame, node) {
     frame.hovered = null;
     drawpicture(frame);
     const {y, height} = frame.source.place(node);
-    if (y < view.scrollTop)
-        view.scrollTop = y;
-    else if (y + height > view.scrollTop + view.clientHeight)
-        view.scrollTop = y + height - view.clientHeight;
-    drawpicture(frame);
+    const {scrollTop, clientHeight} = view;
+    view.scrollTop = Math.max(Math.min(scrollTop, y), y + height - clientHeight);
+    if (view.scrollTop !== scrollTop)
+        drawpicture(frame);
 }
 
 // Draws the cells of the visible part, or all of them.
@@ -110,8 +111,8 @@ export function drawpicture(frame, all = false) {
     tree.setAttribute('height', height);
     frame.cells = all ? source.cells(0, height)
                       : source.cells(view.scrollTop, view.scrollTop + view.clientHeight);
-    frame.groups = frame.cells.map((cell, i) => drawcell(frame, cell, i, letter));
-    tree.replaceChildren(...frame.groups);
+    frame.groups = new Map(frame.cells.map((cell, i) => [cell.node, drawcell(frame, cell, i, letter)]));
+    tree.replaceChildren(...frame.groups.values());
     markcells(frame);
 }
 
@@ -133,7 +134,7 @@ function drawcell(frame, cell, i, letter) {
         class: `cell ${fill.colour}${cell.outer ? ' cell-outer' : ''}${cell.ground ? ' cell-ground' : ''}`,
         role: 'treeitem',
         id: `${frame.name}-${cell.node.number}`, 'data-cell': i, 'aria-level': cell.level,
-        'aria-label': name,
+        'aria-label': name, 'aria-selected': 'false',
     }, fillrects(cell.ground ? {...fill, pattern: null} : fill, {x, y, width, height}));
     if (width >= 3 * letter.width + 8 && height >= letter.height * 1.2) {
         const middle = Math.min(height, letter.height * 1.8) / 2;
@@ -145,19 +146,22 @@ function drawcell(frame, cell, i, letter) {
 }
 
 function markcells(frame) {
-    frame.tree.removeAttribute('aria-activedescendant');
-    frame.cells.forEach(({node}, i) => {
-        const group = frame.groups[i];
-        group.classList.toggle('cell-hovered', node === frame.hovered);
-        group.classList.toggle('cell-active', node === frame.active);
-        group.classList.toggle('cell-selected', node === frame.selected);
-        group.setAttribute('aria-selected', node === frame.selected);
-        if (node === frame.active)
-            frame.tree.setAttribute('aria-activedescendant', group.id);
-    });
-    const text = frame.source.describe(frame.hovered ?? frame.active);
-    if (frame.line.textContent !== text)
-        frame.line.textContent = text;
+    const {tree, groups, hovered, active, selected} = frame;
+    groups.get(hovered)?.classList.add('cell-hovered');
+    groups.get(selected)?.classList.add('cell-selected');
+    groups.get(selected)?.setAttribute('aria-selected', 'true');
+    groups.get(active)?.classList.add('cell-active');
+    if (groups.has(active))
+        tree.setAttribute('aria-activedescendant', groups.get(active).id);
+    else
+        tree.removeAttribute('aria-activedescendant');
+    showline(frame);
+}
+
+function showline({line, source, hovered, active}) {
+    const text = source.describe(hovered ?? active);
+    if (line.textContent !== text)
+        line.textContent = text;
 }
 
 // "31.2 %"

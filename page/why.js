@@ -42,7 +42,7 @@ function answer(graph, from, to) {
         return [element('p', {}, thing(graph, start), ' does not link in ', ...place(graph, target), '.')];
     }
     return [
-        element('section', {}, element('h2', {}, 'SHORTEST CHAIN'), chainlist(graph, start, chain),
+        element('section', {}, element('h2', {}, 'SHORTEST CHAIN'), chainlist(graph, chain, end),
             element('p', {class: 'note'}, 'The tree in LINKS IN may show a longer chain: ' +
                                           'an object is there where it is linked in first.')),
         ...reasons(graph, start, target),
@@ -77,11 +77,13 @@ function place(graph, object) {
             element('span', {class: 'note'}, ` ${library === undefined ? '' : `${graph.libraries[library]}, `}${size}`)];
 }
 
-function chainlist(graph, start, chain) {
+function chainlist(graph, chain, end) {
+    const isOther = end.kind === 'symbol' && chain.at(-1)[1] !== end.number;
     return element('ol', {class: 'chain'}, chain.map(([object, symbol], i) => element('li', {},
         i > 0 ? [link(graph, 'object', chain[i - 1][0]), ' refers to '] : null,
         symbol >= 0 ? [link(graph, 'symbol', symbol), i > 0 ? ', defined in ' : ' is defined in '] : null,
-        ...place(graph, object))));
+        ...place(graph, object),
+        isOther && i === chain.length - 1 ? [', which defines ', thing(graph, end)] : null)));
 }
 
 // All references that keep the target linked in.
