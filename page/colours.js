@@ -13,7 +13,8 @@ const PATTERNS = {
 const LEGEND = 24;
 
 // Returns for each library its fill: {colour, pattern, rank}, a class, a paint and the place in the
-// order of the bytes. The twelve libraries of most bytes have no pattern (null). The last entry is that of objects in no library.
+// order of the bytes. The twelve libraries of most bytes have no pattern (null). The last entry is
+// that of objects in no library.
 export function libraryfills(graph) {
     const bytes = graph.libraries.map(() => 0);
     for (const {library, size} of graph.objects) {

@@ -148,8 +148,8 @@ function librarychanges(builds) {
 // The field for a symbol and the difference of all that it links in.
 function symbolchange(builds, name) {
     const find = text => {
-        const names = new Set(builds.flatMap(({graph}) => suggestions(graph, text, ['symbol'])).map(found => found.name));
-        return [...names].map(found => ({name: found, kind: 'symbol'}));
+        const found = builds.flatMap(({graph}) => suggestions(graph, text, ['symbol']));
+        return [...new Map(found.map(symbol => [symbol.name, symbol])).values()];
     };
     const field = suggestfield('Symbol', name, find, () => form.requestSubmit());
     const form = element('form', {class: 'question', submit: event => {

@@ -71,10 +71,10 @@ function thing(graph, {kind, number}) {
 
 // The object with its library and bytes.
 function place(graph, object) {
-    const {library} = graph.objects[object];
+    const library = graph.libraries[graph.objects[object].library];
     const size = bytesinwords(graph.size(object));
     return [link(graph, 'object', object),
-            element('span', {class: 'note'}, ` ${library === undefined ? '' : `${graph.libraries[library]}, `}${size}`)];
+            element('span', {class: 'note'}, ` ${library === undefined ? size : `${library}, ${size}`}`)];
 }
 
 function chainlist(graph, chain, end) {
