@@ -31,8 +31,10 @@ function encode(name) {
 
 // Returns the address of a thing; `kind` is symbol, object, library or source, which is an object's.
 export function addressof(graph, kind, number) {
-    if (kind === 'symbol')
-        return `#symbol=${encode(graph.symbols[number])}${nth(namesakes(graph, 'symbol', graph.symbols[number]), number)}`;
+    if (kind === 'symbol') {
+        const name = graph.symbols[number];
+        return `#symbol=${encode(name)}${nth(namesakes(graph, 'symbol', name), number)}`;
+    }
     if (kind === 'library')
         return `#library=${encode(graph.libraries[number])}`;
     const {name, library} = graph.objects[number];

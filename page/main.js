@@ -2,12 +2,13 @@
 import {decode, findthing, parseaddress, searchaddress} from './address.js';
 import {compare} from './compare.js';
 import {makegraph} from './data.js';
-import {element, number, watchprint} from './dom.js';
+import {element, number} from './dom.js';
 import {overview} from './overview.js';
 import {makeindex} from './search.js';
 import {
     librariesview, libraryview, objectsview, objectview, searchview, symbolsview, symbolview,
 } from './views.js';
+import {watchprint} from './virtual.js';
 import {why} from './why.js';
 
 const main = document.getElementById('main');
@@ -15,8 +16,7 @@ const field = document.getElementById('text');
 const status = document.getElementById('status');
 const graph = makegraph(readdata('data'));
 const old = document.getElementById('old') === null ? null : makegraph(readdata('old'));
-let index = null;      // of the search, made when first needed
-let results = null;    // the search view when it is shown
+let results = null; // the search view when it is shown
 let reportOpen = false;
 
 function readdata(id) {
@@ -34,10 +34,8 @@ function makeview(address) {
     }
     if (kind in lists)
         return lists[kind](graph);
-    if (kind === 'search') {
-        index ??= makeindex(graph);
-        return searchview(graph, index, name, resultkey);
-    }
+    if (kind === 'search')
+        return searchview(graph, name, resultkey);
     if (kind === 'why')
         return why(graph, ...questionnames());
     if (kind === 'compare' && old !== null)
@@ -219,4 +217,4 @@ fillnavigation();
 window.addEventListener('hashchange', () => show(false));
 show(true);
 // After the first painting, so that the first letter does not wait for it.
-setTimeout(() => index ??= makeindex(graph));
+setTimeout(() => makeindex(graph));

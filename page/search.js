@@ -2,8 +2,16 @@
 
 export const kinds = ['symbol', 'object', 'library', 'source'];
 
-// Makes an index of all names. Shorter names come first.
+const indexes = new WeakMap(); // graph -> index
+
+// Returns the index of all names, which is made once. Shorter names come first.
 export function makeindex(graph) {
+    if (!indexes.has(graph))
+        indexes.set(graph, newindex(graph));
+    return indexes.get(graph);
+}
+
+function newindex(graph) {
     const names = [];
     const things = []; // kind and number in one
     const add = (kind, number, name) => {

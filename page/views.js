@@ -2,11 +2,13 @@
 // and, where the program has a report, report(), its text.
 import {addressof, whyaddress} from './address.js';
 import {linksof} from './data.js';
-import {bytes, bytesinwords, counted, element, number, rounded, virtuallist} from './dom.js';
+import {bytes, bytesinwords, counted, element, number} from './dom.js';
 import {icicle} from './icicle.js';
 import {calledname, datetext, definername, objectreport, symbolreport} from './report.js';
-import {search} from './search.js';
+import {makeindex, search} from './search.js';
+import {thingname} from './suggest.js';
 import {linktree} from './tree.js';
+import {virtuallist} from './virtual.js';
 
 const MAXFOUND = 200;
 
@@ -96,7 +98,7 @@ export function objectview(graph, object) {
         element: element('div', {},
             element('dl', {class: 'facts'}, facts.map(([term, value]) =>
                 element('div', {}, element('dt', {}, term), element('dd', {}, value)))),
-            linksection(graph, linked, name, 'Links in '),
+            linksection(graph, linked, thingname(graph, 'object', object), 'Links in '),
             element('div', {class: 'pair'},
                 section('DEFINES', symbollist(graph, 'DEFINES', defines.map(([symbol]) => symbol), index => {
                     const [, type, scope, size] = defines[index];
@@ -151,7 +153,8 @@ function question(graph, from, object, first) {
     if (object === first)
         return [];
     const {name} = graph.objects[object];
-    return [element('a', {href: whyaddress(from, name)}, `Why is ${name} linked in?`)];
+    const address = whyaddress(from, thingname(graph, 'object', object));
+    return [element('a', {href: address}, `Why is ${name} linked in?`)];
 }
 
 export function libraryview(graph, library) {
@@ -213,8 +216,8 @@ export function librariesview(graph) {
 
 // The results of a search. `key` handles the keys of the rows. `first` is the address of the first
 // result, null without one; focus() goes to it; `summary` is the line for the status.
-export function searchview(graph, index, text, key) {
-    const {found, more} = search(index, text, MAXFOUND);
+export function searchview(graph, text, key) {
+    const {found, more} = search(makeindex(graph), text, MAXFOUND);
     const rows = rowlist('Results', found.length, i => {
         const {kind, number: thing, name} = found[i];
         const title = kind === 'symbol' ? calledname(graph, thing) : name;

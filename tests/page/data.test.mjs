@@ -60,7 +60,9 @@ test('a chain of any length needs no recursion', () => {
     const numbers = Array.from({length: count}, (_, i) => i);
     const graph = makegraph({
         symbols: numbers.map(String), libraries: [],
-        objects: numbers.map(i => ({name: `${i}`, size: 2 ** 31 - 1, defines: [[i]], refers: [i + 1].filter(n => n < count)})),
+        objects: numbers.map(i => ({
+            name: `${i}`, size: 2 ** 31 - 1, defines: [[i]], refers: [i + 1].filter(n => n < count),
+        })),
     });
     const linked = closure(graph, 0);
     assert.equal(linked.levels.at(-1), count - 1);
@@ -79,7 +81,8 @@ test('sums of all objects are those of their closures', async () => {
 
 test('the chain is the shortest; keepers are all references', () => {
     const graph = graphof('a:bd b:c c:d d:e e:d');
-    const letters = pairs => pairs.map(([object, symbol]) => graph.objects[object].name + graph.symbols[symbol]).join(' ');
+    const letters = pairs => pairs.map(([object, symbol]) =>
+        graph.objects[object].name + graph.symbols[symbol]).join(' ');
     assert.equal(letters(path(graph, 0, 4, 0)), 'aa dd ee');
     assert.equal(path(graph, 4, 0), null);
     assert.deepEqual(path(graph, 2, 2, 2), [[2, 2]]);
