@@ -31,7 +31,7 @@ export function libraryfills(graph) {
     });
     if (order.length > COLOURS)
         definepatterns();
-    fills.push({colour: 'fill-none', pattern: null, rank: order.length});
+    fills.push({colour: order.length > 0 ? 'fill-none' : 'fill-1', pattern: null, rank: order.length});
     return fills;
 }
 

@@ -13,6 +13,7 @@ const SLICE = 12; // milliseconds
 export function overview(graph) {
     const objects = [...graph.objects.keys()];
     const total = objects.reduce((sum, object) => sum + graph.size(object), 0);
+    const hasLibraries = graph.libraries.length > 0;
     const places = addobjects(graph);
     const most = element('ol', {class: 'most'}, element('li', {class: 'waits'}, 'Adding up…'));
     const sums = {below: null, linkers: null, users: null}; // arrays when they are known
@@ -21,17 +22,17 @@ export function overview(graph) {
     const view = element('div', {},
         element('p', {class: 'total'}, element('strong', {}, bytesinwords(total)), ' in ',
                 counted(graph.objects.length, 'object'),
-                ` of ${counted(graph.libraries.length, 'library', 'libraries')}, `,
+                hasLibraries ? ` of ${counted(graph.libraries.length, 'library', 'libraries')}` : '', ', ',
                 counted(graph.symbols.length, 'symbol')),
         total === 0 ? null : treemap(graph, object => {
             location.hash = addressof(graph, 'object', object);
         }).element,
         element('div', {class: 'pair'},
-            section(`BIGGEST OBJECTS`, biggest(graph, objects, total)),
-            section(`SYMBOLS THAT LINK IN MOST`, most)),
+            section('BIGGEST OBJECTS', biggest(graph, objects, total)),
+            section('SYMBOLS THAT LINK IN MOST', most)),
         section('UNDEFINED', ...undefinedsymbols(graph)),
         section('OBJECTS', objecttable.element),
-        section('LIBRARIES', librarytable.element));
+        hasLibraries ? section('LIBRARIES', librarytable.element) : null);
     closureTotals(graph).then(below => {
         sums.below = below;
         most.replaceChildren(...linkmost(graph, below));
