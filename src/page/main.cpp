@@ -40,7 +40,7 @@ bool unreadable(const char *path) {
 
 // Sets the text to the names of the paths, for a title. False when memory runs out.
 bool joinnames(GROWTEXT *names, const char *const *paths, int count) {
-    bool whole = true;
+    bool whole = growset(names, "");
     for (int i = 0; i < count && whole; ++i)
         whole = growappend(names, i > 0 ? ", " : "") && growappend(names, filepart(paths[i]));
     return whole || outofmemory();

@@ -63,8 +63,8 @@ void putjson(OUTPUT *out, std::string_view text) {
     putescaped(out, text, isplain, [&](char c) {
         constexpr char digits[] = "0123456789abcdef";
         const char code[] = {'\\', 'u', '0', '0', digits[c >> 4], digits[c & 15]};
-        const char pair[] = {'\\', c};
-        if (c == '"' || c == '\\')
+        const char pair[] = {'\\', c == '\n' ? 'n' : c};
+        if (c == '"' || c == '\\' || c == '\n')
             puttext(out, pair, sizeof pair);
         else
             puttext(out, code, sizeof code);
