@@ -27,7 +27,7 @@ export function objectreport(graph, object) {
     const where = library === undefined ? '' : `${graph.libraries[library]}, `;
     const lines = ['', 'FILE', `    ${name} (${where}${graph.size(object)} bytes)${' '.repeat(32)}`];
     if (source !== undefined)
-        lines.push(`    ${source} ${date === undefined ? '' : `(${datetext(date)})`}`);
+        lines.push(`    ${source} ${date === undefined ? '' : `(${datetext(date).replace(', ', ',')})`}`);
     lines.push('', 'DEFINES', ...defines.map(([symbol, , , size]) =>
         `    ${calledname(graph, symbol)}${size ? ` [${size}]` : ''}`));
     lines.push('', 'REFERS TO', ...refers.map(symbol =>
