@@ -33,11 +33,10 @@ export function linktree(graph, linked, onselect) {
     updaterows(state);
     const button = (text, folded) => element('button', {type: 'button', click: () => foldall(state, folded)}, text);
     const kind = graph.libraries.length === 0 ? 'tree nolibraries' : 'tree';
-    return {
-        element: element('div', {class: kind},
-            element('p', {class: 'buttons'}, button('Unfold all', 0), button('Fold all', 1)), state.rows.element),
-        select: object => select(state, object),
-    };
+    const tree = element('div', {class: kind},
+        element('p', {class: 'buttons'}, button('Unfold all', 0), button('Fold all', 1)), state.rows.element);
+    tree.style.setProperty('--digits', `${number(linked.total).length}ch`);
+    return {element: tree, select: object => select(state, object)};
 }
 
 // Returns each position's place among those with the same parent, and their number.
