@@ -131,7 +131,7 @@ function marknavigation(kind) {
 // The first letter makes an entry of the history, the following ones change it.
 function type() {
     if (field.value === '')
-        return;
+        return leaveresults();
     if (results === null)
         history.pushState({searching: true}, '', searchaddress(field.value));
     else
@@ -139,12 +139,16 @@ function type() {
     show(false);
 }
 
-// Returns to the view before the search.
-function leavesearch() {
+// Goes back to the view before the results.
+function leaveresults() {
     if (results !== null && history.state?.searching)
         history.back();
     else if (results !== null)
         location.hash = '#all';
+}
+
+function leavesearch() {
+    leaveresults();
     field.blur();
 }
 
