@@ -81,8 +81,9 @@ function windowheight({frame, body}) {
 }
 
 // Returns how many pixels of the rows are one pixel of the list; more than 1 for very long lists.
-function scaleof({count, height}) {
-    return Math.max(1, count * height / MAXHEIGHT);
+function scaleof(state) {
+    const window = windowheight(state);
+    return Math.max(1, (state.count * state.height - window) / (MAXHEIGHT - window));
 }
 
 // Returns the number of rows above the window.
@@ -156,11 +157,11 @@ function update(state, count) {
 function show(state, index) {
     const {frame, height, count} = state;
     state.active = Math.max(0, Math.min(index, count - 1));
-    const top = state.active * height / scaleof(state);
-    if (top < frame.scrollTop)
-        frame.scrollTop = top;
-    else if (top + height > frame.scrollTop + windowheight(state))
-        frame.scrollTop = top + height - windowheight(state);
+    const least = (state.active + 1) * height - windowheight(state); // to show the row's end
+    const most = state.active * height;
+    const scrolled = position(state) * height;
+    if (scrolled > most || scrolled < least)
+        frame.scrollTop = (scrolled > most ? most : least) / scaleof(state);
     draw(state);
 }
 
