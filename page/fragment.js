@@ -1,5 +1,5 @@
-// The HTML reports of "tolvik -html" as a page. Their names are not escaped, so that a report is not
-// read as HTML: all but the few forms that a report has is text.
+// Shows reports of "tolvik -html". Names in them are not escaped, so they are not parsed as HTML: only
+// the few forms that tolvik writes are recognised, all else is text.
 
 import { element } from './dom.js';
 
@@ -17,7 +17,8 @@ export function splitreport(text) {
     return parts.filter((part) => part.title !== '' || part.text !== '');
 }
 
-// Returns the address of a source, resolved against that of the page; null when it is none of a file.
+// Returns the address of a source, resolved against that of the page; null unless its scheme is
+// http:, https: or file:.
 export function sourceaddress(path, base) {
     try {
         const address = new URL(path, base);

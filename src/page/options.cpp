@@ -27,8 +27,8 @@ Writes the symbol files, as one store, to standard output: a page for a browser.
   --fragment           a page of reports that "tolvik -html" wrote
   --help, --version    show this text, or the version
 
---symbols, --files and --compare may be repeated. The options "--symbols" and
-"--files" together keep what either selects.
+--symbols, --files and --compare may be repeated. --symbols and --files together
+show the objects that either selects.
 )";
 
 enum OPTION { TITLE, PREFIX, UNDER, SYMBOLS, FILES, COMPARE, JSON, FRAGMENT, HELP, VERSION };

@@ -56,7 +56,7 @@ bool numberlibraries(PAGEDATA *data) {
     return whole;
 }
 
-// Writes the member of an object before its value. `before` is what separates it from the last one.
+// Writes `before` and the key of a member.
 void putkey(OUTPUT *out, const char *before, const char *key) {
     puttexts(out, before, "\"", key, "\":");
 }

@@ -4,8 +4,8 @@
 #include "mem/hash.h"
 #include "report/output.h"
 
-// Patterns of src/wild, with `matched` set for each that selected something. Several stores may
-// use them one after the other.
+// Patterns of wild/wild.h. `matched` is set for each that selected an object, in any of the stores
+// that used them.
 struct PATTERNS {
     const char **texts;
     bool *matched;
