@@ -28,6 +28,7 @@ struct READER {
     char *next;
     char *end; // a zero byte
     bool atEnd;
+    bool failed; // the last read failed
 };
 
 // A load in progress. The first `count` entries wait for symenterall; their names are in the
@@ -53,6 +54,7 @@ void fill(READER *reader) {
         const int64_t space = reader->buffer + BUFFERSIZE - reader->end;
         const int64_t got = gread(reader->file, reader->end, space);
         reader->atEnd = got <= 0;
+        reader->failed = got < 0;
         reader->end += got > 0 ? got : 0;
     }
     *reader->end = 0;
@@ -231,18 +233,18 @@ void readlines(LOAD *load, READER *reader) {
 
 } // namespace
 
-TVKINFO *tvkload(const char *path) {
+TVKRESULT tvkadd(TVKINFO *info, const char *path) {
     READER reader = {};
     reader.file = gopen(path);
     if (reader.file == 0)
-        return nullptr;
+        return TVKNOTOPENED;
     LOAD load;
-    load.info = cinew();
-    load.table = load.info != nullptr ? reinterpret_cast<SYMTABLE *>(load.info->symtable) : nullptr;
+    load.info = info;
+    load.table = reinterpret_cast<SYMTABLE *>(info->symtable);
     load.file = nullptr;
     load.count = 0;
     reader.buffer = gallocarray<char>(BUFFERSIZE + SPAREBYTES);
-    load.outOfMemory = load.info == nullptr || reader.buffer == nullptr ||
+    load.outOfMemory = reader.buffer == nullptr ||
                        !symindexreserve(&load.table->index,
                                         static_cast<uint64_t>(
                                             std::min(glen(reader.file), MOSTBYTES) / BYTESPERSLOT));
@@ -252,9 +254,18 @@ TVKINFO *tvkload(const char *path) {
         readlines(&load, &reader);
     gclose(reader.file);
     grelease(reader.buffer);
-    if (!load.outOfMemory)
-        return load.info;
-    tvkfree(load.info);
-    toolsay("tolvik: ERROR: out of memory reading '%s'\n", path);
+    if (load.outOfMemory)
+        return TVKNOMEMORY;
+    return reader.failed ? TVKNOTREAD : TVKADDED;
+}
+
+TVKINFO *tvkload(const char *path) {
+    TVKINFO *info = cinew();
+    const TVKRESULT result = info != nullptr ? tvkadd(info, path) : TVKNOMEMORY;
+    if (result == TVKADDED || result == TVKNOTREAD)
+        return info;
+    tvkfree(info);
+    if (result == TVKNOMEMORY)
+        toolsay("tolvik: ERROR: out of memory reading '%s'\n", path);
     return nullptr;
 }

@@ -14,6 +14,12 @@
 
 #include "symbols/store.h"
 
+enum TVKRESULT { TVKADDED, TVKNOTOPENED, TVKNOTREAD, TVKNOMEMORY };
+
+// Adds the contents of the file to a store of cinew, without a message. After TVKNOTREAD and
+// TVKNOMEMORY the store has a part of them.
+TVKRESULT tvkadd(TVKINFO *info, const char *path);
+
 // Returns a new store with the contents of the file, for tvkfree. Returns null without a message
 // when the file cannot be opened, and with an error message when memory runs out.
 TVKINFO *tvkload(const char *path);

@@ -38,7 +38,7 @@ struct _tagsymbol {
     _tagfile *file;   // the last file that defines it; null while only referred to
     _tagsymbol *next; // in the same bucket
     int32_t nrefers;  // private to a report: number of refers nodes with this symbol
-    int32_t firstref; // private to a report: index of its first reference
+    int32_t firstref; // private to a report: index of its first reference; to a page: its number
 
     // The loader reads these at each reference.
     int32_t size; // bytes; 0 when unknown
@@ -66,7 +66,7 @@ struct _tagfile {
     _tagfile *next; // in the store's list
 
     int64_t stamp;  // private to the closure: the stamp of the list that holds this file
-    int32_t number; // private to a graph: its index there
+    int32_t number; // private to a graph: its index there; to a page: -1 when it is left out
 };
 
 // One file of a closure (report/closure.h), in the order in which files are reached.

@@ -1,0 +1,45 @@
+# Makes a C++ source, OUTPUT, of TEMPLATE, the bundled SCRIPT and the bundled STYLE. The policy of the
+# page allows these two alone, by their hashes. The script begins with the text of LICENCE when it
+# holds code of d3-hierarchy.
+
+cmake_minimum_required(VERSION 3.25)
+
+# hash(RESULT TEXT): sets RESULT to the SHA-256 of the text in base64.
+function(hash result text)
+  set(alphabet "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/")
+  string(SHA256 hex "${text}")
+  set(base64 "")
+  # 32 bytes are ten groups of three and one of two, which is filled up with zeros.
+  foreach(place RANGE 0 60 6)
+    string(SUBSTRING "${hex}00" ${place} 6 group)
+    math(EXPR bits "0x${group}")
+    foreach(shift 18 12 6 0)
+      math(EXPR digit "(${bits} >> ${shift}) & 63")
+      string(SUBSTRING ${alphabet} ${digit} 1 character)
+      string(APPEND base64 ${character})
+    endforeach()
+  endforeach()
+  string(REGEX REPLACE "A$" "=" base64 "${base64}")
+  set(${result} "${base64}" PARENT_SCOPE)
+endfunction()
+
+file(READ ${TEMPLATE} html)
+file(READ ${SCRIPT} script)
+file(READ ${STYLE} style)
+if(NAME STREQUAL "page")
+  file(READ ${LICENCE} licence)
+  set(script "/*\n${licence}*/\n${script}")
+endif()
+foreach(mark POLICY TITLE CSS DATA SCRIPT)
+  string(FIND "${html}" "@${mark}@" place)
+  if(place LESS 0)
+    message(FATAL_ERROR "${TEMPLATE} has no @${mark}@")
+  endif()
+endforeach()
+hash(script_hash "${script}")
+hash(style_hash "${style}")
+set(policy "default-src 'none'; script-src 'sha256-${script_hash}'; style-src 'sha256-${style_hash}'; base-uri 'none'; form-action 'none'")
+string(REPLACE "@POLICY@" "${policy}" html "${html}")
+string(REPLACE "@CSS@" "${style}" html "${html}")
+string(REPLACE "@SCRIPT@" "${script}" html "${html}")
+file(WRITE ${OUTPUT} "#include \"page/template.h\"\n\nconst char ${NAME}template[] = R\"_page_(${html})_page_\";\n")

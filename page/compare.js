@@ -1,0 +1,178 @@
+// The differences between the objects of two builds. Objects are the same when name and library are.
+import {addressof, parseaddress} from './address.js';
+import {linksof} from './data.js';
+import {bytesinwords, counted, element, number} from './dom.js';
+import {namedthing, suggestfield, suggestions} from './suggest.js';
+import {table} from './table.js';
+
+// Links lead to the things of `graph`, the new build. The address may name a symbol.
+export function compare(graph, old) {
+    const builds = [old, graph].map(build => ({graph: build, keys: keysof(build)}));
+    const all = builds.map(build => [...build.graph.objects.keys()]);
+    const {name = ''} = parseaddress(location.hash);
+    return {
+        title: 'Compare',
+        element: element('div', {},
+            section('TOTALS', totals(builds, all)),
+            section('LINKS IN OF A SYMBOL', ...symbolchange(builds, name)),
+            section('OBJECTS', ...changes('Objects', builds, all)),
+            section('LIBRARIES', librarychanges(builds))),
+    };
+}
+
+function section(heading, ...children) {
+    return element('section', {}, element('h2', {}, heading), ...children);
+}
+
+// Returns each object's key: name, library and which one of these.
+function keysof(graph) {
+    const counts = new Map();
+    return graph.objects.map(({name, library}) => {
+        const place = JSON.stringify([name, graph.libraries[library]]);
+        const count = counts.get(place) ?? 0;
+        counts.set(place, count + 1);
+        return place + count;
+    });
+}
+
+// "+1,204", "−12", "0"
+function signed(value) {
+    return value === 0 ? '0' : `${value > 0 ? '+' : '−'}${number(Math.abs(value))}`;
+}
+
+function sum(graph, objects) {
+    return objects.reduce((total, object) => total + graph.size(object), 0);
+}
+
+function totals(builds, all) {
+    const refers = graph => graph.objects.reduce((count, object) => count + object.refers.length, 0);
+    const count = (title, value) => [title, ...builds.map(({graph}, i) => value(graph, all[i]))];
+    return changetable('Totals', [
+        count('Bytes', sum),
+        count('Objects', graph => graph.objects.length),
+        count('Libraries', graph => graph.libraries.length),
+        count('Symbols', graph => graph.symbols.length),
+        count('References', refers),
+    ]);
+}
+
+// A table of few rows: [title, old, new].
+function changetable(label, rows) {
+    const cells = values => values.map(value => element('td', {class: 'number'}, value));
+    return element('div', {class: 'table'}, element('table', {class: 'totals', 'aria-label': label},
+        element('thead', {}, element('tr', {}, element('td', {class: 'text'}), ['Old', 'New', 'Change'].map(title =>
+            element('th', {scope: 'col', class: 'number'}, title)))),
+        element('tbody', {}, rows.map(([title, before, after]) => element('tr', {},
+            element('th', {scope: 'row', class: 'text'}, title),
+            cells([number(before), number(after), signed(after - before)]))))));
+}
+
+// Returns the objects that are not of the same size in both lists, as {name, library, before, after,
+// state, object}. `object` is that of the new build, -1 for none.
+function differences(builds, lists) {
+    const [old, now] = builds;
+    const before = new Map(Array.from(lists[0], object => [old.keys[object], object]));
+    const rows = [];
+    const add = (graph, object, sizes, at) => {
+        const {name, library} = graph.objects[object];
+        rows.push({name, library: graph.libraries[library], ...sizes, state: stateof(sizes), object: at});
+    };
+    for (const object of lists[1]) {
+        const match = before.get(now.keys[object]);
+        before.delete(now.keys[object]);
+        const after = now.graph.size(object);
+        if (match === undefined || old.graph.size(match) !== after)
+            add(now.graph, object, {before: match === undefined ? undefined : old.graph.size(match), after}, object);
+    }
+    for (const object of before.values())
+        add(old.graph, object, {before: old.graph.size(object), after: undefined}, -1);
+    return rows;
+}
+
+function stateof({before, after}) {
+    if (before === undefined)
+        return 'came';
+    if (after === undefined)
+        return 'went';
+    return after > before ? 'grew' : 'shrank';
+}
+
+function changes(label, builds, lists) {
+    const rows = differences(builds, lists);
+    const counts = {came: 0, went: 0, grew: 0, shrank: 0};
+    for (const {state} of rows)
+        ++counts[state];
+    const same = lists[1].length - rows.length + counts.went;
+    const summary = Object.entries(counts).map(([state, count]) => `${number(count)} ${state}`).join(', ');
+    const {graph} = builds[1];
+    return [
+        element('p', {}, `${summary}, ${number(same)} as large as before`),
+        rows.length === 0 ? null : table({
+            label, rows, sort: 5,
+            columns: [
+                {title: 'Object', text: true, value: row => row.name, cell: row => row.object < 0 ? row.name
+                    : element('a', {href: addressof(graph, 'object', row.object)}, row.name)},
+                {title: 'Library', text: true, value: row => row.library},
+                {title: 'Change', text: true, value: row => row.state},
+                ...changecolumns,
+            ],
+        }).element,
+    ];
+}
+
+const changecolumns = [
+    {title: 'Old bytes', value: row => row.before},
+    {title: 'New bytes', value: row => row.after},
+    {title: 'Difference', value: difference, cell: row => signed(difference(row))},
+];
+
+function difference({before = 0, after = 0}) {
+    return after - before;
+}
+
+function librarychanges(builds) {
+    const rows = new Map();
+    builds.forEach(({graph}, i) => graph.objects.forEach((object, at) => {
+        const name = graph.libraries[object.library] ?? 'no library';
+        const row = rows.get(name) ?? {name};
+        const side = i === 0 ? 'before' : 'after';
+        row[side] = (row[side] ?? 0) + graph.size(at);
+        rows.set(name, row);
+    }));
+    return table({
+        label: 'Libraries', rows: [...rows.values()], sort: 3,
+        columns: [{title: 'Library', text: true, value: row => row.name}, ...changecolumns],
+    }).element;
+}
+
+// The field for a symbol and the difference of all that it links in.
+function symbolchange(builds, name) {
+    const find = text => {
+        const found = builds.flatMap(({graph}) => suggestions(graph, text, ['symbol']));
+        return [...new Map(found.map(symbol => [symbol.name, symbol])).values()];
+    };
+    const field = suggestfield('Symbol', name, find, () => form.requestSubmit());
+    const form = element('form', {class: 'question', submit: event => {
+        event.preventDefault();
+        location.hash = `#compare=${encodeURIComponent(field.input.value.trim())}`;
+    }}, field.element, element('button', {type: 'submit'}, 'Show'));
+    return [form, ...(name === '' ? [] : closurechange(builds, name))];
+}
+
+function closurechange(builds, name) {
+    const linked = builds.map(({graph}) => {
+        const found = namedthing(graph, name);
+        return found === null || found.kind !== 'symbol' ? null : linksof(graph, 'symbol', found.number);
+    });
+    if (linked.every(links => links === null))
+        return [element('p', {role: 'alert'}, `No object defines ${name} in either build.`)];
+    const lists = linked.map(links => Array.from(links?.objects ?? []));
+    const bytes = builds.map(({graph}, i) => sum(graph, lists[i]));
+    const words = ['old', 'new'].map((build, i) => linked[i] === null ? `No object defines it in the ${build} build.`
+        : `The ${build} build links in ${bytesinwords(bytes[i])} in ${counted(lists[i].length, 'object')}.`);
+    return [
+        element('p', {}, words.join(' ')),
+        changetable(`Totals of ${name}`, [['Bytes', ...bytes], ['Objects', ...lists.map(list => list.length)]]),
+        ...changes(`Objects that ${name} links in`, builds, lists),
+    ];
+}

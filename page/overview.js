@@ -1,0 +1,191 @@
+// The first view: what is big, what links in most, what is undefined, and all objects and libraries.
+import {addressof} from './address.js';
+import {closureTotals, linkedBy} from './data.js';
+import {bytesinwords, counted, element, number} from './dom.js';
+import {share} from './picture.js';
+import {calledname} from './report.js';
+import {table} from './table.js';
+import {treemap} from './treemap.js';
+
+const MOST = 20;
+const SLICE = 12; // milliseconds
+
+export function overview(graph) {
+    const objects = [...graph.objects.keys()];
+    const total = objects.reduce((sum, object) => sum + graph.size(object), 0);
+    const hasLibraries = graph.libraries.length > 0;
+    const places = addobjects(graph);
+    const most = element('ol', {class: 'most'}, element('li', {class: 'waits'}, 'Adding up…'));
+    const sums = {below: null, linkers: null, users: null}; // arrays when they are known
+    const objecttable = makeobjecttable(graph, objects, sums);
+    const librarytable = makelibrarytable(graph, places, sums);
+    const view = element('div', {},
+        element('p', {class: 'total'}, element('strong', {}, bytesinwords(total)), ' in ',
+                counted(graph.objects.length, 'object'),
+                hasLibraries ? ` of ${counted(graph.libraries.length, 'library', 'libraries')}` : '', ', ',
+                counted(graph.symbols.length, 'symbol')),
+        total === 0 ? null : treemap(graph, object => {
+            location.hash = addressof(graph, 'object', object);
+        }).element,
+        element('div', {class: 'pair'},
+            section('BIGGEST OBJECTS', biggest(graph, objects, total)),
+            section('SYMBOLS THAT LINK IN MOST', most)),
+        section('UNDEFINED', ...undefinedsymbols(graph)),
+        section('OBJECTS', objecttable.element),
+        hasLibraries ? section('LIBRARIES', librarytable.element) : null);
+    closureTotals(graph).then(below => {
+        sums.below = below;
+        most.replaceChildren(...linkmost(graph, below));
+        objecttable.update();
+        return linkedBy(graph);
+    }).then(linkers => {
+        sums.linkers = linkers;
+        objecttable.update();
+        return libraryusers(graph, places);
+    }).then(users => {
+        sums.users = users;
+        librarytable.update();
+    });
+    return {title: 'Overview', element: view};
+}
+
+function section(heading, ...children) {
+    return element('section', {}, element('h2', {}, heading), ...children);
+}
+
+function link(graph, kind, thing, text) {
+    return element('a', {href: addressof(graph, kind, thing)}, text);
+}
+
+// Returns the numbers with the largest values, the largest first.
+function largest(numbers, value) {
+    return [...numbers].sort((a, b) => value(b) - value(a) || a - b).slice(0, MOST);
+}
+
+function biggest(graph, objects, total) {
+    return element('ol', {class: 'most'}, largest(objects, graph.size).map(object => element('li', {},
+        link(graph, 'object', object, graph.objects[object].name),
+        ` ${bytesinwords(graph.size(object))}, ${share(graph.size(object), total)}`)));
+}
+
+// All symbols of an object link in the same. The first one stands for the others.
+function linkmost(graph, below) {
+    const counts = new Map();
+    const first = new Map();
+    graph.definer.forEach((object, symbol) => {
+        if (object < 0)
+            return;
+        counts.set(object, (counts.get(object) ?? 0) + 1);
+        if (!first.has(object))
+            first.set(object, symbol);
+    });
+    return largest(first.keys(), object => below[object]).map(object => element('li', {},
+        link(graph, 'symbol', first.get(object), calledname(graph, first.get(object))),
+        ` ${bytesinwords(below[object])}`,
+        counts.get(object) === 1 ? '' : ` and ${counted(counts.get(object) - 1, 'other')} of `,
+        counts.get(object) === 1 ? '' : link(graph, 'object', object, graph.objects[object].name)));
+}
+
+function undefinedsymbols(graph) {
+    const symbols = [...graph.definer.keys()].filter(symbol => graph.definer[symbol] < 0);
+    if (symbols.length === 0)
+        return [element('p', {}, 'Every symbol has a definition.')];
+    return [
+        element('p', {}, `${counted(symbols.length, 'symbol')} without a definition`),
+        table({
+            label: 'Undefined symbols', rows: symbols, sort: 1,
+            columns: [
+                {title: 'Symbol', text: true, value: symbol => graph.symbols[symbol],
+                 cell: symbol => link(graph, 'symbol', symbol, graph.symbols[symbol])},
+                {title: 'References', value: symbol => graph.referrers(symbol).length},
+            ],
+        }).element,
+    ];
+}
+
+// A column whose values are known later.
+function later(title, values) {
+    return {
+        title, value: row => values()?.[row],
+        cell: row => values() === null ? '…' : number(values()[row]),
+    };
+}
+
+function makeobjecttable(graph, objects, sums) {
+    return table({
+        label: 'Objects', rows: objects, sort: 2,
+        columns: [
+            {title: 'Object', text: true, value: object => graph.objects[object].name,
+             cell: object => link(graph, 'object', object, graph.objects[object].name)},
+            {title: 'Library', text: true,
+             value: object => graph.libraries[graph.objects[object].library]},
+            {title: 'Bytes', value: object => graph.objects[object].size},
+            later('Links in bytes', () => sums.below),
+            {title: 'Definitions', value: object => graph.objects[object].defines.length},
+            {title: 'References', value: object => graph.objects[object].refers.length},
+            later('Linked in by objects', () => sums.linkers),
+        ],
+    });
+}
+
+// Returns for each library its objects, bytes, definitions and references.
+function addobjects(graph) {
+    const libraries = graph.libraries.map(() => ({objects: [], bytes: 0, defines: 0, refers: 0}));
+    graph.objects.forEach(({library, defines, refers}, object) => {
+        if (library === undefined)
+            return;
+        const sum = libraries[library];
+        sum.objects.push(object);
+        sum.bytes += graph.size(object);
+        sum.defines += defines.length;
+        sum.refers += refers.length;
+    });
+    return libraries;
+}
+
+function makelibrarytable(graph, libraries, sums) {
+    return table({
+        label: 'Libraries', rows: [...libraries.keys()], sort: 2,
+        columns: [
+            {title: 'Library', text: true, value: library => graph.libraries[library],
+             cell: library => link(graph, 'library', library, graph.libraries[library])},
+            {title: 'Objects', value: library => libraries[library].objects.length},
+            {title: 'Bytes', value: library => libraries[library].bytes},
+            {title: 'Definitions', value: library => libraries[library].defines},
+            {title: 'References', value: library => libraries[library].refers},
+            later('Linked in by other objects', () => sums.users),
+        ],
+    });
+}
+
+// Returns a promise of the number of objects outside each library that link in an object of it.
+async function libraryusers(graph, libraries) {
+    const users = new Int32Array(libraries.length);
+    const seen = new Int32Array(graph.objects.length).fill(-1);
+    let begin = performance.now();
+    for (const [library, {objects}] of libraries.entries()) {
+        const reached = [...objects];
+        for (const object of reached)
+            seen[object] = library;
+        for (let i = 0; i < reached.length; ++i) {
+            for (const from of referrersof(graph, reached[i])) {
+                if (seen[from] !== library)
+                    reached.push(from);
+                seen[from] = library;
+            }
+        }
+        users[library] = reached.length - objects.length;
+        if (performance.now() - begin > SLICE) {
+            await new Promise(resume => setTimeout(resume));
+            begin = performance.now();
+        }
+    }
+    return users;
+}
+
+function* referrersof(graph, object) {
+    for (const [symbol] of graph.objects[object].defines) {
+        if (graph.definer[symbol] === object)
+            yield* graph.referrers(symbol);
+    }
+}

@@ -1,0 +1,136 @@
+// Text fields that suggest names of symbols and objects.
+import {findthing} from './address.js';
+import {element} from './dom.js';
+import {makeindex, search} from './search.js';
+
+const SHOWN = 12;
+const SEARCHED = 100; // results that may be of other kinds
+
+let fields = 0;
+const indexes = new WeakMap(); // graph -> index of the search
+
+// Returns the thing that a text names, {kind, number}, null for none: a symbol, an object, or an
+// object as LIBRARY(OBJECT).
+export function namedthing(graph, text) {
+    const member = text.match(/^(.*)\((.*)\)$/s);
+    const forms = [
+        {kind: 'symbol', name: text},
+        {kind: 'object', name: text},
+        ...(member === null ? [] : [{kind: 'object', name: member[2], library: member[1]}]),
+    ];
+    for (const form of forms) {
+        const number = findthing(graph, form);
+        if (number >= 0)
+            return {kind: form.kind, number};
+    }
+    return null;
+}
+
+// Returns the shortest text that names the thing. Only the first of several objects with the same
+// name and library has one.
+export function thingname(graph, kind, number) {
+    if (kind === 'symbol')
+        return graph.symbols[number];
+    const {name, library} = graph.objects[number];
+    const thing = namedthing(graph, name);
+    const isFirst = thing.kind === kind && thing.number === number;
+    return isFirst || library === undefined ? name : `${graph.libraries[library]}(${name})`;
+}
+
+// Returns the names of the given kinds that contain the text, each as {name, kind}.
+export function suggestions(graph, text, kinds) {
+    if (!indexes.has(graph))
+        indexes.set(graph, makeindex(graph));
+    return search(indexes.get(graph), text, SEARCHED).found
+        .filter(({kind}) => kinds.includes(kind))
+        .slice(0, SHOWN)
+        .map(({kind, number}) => ({kind, name: thingname(graph, kind, number)}));
+}
+
+// Returns {element, input}. find(text) returns the suggestions. onchoose() is called after the reader
+// chooses one.
+export function suggestfield(label, value, find, onchoose) {
+    const id = `suggest-${++fields}`;
+    const list = element('ul', {role: 'listbox', id, 'aria-label': label, hidden: true});
+    const input = element('input', {
+        type: 'text', role: 'combobox', 'aria-autocomplete': 'list', 'aria-expanded': 'false',
+        'aria-controls': id, autocomplete: 'off', spellcheck: 'false', autocapitalize: 'off',
+    });
+    input.value = value;
+    const field = {input, list, id, find, onchoose, active: -1};
+    input.addEventListener('input', () => suggest(field));
+    input.addEventListener('blur', () => close(field));
+    input.addEventListener('keydown', event => {
+        if (presskey(field, event.key))
+            event.preventDefault();
+    });
+    // The field keeps the focus.
+    list.addEventListener('mousedown', event => event.preventDefault());
+    list.addEventListener('click', event => {
+        const option = event.target.closest('[role=option]');
+        if (option !== null)
+            choose(field, option);
+    });
+    return {
+        element: element('div', {class: 'suggest'}, element('label', {}, element('span', {}, label), input), list),
+        input,
+    };
+}
+
+function suggest(field) {
+    const {input, list, id} = field;
+    const found = input.value === '' ? [] : field.find(input.value);
+    list.replaceChildren(...found.map(({name, kind}, i) => element('li', {
+        role: 'option', id: `${id}-${i}`, 'aria-selected': 'false', 'data-name': name,
+    }, name, ' ', element('span', {class: 'note'}, kind))));
+    list.hidden = found.length === 0;
+    input.setAttribute('aria-expanded', !list.hidden);
+    activate(field, -1);
+}
+
+function close(field) {
+    field.list.hidden = true;
+    field.input.setAttribute('aria-expanded', 'false');
+    activate(field, -1);
+}
+
+function activate(field, at) {
+    const {input, list} = field;
+    field.active = at;
+    [...list.children].forEach((option, i) => option.setAttribute('aria-selected', i === at));
+    if (at < 0) {
+        input.removeAttribute('aria-activedescendant');
+        return;
+    }
+    input.setAttribute('aria-activedescendant', list.children[at].id);
+    list.children[at].scrollIntoView({block: 'nearest'});
+}
+
+function choose(field, option) {
+    field.input.value = option.dataset.name;
+    close(field);
+    field.onchoose();
+}
+
+// Returns whether the key means something to the list.
+function presskey(field, key) {
+    const {list, active} = field;
+    const count = list.children.length;
+    if (list.hidden && key === 'ArrowDown') {
+        suggest(field);
+        return true;
+    }
+    if (list.hidden)
+        return false;
+    if (key === 'ArrowDown')
+        activate(field, (active + 1) % count);
+    else if (key === 'ArrowUp')
+        activate(field, (active <= 0 ? count : active) - 1);
+    else if (key === 'Enter' && active >= 0)
+        choose(field, list.children[active]);
+    else if (key === 'Escape')
+        close(field);
+    else
+        return false;
+    return true;
+}
