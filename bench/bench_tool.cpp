@@ -96,7 +96,7 @@ void totals(benchmark::State &run) {
     for ([[maybe_unused]] auto _ : run) {
         GRAPH graph;
         LINKWALK walk;
-        if (!makegraph(&graph, store(), false, false) || !makewalk(&walk, &graph))
+        if (!makegraph(&graph, store(), false, nullptr, 0) || !makewalk(&walk, &graph))
             abort();
         std::vector<int32_t> files(static_cast<size_t>(graph.count));
         std::iota(files.begin(), files.end(), 0);

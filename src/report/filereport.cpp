@@ -218,7 +218,7 @@ int tvkfilereport(FILE *out, TVKINFO *info, char **files, int nfiles, int define
     const bool positionable = out != stdout && ftell(out) >= 0;
     FILEREPORT report = {beginoutput(out), define, refer, links, limit, positionable};
     // All memory is allocated here, so that a report is whole or not begun.
-    const bool whole = links == 0 || (makegraph(&report.graph, info, true, false) &&
+    const bool whole = links == 0 || (makegraph(&report.graph, info, true, nullptr, 0) &&
                                       makewalk(&report.walk, &report.graph));
     for (const _tagfile *file = info->files; whole && file != nullptr; file = file->next) {
         if (isselected(file, files, nfiles))

@@ -49,6 +49,21 @@ int64_t countnodes(const GRAPH *graph) {
     return nodes;
 }
 
+// Begins to count the symbols' references. Sets firstref to the number of the symbol's file, so
+// that addrefers need not read the file.
+void clearcounts(_tagsymbol **symbols, int64_t count) {
+    for (int64_t i = 0; i < count; ++i) {
+        __builtin_prefetch(symbols[std::min(i + 2 * prefetchDistance, count - 1)], 1);
+        symbols[i]->nrefers = 0;
+        symbols[i]->firstref = symbols[i]->file != nullptr ? symbols[i]->file->number : -1;
+    }
+}
+
+bool isnumber(const GRAPH *graph, int32_t number, const _tagfile *file) {
+    return static_cast<uint32_t>(number) < static_cast<uint32_t>(graph->count) &&
+           graph->files[number] == file;
+}
+
 // Appends the file's references to those of the files before it. `seen` has for each file the last
 // file that refers to it, plus 1. False when a file is foreign.
 bool addrefers(GRAPH *graph, const _tagfile *file, int32_t *seen, int32_t count) {
@@ -66,7 +81,9 @@ bool addrefers(GRAPH *graph, const _tagfile *file, int32_t *seen, int32_t count)
         const _tagfile *target = node->symbol->file;
         if (target == nullptr)
             continue;
-        const int32_t number = filenumber(graph, target);
+        int32_t number = node->symbol->firstref;
+        if (!isnumber(graph, number, target))
+            number = filenumber(graph, target);
         isWhole = isWhole && number >= 0;
         if (number < 0 || seen[number] == file->number + 1)
             continue;
@@ -108,14 +125,16 @@ void freerefers(GRAPH *graph) {
 
 } // namespace
 
-bool makegraph(GRAPH *graph, const TVKINFO *info, bool symbols, bool counts) {
+bool makegraph(GRAPH *graph, const TVKINFO *info, bool symbols, _tagsymbol **counted,
+               int64_t count) {
     int32_t capacity = 0;
     bool made = true;
     bool isWhole = true;
     *graph = {};
     for (_tagfile *file = info->files; file != nullptr && made; file = file->next)
         made = addfile(graph, &capacity, file);
-    made = made && addallrefers(graph, symbols, counts ? 1 : 0, &isWhole);
+    clearcounts(counted, count);
+    made = made && addallrefers(graph, symbols, count > 0 ? 1 : 0, &isWhole);
     // Only a caller's store has foreign files. Looking for them first would be slower.
     if (made && !isWhole) {
         freerefers(graph);
@@ -127,11 +146,7 @@ bool makegraph(GRAPH *graph, const TVKINFO *info, bool symbols, bool counts) {
 }
 
 int32_t filenumber(const GRAPH *graph, const _tagfile *file) {
-    if (file == nullptr ||
-        static_cast<uint32_t>(file->number) >= static_cast<uint32_t>(graph->count) ||
-        graph->files[file->number] != file)
-        return -1;
-    return file->number;
+    return file != nullptr && isnumber(graph, file->number, file) ? file->number : -1;
 }
 
 void freegraph(GRAPH *graph) {

@@ -16,10 +16,11 @@ struct GRAPH {
     _tagsymbol **symbol; // each reference's symbol; null when not requested
 };
 
-// Makes the graph of a store, for freegraph; `symbols` requests the references' symbols. With
-// `counts` it also adds the number of references to each symbol's nrefers. False, with an empty
+// Makes the graph of a store, for freegraph; `symbols` requests the references' symbols. It also
+// sets nrefers of the `count` symbols of `counted`, all of the store or none. False, with an empty
 // graph, when memory runs out.
-bool makegraph(GRAPH *graph, const TVKINFO *info, bool symbols, bool counts);
+bool makegraph(GRAPH *graph, const TVKINFO *info, bool symbols, _tagsymbol **counted,
+               int64_t count);
 
 void freegraph(GRAPH *graph);
 

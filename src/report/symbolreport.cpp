@@ -26,8 +26,7 @@ struct SYMBOLREPORT {
     int links;
     int limit;
 
-    // In the order of the report:
-    _tagsymbol **symbols = nullptr; // null entries are not in the store
+    _tagsymbol **symbols = nullptr; // in the report's order; null entries are not in the store
     int64_t count = 0;
     bool isAll = false;
 
@@ -60,8 +59,7 @@ int findslot(const SYMBOLREPORT &report, const _tagsymbol *symbol) {
     return slot;
 }
 
-// Calls the function with each reference to a reported symbol and its file. Returns the number of
-// all references.
+// Calls the function for each reported symbol's reference. Returns the number of all references.
 template <typename F> int64_t eachreference(const SYMBOLREPORT &report, const F &function) {
     int64_t nodes = 0;
     for (_tagfile *file = report.info->files; file != nullptr; file = file->next) {
@@ -73,24 +71,19 @@ template <typename F> int64_t eachreference(const SYMBOLREPORT &report, const F 
     return nodes;
 }
 
-void clearcounts(SYMBOLREPORT *report) {
-    constexpr int64_t distance = 16;
+// Counts the references of each reported symbol. Returns the number of all references.
+int64_t countrefs(SYMBOLREPORT *report) {
     const auto clear = [](_tagsymbol *symbol, const _tagfile * = nullptr) {
         symbol->nrefers = 0;
         symbol->firstref = -1;
     };
     for (int64_t i = 0; i < report->count; ++i) {
-        __builtin_prefetch(report->symbols[std::min(i + distance, report->count - 1)], 1);
         if (report->symbols[i] != nullptr)
             clear(report->symbols[i]);
     }
     // Lists of a caller may hold symbols that are in no bucket.
     if (report->isAll && isdetailed())
         eachreference(*report, clear);
-}
-
-// Counts the references of each reported symbol. Returns the number of all references.
-int64_t countrefs(SYMBOLREPORT *report) {
     return eachreference(*report, [&](_tagsymbol *symbol, const _tagfile * /*file*/) {
         ++symbol->nrefers;
         ++report->counted;
@@ -151,7 +144,8 @@ bool preparelinks(SYMBOLREPORT *report, int64_t nodes, bool graphCounts) {
         return false;
     if (report->listed == report->count)
         return true;
-    return makegraph(&report->graph, report->info, isdetailed(), graphCounts) &&
+    return makegraph(&report->graph, report->info, isdetailed(), report->symbols,
+                     graphCounts ? report->count : 0) &&
            makewalk(&report->walk, &report->graph) && (isdetailed() || findtotals(report));
 }
 
@@ -185,10 +179,9 @@ void printrefer(SYMBOLREPORT *report, const _tagsymbol *symbol) {
 int64_t printclosure(SYMBOLREPORT *report, const _tagsymbol *symbol, int32_t number,
                      const _tagfilelist *list) {
     int64_t total = 0;
-    const bool detailed = isdetailed();
     const auto add = [&](const _tagfile *file, int level, const _tagsymbol *through) {
         total += file->size;
-        if (!detailed)
+        if (!isdetailed())
             return;
         putlinkstart(&report->out, file, level);
         putlinkend(&report->out, file, through);
@@ -308,10 +301,8 @@ void addname(SYMBOLREPORT *report, _tagsymbol *symbol) {
 bool prepare(SYMBOLREPORT *report) {
     const bool graphCounts = report->isAll && report->links != 0 && !isdetailed();
     int64_t nodes = 0;
-    if (report->refer != 0 || report->count > 1) {
-        clearcounts(report);
-        nodes = graphCounts ? 0 : countrefs(report);
-    }
+    if (!graphCounts && (report->refer != 0 || report->count > 1))
+        nodes = countrefs(report);
     return (report->refer == 0 || !isdetailed() || collectreferrers(report)) &&
            (report->links == 0 || preparelinks(report, nodes, graphCounts));
 }

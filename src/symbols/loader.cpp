@@ -169,10 +169,9 @@ void addrefer(LOAD *load, std::string_view name) {
 
 // Reads a "refer=" line without blanks: most lines. False when the next line is of another kind.
 bool readrefer(LOAD *load, READER *reader) {
-    const std::string_view prefix = "refer=";
-    const char *name = reader->next + prefix.size();
-    if (load->file == nullptr || memcmp(reader->next, prefix.data(), prefix.size()) != 0)
+    if (load->file == nullptr || memcmp(reader->next, "refer=", 6) != 0)
         return false;
+    const char *name = reader->next + 6;
     const char *end = printableend(name);
     if (*end != '\n' || end - reader->next >= LINELENGTH)
         return false;
@@ -244,12 +243,10 @@ TVKRESULT tvkadd(TVKINFO *info, const char *path) {
     load.file = nullptr;
     load.count = 0;
     reader.buffer = gallocarray<char>(BUFFERSIZE + SPAREBYTES);
-    load.outOfMemory = reader.buffer == nullptr ||
-                       !symindexreserve(&load.table->index,
-                                        static_cast<uint64_t>(
-                                            std::min(glen(reader.file), MOSTBYTES) / BYTESPERSLOT));
-    reader.next = reader.buffer;
-    reader.end = reader.buffer;
+    load.outOfMemory =
+        reader.buffer == nullptr ||
+        !symindexreserve(&load.table->index, std::min(glen(reader.file), MOSTBYTES) / BYTESPERSLOT);
+    reader.next = reader.end = reader.buffer;
     if (!load.outOfMemory)
         readlines(&load, &reader);
     gclose(reader.file);

@@ -7,8 +7,6 @@
 
 namespace {
 
-constexpr uint64_t firstCapacity = 1024;
-
 void put(SYMINDEX *index, _tagsymbol *symbol, uint64_t hash) {
     uint64_t i = hash & index->mask;
     while (index->slots[i] != 0)
@@ -31,12 +29,12 @@ bool symindexmake(SYMINDEX *index) {
     // The key stays as it is here when the system has no random bytes.
     *index = {nullptr, 0, 0, {0x9E3779B97F4A7C15, 0xBF58476D1CE4E5B9}};
     getrandom(index->key, sizeof index->key, GRND_NONBLOCK);
-    return symindexreserve(index, firstCapacity);
+    return symindexreserve(index, 1024);
 }
 
-bool symindexreserve(SYMINDEX *index, uint64_t capacity) {
+bool symindexreserve(SYMINDEX *index, int64_t capacity) {
     SYMINDEX larger = *index;
-    larger.mask = std::bit_ceil(capacity) - 1;
+    larger.mask = std::bit_ceil(static_cast<uint64_t>(capacity)) - 1;
     if (index->slots != nullptr && larger.mask <= index->mask)
         return true;
     larger.slots = galloclarge<uint64_t>(static_cast<int64_t>(larger.mask) + 1);
@@ -59,7 +57,8 @@ _tagsymbol *symindexfind(const SYMINDEX *index, std::string_view name, uint64_t 
 }
 
 bool symindexadd(SYMINDEX *index, _tagsymbol *symbol, uint64_t hash) {
-    if (index->used * 4 >= (index->mask + 1) * 3 && !symindexreserve(index, (index->mask + 1) * 2))
+    if (index->used * 4 >= (index->mask + 1) * 3 &&
+        !symindexreserve(index, static_cast<int64_t>(index->mask + 1) * 2))
         return false;
     put(index, symbol, hash);
     ++index->used;

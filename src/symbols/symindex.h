@@ -56,7 +56,7 @@ bool symindexmake(SYMINDEX *index);
 
 // Makes the index have at least `capacity` slots. Returns false when memory runs out, with nothing
 // changed.
-bool symindexreserve(SYMINDEX *index, uint64_t capacity);
+bool symindexreserve(SYMINDEX *index, int64_t capacity);
 
 // Returns the symbol of that name; null when there is none. `hash` is the name's.
 _tagsymbol *symindexfind(const SYMINDEX *index, std::string_view name, uint64_t hash);

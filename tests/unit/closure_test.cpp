@@ -33,7 +33,7 @@ struct MAP {
     std::vector<int64_t> totals(int limit) const {
         GRAPH graph;
         LINKWALK walk;
-        EXPECT_TRUE(makegraph(&graph, &info, false, false) && makewalk(&walk, &graph));
+        EXPECT_TRUE(makegraph(&graph, &info, false, nullptr, 0) && makewalk(&walk, &graph));
         std::vector<int32_t> all(files.size());
         std::iota(all.begin(), all.end(), 0);
         int64_t *sums = linktotals(&walk, limit, all.data(), graph.count);
