@@ -49,8 +49,7 @@ int64_t countnodes(const GRAPH *graph) {
     return nodes;
 }
 
-// Begins to count the symbols' references. Sets firstref to the number of the symbol's file, so
-// that addrefers need not read the file.
+// Begins to count references. Sets firstref to the file's number, which spares addrefers a read.
 void clearcounts(_tagsymbol **symbols, int64_t count) {
     for (int64_t i = 0; i < count; ++i) {
         __builtin_prefetch(symbols[std::min(i + 2 * prefetchDistance, count - 1)], 1);
