@@ -50,19 +50,6 @@ struct SETS {
     int64_t sizes[ROWBITS]; // of their trees
 };
 
-bool newsets(SETS *sets, const GROUPS &groups) {
-    const int64_t n = groups.count;
-    *sets = {};
-    sets->column = galloclarge<int32_t>(4 * n + (n > 0 ? groups.last[n - 1] : 0));
-    sets->tree = galloclarge<int64_t>(2 * n);
-    sets->columnof = sets->column + n;
-    sets->firstparent = sets->column + 2 * n;
-    sets->endparent = sets->column + 3 * n;
-    sets->parent = sets->column + 4 * n;
-    sets->total = sets->tree + n;
-    return sets->column != nullptr && sets->tree != nullptr;
-}
-
 bool newrows(SETS *sets, int32_t n) {
     sets->rows = galloclarge<ROW>(n);
     sets->active = galloclarge<uint64_t>(n / 64 + 1);
@@ -109,6 +96,24 @@ void findtrees(const GROUPS &groups, SETS *sets) {
         else if (parents == 1)
             sets->tree[sets->parent[sets->firstparent[group]]] += sets->tree[group];
     }
+}
+
+// Makes the sets without rows. False when memory runs out.
+bool makesets(SETS *sets, const GROUPS &groups) {
+    const int64_t n = groups.count;
+    *sets = {};
+    sets->column = galloclarge<int32_t>(4 * n + (n > 0 ? groups.last[n - 1] : 0));
+    sets->tree = galloclarge<int64_t>(2 * n);
+    if (sets->column == nullptr || sets->tree == nullptr)
+        return false;
+    sets->columnof = sets->column + n;
+    sets->firstparent = sets->column + 2 * n;
+    sets->endparent = sets->column + 3 * n;
+    sets->parent = sets->column + 4 * n;
+    sets->total = sets->tree + n;
+    findparents(groups, sets);
+    findtrees(groups, sets);
+    return true;
 }
 
 bool hasbit(const uint64_t *words, int32_t bit) {
@@ -229,11 +234,7 @@ int64_t *linktotals(LINKWALK *walk, int limit, const int32_t *files, int32_t cou
         return nullptr;
     SETS sets;
     auto *totals = galloclarge<int64_t>(walk->graph->count);
-    bool whole = newsets(&sets, groups) && totals != nullptr;
-    if (whole) {
-        findparents(groups, &sets);
-        findtrees(groups, &sets);
-    }
+    bool whole = makesets(&sets, groups) && totals != nullptr;
     // A file is at most at level height - 1. Few walks take less time than many rows.
     if (whole && (limit < groups.height - 1 || count < sets.columns / ROWBITS)) {
         walktotals(walk, limit, files, count, totals);
