@@ -98,7 +98,6 @@ void findtrees(const GROUPS &groups, SETS *sets) {
     }
 }
 
-// Makes the sets without rows. False when memory runs out.
 bool makesets(SETS *sets, const GROUPS &groups) {
     const int64_t n = groups.count;
     *sets = {};
