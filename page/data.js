@@ -224,4 +224,4 @@ export function keepers(graph, linked, object) {
     return found;
 }
 
-export {closureTotals, linkedBy} from './sums.js';
+export {closureTotals, libraryUsers, linkedBy} from './sums.js';

@@ -12,7 +12,7 @@ const WIDE = 8; // pixels of a cell after select() looks into a cell around it
 // after the reader chooses a cell, not by select().
 export function icicle(graph, linked, onselect) {
     const fills = libraryfills(graph);
-    const root = makenodes(graph, linked);
+    const root = makenodes(linked);
     const state = {
         graph, linked, fills, root, onselect, zoom: root, trail: [], shown: [], places: new Map(),
         laid: {}, nodes: new Map(root.descendants().map(node => [node.object, node])),
@@ -34,17 +34,22 @@ export function icicle(graph, linked, onselect) {
 }
 
 // Returns the tree of nodes with value (bytes with all below), x0 and x1 (from 0 to 1). The root has
-// no object when several objects are at the top.
-function makenodes(graph, linked) {
-    const below = Array.from(linked.objects, () => []);
-    const top = [];
-    linked.parents.forEach((parent, position) => (below[parent] ?? top).push(position));
-    const root = hierarchy(top.length === 1 ? top[0] : -1, position => below[position] ?? top);
-    root.sum(position => position < 0 ? 0 : graph.size(linked.objects[position]));
-    root.each(node => {
-        node.number = node.data;
-        node.object = linked.objects[node.data] ?? -1;
-    });
+// no object when several objects are at the top. The time of hierarchy() would grow with the square
+// of the depth.
+function makenodes(linked) {
+    const Node = hierarchy({}).constructor;
+    const makenode = (number, object, value) => Object.assign(new Node(number), {number, object, value});
+    const nodes = Array.from(linked.objects, (object, position) => makenode(position, object, linked.below[position]));
+    const top = nodes.filter(({number}) => linked.parents[number] < 0);
+    const root = top.length === 1 ? top[0] : makenode(-1, -1, linked.total);
+    for (const node of nodes) {
+        if (node === root)
+            continue;
+        node.parent = nodes[linked.parents[node.number]] ?? root;
+        (node.parent.children ??= []).push(node);
+        node.depth = node.parent.depth + 1;
+        root.height = Math.max(root.height, node.depth);
+    }
     return partition()(root);
 }
 

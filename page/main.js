@@ -103,7 +103,8 @@ function reporttext(view) {
 function fillnavigation() {
     const entries = [
         ['all', 'Overview'], ['symbols', 'Symbols', graph.symbols.length], ['objects', 'Objects', graph.objects.length],
-        ['libraries', 'Libraries', graph.libraries.length], ['why', 'Why…'],
+        ...(graph.libraries.length === 0 ? [] : [['libraries', 'Libraries', graph.libraries.length]]),
+        ['why', 'Why…'],
         ...(old === null ? [] : [['compare', 'Compare…']]),
     ];
     document.getElementById('views').replaceChildren(...entries.map(([kind, text, count]) =>

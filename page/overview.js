@@ -1,6 +1,6 @@
 // The first view: what is big, what links in most, what is undefined, and all objects and libraries.
 import {addressof} from './address.js';
-import {closureTotals, linkedBy} from './data.js';
+import {closureTotals, libraryUsers, linkedBy} from './data.js';
 import {bytesinwords, counted, element, number} from './dom.js';
 import {share} from './picture.js';
 import {calledname} from './report.js';
@@ -8,17 +8,15 @@ import {table} from './table.js';
 import {treemap} from './treemap.js';
 
 const MOST = 20;
-const SLICE = 12; // milliseconds
 
 export function overview(graph) {
     const objects = [...graph.objects.keys()];
     const total = objects.reduce((sum, object) => sum + graph.size(object), 0);
     const hasLibraries = graph.libraries.length > 0;
-    const places = addobjects(graph);
     const most = element('ol', {class: 'most'}, element('li', {class: 'waits'}, 'Adding up…'));
     const sums = {below: null, linkers: null, users: null}; // arrays when they are known
     const objecttable = makeobjecttable(graph, objects, sums);
-    const librarytable = makelibrarytable(graph, places, sums);
+    const librarytable = makelibrarytable(graph, sums);
     const view = element('div', {},
         element('p', {class: 'total'}, element('strong', {}, bytesinwords(total)), ' in ',
                 counted(graph.objects.length, 'object'),
@@ -41,7 +39,7 @@ export function overview(graph) {
     }).then(linkers => {
         sums.linkers = linkers;
         objecttable.update();
-        return libraryusers(graph, places);
+        return libraryUsers(graph);
     }).then(users => {
         sums.users = users;
         librarytable.update();
@@ -130,12 +128,12 @@ function makeobjecttable(graph, objects, sums) {
 
 // Returns for each library its objects, bytes, definitions and references.
 function addobjects(graph) {
-    const libraries = graph.libraries.map(() => ({objects: [], bytes: 0, defines: 0, refers: 0}));
+    const libraries = graph.libraries.map(() => ({objects: 0, bytes: 0, defines: 0, refers: 0}));
     graph.objects.forEach(({library, defines, refers}, object) => {
         if (library === undefined)
             return;
         const sum = libraries[library];
-        sum.objects.push(object);
+        ++sum.objects;
         sum.bytes += graph.size(object);
         sum.defines += defines.length;
         sum.refers += refers.length;
@@ -143,49 +141,18 @@ function addobjects(graph) {
     return libraries;
 }
 
-function makelibrarytable(graph, libraries, sums) {
+function makelibrarytable(graph, sums) {
+    const libraries = addobjects(graph);
     return table({
         label: 'Libraries', rows: [...libraries.keys()], sort: 2,
         columns: [
             {title: 'Library', text: true, value: library => graph.libraries[library],
              cell: library => link(graph, 'library', library, graph.libraries[library])},
-            {title: 'Objects', value: library => libraries[library].objects.length},
+            {title: 'Objects', value: library => libraries[library].objects},
             {title: 'Bytes', value: library => libraries[library].bytes},
             {title: 'Definitions', value: library => libraries[library].defines},
             {title: 'References', value: library => libraries[library].refers},
             later('Linked in by other objects', () => sums.users),
         ],
     });
-}
-
-// Returns a promise of the number of objects outside each library that link in an object of it.
-async function libraryusers(graph, libraries) {
-    const users = new Int32Array(libraries.length);
-    const seen = new Int32Array(graph.objects.length).fill(-1);
-    let begin = performance.now();
-    for (const [library, {objects}] of libraries.entries()) {
-        const reached = [...objects];
-        for (const object of reached)
-            seen[object] = library;
-        for (let i = 0; i < reached.length; ++i) {
-            for (const from of referrersof(graph, reached[i])) {
-                if (seen[from] !== library)
-                    reached.push(from);
-                seen[from] = library;
-            }
-        }
-        users[library] = reached.length - objects.length;
-        if (performance.now() - begin > SLICE) {
-            await new Promise(resume => setTimeout(resume));
-            begin = performance.now();
-        }
-    }
-    return users;
-}
-
-function* referrersof(graph, object) {
-    for (const [symbol] of graph.objects[object].defines) {
-        if (graph.definer[symbol] === object)
-            yield* graph.referrers(symbol);
-    }
 }

@@ -30,6 +30,23 @@ export function linkedBy(graph) {
     });
 }
 
+// Returns a promise of the number of objects outside each library that link in an object of it. A node
+// for each library refers to its objects.
+export function libraryUsers(graph) {
+    return cached(graph, 'users', async () => {
+        const {first, target} = reverse(graph.refFirst, graph.refTarget);
+        const members = graph.libraries.map(() => []);
+        graph.objects.forEach(({library}, object) => members[library]?.push(object));
+        let end = target.length;
+        const ends = members.map(({length}) => end += length);
+        const count = graph.objects.length;
+        const weights = new Float64Array(count + members.length).fill(1, 0, count);
+        const sums = await reachsums(Int32Array.from([...first, ...ends]),
+                                     Int32Array.from([...target, ...members.flat()]), weights);
+        return members.map(({length}, library) => sums[count + library] - length);
+    });
+}
+
 function reverse(first, target) {
     const count = first.length - 1;
     const newFirst = new Int32Array(count + 1);

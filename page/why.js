@@ -99,7 +99,9 @@ function reasons(graph, start, target) {
         columns: [
             {title: 'Object', text: true, value: ([object]) => graph.objects[object].name,
              cell: ([object]) => link(graph, 'object', object)},
-            {title: 'Library', text: true, value: ([object]) => graph.libraries[graph.objects[object].library]},
+            ...(graph.libraries.length === 0 ? [] : [{
+                title: 'Library', text: true, value: ([object]) => graph.libraries[graph.objects[object].library],
+            }]),
             {title: 'Refers to', text: true, value: ([, symbol]) => graph.symbols[symbol],
              cell: ([, symbol]) => link(graph, 'symbol', symbol)},
         ],

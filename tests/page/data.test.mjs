@@ -3,7 +3,9 @@
 import assert from 'node:assert/strict';
 import test from 'node:test';
 import {addressof, findthing, parseaddress} from '../../page/address.js';
-import {closure, closureTotals, keepers, linkedBy, makegraph, objectclosure, path} from '../../page/data.js';
+import {
+    closure, closureTotals, keepers, libraryUsers, linkedBy, makegraph, objectclosure, path,
+} from '../../page/data.js';
 import {makeindex, search} from '../../page/search.js';
 
 // "a:bc b:a" has two objects that refer to each other, and a refers to the undefined c.
@@ -13,8 +15,9 @@ function graphof(text) {
     return makegraph({
         symbols,
         libraries: ['one.a', 'two.a'],
-        objects: objects.map(([name, refers = '']) => ({
+        objects: objects.map(([name, refers = ''], i) => ({
             name,
+            library: [0, 1, undefined][i % 3],
             size: 1 << name.charCodeAt(0) - 97,
             defines: [[symbols.indexOf(name), 'FUNCTION', 'GLOBAL', null]],
             refers: [...refers].map(letter => symbols.indexOf(letter)),
@@ -76,6 +79,9 @@ test('sums of all objects are those of their closures', async () => {
         assert.deepEqual([...await closureTotals(graph)], all.map(linked => linked.total), text);
         assert.deepEqual([...await linkedBy(graph)], graph.objects.map((_, object) =>
             all.filter((linked, from) => from !== object && linked.objects.includes(object)).length), text);
+        assert.deepEqual(await libraryUsers(graph), graph.libraries.map((_, library) => all.filter((linked, from) =>
+            graph.objects[from].library !== library &&
+            [...linked.objects].some(object => graph.objects[object].library === library)).length), text);
     }
 });
 
