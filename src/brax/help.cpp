@@ -1,11 +1,11 @@
 #include "brax/help.h"
 
 #include "base/options.h"
+#include "base/runshell.h"
 #include "base/shellword.h"
 #include "base/text.h"
 
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 
 namespace {
@@ -63,9 +63,8 @@ bool BRAX_openurl(const char *address) {
         return false;
     if (OPTverbose > 4)
         BRAX_say("%s\n", command);
-    fflush(stdout);
     // The browser runs in the background: the shell's status does not show whether it started.
-    [[maybe_unused]] const int status = system(command);
+    [[maybe_unused]] const int status = runshell(command);
     return true;
 }
 

@@ -1,11 +1,10 @@
 #include "importers/command.h"
 
+#include "base/runshell.h"
 #include "base/shellword.h"
 #include "base/text.h"
 
 #include <csignal>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <sys/wait.h>
 
@@ -42,8 +41,7 @@ bool makecommand(char *command, const char *before, const char *name, const char
 }
 
 bool runcommand(const char *command) {
-    fflush(stdout);
-    const int status = system(command);
+    const int status = runshell(command);
     if (WIFSIGNALED(status) && (WTERMSIG(status) == SIGINT || WTERMSIG(status) == SIGQUIT))
         died = WTERMSIG(status);
     return status == 0;

@@ -12,7 +12,7 @@ constexpr int COMMANDSIZE = 3 * BRAXFIELDSIZE + 256;
 // of `before` quotes the name's first character. False when the command does not fit.
 bool makecommand(char *command, const char *before, const char *name, const char *after);
 
-// Flushes standard output and runs the command with system(3). False when its status is not 0.
+// Runs the command with runshell. False when its status is not 0.
 bool runcommand(const char *command);
 
 // Returns SIGINT or SIGQUIT when a command of this process died of it, else 0.
