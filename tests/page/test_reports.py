@@ -117,7 +117,8 @@ class ReportsTest(PageTest):
         self.assertEqual(0, sum(shown[name] for name in shown.keys() - expected.keys()))
         report = run(self.directory, 'tolvik', '-nologo', '-under', '-sprintf', '-links', *files)
         self.compare(['#symbol=printf'], {'#symbol=printf': report}, lambda text: text.splitlines()[-2:])
-        self.assertIn(f'{expected["printf"]:,} bytes', self.js('return document.querySelector("main .total").textContent'))
+        total = self.js('return document.querySelector("main .total").textContent')
+        self.assertIn(f'{expected["printf"]:,} bytes', total)
 
 
 if __name__ == '__main__':
