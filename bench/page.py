@@ -19,7 +19,8 @@ CHANGE = '''
     const [change, shown, done] = arguments;
     const isshown = new Function(`return ${shown}`);
     const begin = change === '' ? 0 : performance.now();
-    const watch = () => requestAnimationFrame(isshown() ? () => setTimeout(() => done(performance.now() - begin)) : watch);
+    const end = () => setTimeout(() => done(performance.now() - begin));
+    const watch = () => requestAnimationFrame(isshown() ? end : watch);
     new Function(change)();
     watch();'''
 TREEMAP = 'document.querySelectorAll(".cell").length > 10'

@@ -3,11 +3,9 @@ import {decode, findthing, parseaddress, searchaddress} from './address.js';
 import {compare} from './compare.js';
 import {makegraph} from './data.js';
 import {element, number} from './dom.js';
-import {overview} from './overview.js';
+import {objectsview, overview} from './overview.js';
 import {makeindex} from './search.js';
-import {
-    librariesview, libraryview, objectsview, objectview, searchview, symbolsview, symbolview,
-} from './views.js';
+import {librariesview, libraryview, objectview, searchview, symbolsview, symbolview} from './views.js';
 import {watchprint} from './virtual.js';
 import {why} from './why.js';
 

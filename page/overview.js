@@ -14,9 +14,6 @@ export function overview(graph) {
     const total = objects.reduce((sum, object) => sum + graph.size(object), 0);
     const hasLibraries = graph.libraries.length > 0;
     const most = element('ol', {class: 'most'}, element('li', {class: 'waits'}, 'Adding up…'));
-    const sums = {below: null, linkers: null, users: null}; // arrays when they are known
-    const objecttable = makeobjecttable(graph, objects, sums);
-    const librarytable = makelibrarytable(graph, sums);
     const view = element('div', {},
         element('p', {class: 'total'}, element('strong', {}, bytesinwords(total)), ' in ',
                 counted(graph.objects.length, 'object'),
@@ -29,22 +26,14 @@ export function overview(graph) {
             section('BIGGEST OBJECTS', biggest(graph, objects, total)),
             section('SYMBOLS THAT LINK IN MOST', most)),
         section('UNDEFINED', ...undefinedsymbols(graph)),
-        section('OBJECTS', objecttable.element),
-        hasLibraries ? section('LIBRARIES', librarytable.element) : null);
-    closureTotals(graph).then(below => {
-        sums.below = below;
-        most.replaceChildren(...linkmost(graph, below));
-        objecttable.update();
-        return linkedBy(graph);
-    }).then(linkers => {
-        sums.linkers = linkers;
-        objecttable.update();
-        return libraryUsers(graph);
-    }).then(users => {
-        sums.users = users;
-        librarytable.update();
-    });
+        section('OBJECTS', makeobjecttable(graph)),
+        hasLibraries ? section('LIBRARIES', makelibrarytable(graph)) : null);
+    closureTotals(graph).then(below => most.replaceChildren(...linkmost(graph, below)));
     return {title: 'Overview', element: view};
+}
+
+export function objectsview(graph) {
+    return {title: 'Objects', element: makeobjecttable(graph)};
 }
 
 function section(heading, ...children) {
@@ -101,29 +90,43 @@ function undefinedsymbols(graph) {
     ];
 }
 
-// A column whose values are known later.
-function later(title, values) {
+// Returns a column of values that become known later, {values}: null until then.
+function later(title, known) {
     return {
-        title, value: row => values()?.[row],
-        cell: row => values() === null ? '…' : number(values()[row]),
+        title, value: row => known.values?.[row],
+        cell: row => known.values === null ? '…' : number(known.values[row]),
     };
 }
 
-function makeobjecttable(graph, objects, sums) {
-    return table({
-        label: 'Objects', rows: objects, sort: 2,
-        columns: [
-            {title: 'Object', text: true, value: object => graph.objects[object].name,
-             cell: object => link(graph, 'object', object, graph.objects[object].name)},
-            {title: 'Library', text: true,
-             value: object => graph.libraries[graph.objects[object].library]},
-            {title: 'Bytes', value: object => graph.objects[object].size},
-            later('Links in bytes', () => sums.below),
-            {title: 'Definitions', value: object => graph.objects[object].defines.length},
-            {title: 'References', value: object => graph.objects[object].refers.length},
-            later('Linked in by objects', () => sums.linkers),
-        ],
+// Returns the table of all objects. It adds up what they link in after it is shown.
+function makeobjecttable(graph) {
+    const below = {values: null};
+    const linkers = {values: null};
+    const columns = [
+        {title: 'Object', text: true, value: object => graph.objects[object].name,
+         cell: object => link(graph, 'object', object, graph.objects[object].name)},
+        ...(graph.libraries.length === 0 ? [] : [{
+            title: 'Library', text: true, value: object => graph.libraries[graph.objects[object].library],
+        }]),
+        {title: 'Bytes', value: object => graph.objects[object].size},
+        later('Links in bytes', below),
+        {title: 'Definitions', value: object => graph.objects[object].defines.length},
+        {title: 'References', value: object => graph.objects[object].refers.length},
+        later('Linked in by objects', linkers),
+    ];
+    const {element: made, update} = table({
+        label: 'Objects', rows: [...graph.objects.keys()], columns,
+        sort: columns.findIndex(({title}) => title === 'Bytes'),
     });
+    closureTotals(graph).then(values => {
+        below.values = values;
+        update();
+        return linkedBy(graph);
+    }).then(values => {
+        linkers.values = values;
+        update();
+    });
+    return made;
 }
 
 // Returns for each library its objects, bytes, definitions and references.
@@ -141,9 +144,10 @@ function addobjects(graph) {
     return libraries;
 }
 
-function makelibrarytable(graph, sums) {
+function makelibrarytable(graph) {
     const libraries = addobjects(graph);
-    return table({
+    const users = {values: null};
+    const {element: made, update} = table({
         label: 'Libraries', rows: [...libraries.keys()], sort: 2,
         columns: [
             {title: 'Library', text: true, value: library => graph.libraries[library],
@@ -152,7 +156,12 @@ function makelibrarytable(graph, sums) {
             {title: 'Bytes', value: library => libraries[library].bytes},
             {title: 'Definitions', value: library => libraries[library].defines},
             {title: 'References', value: library => libraries[library].refers},
-            later('Linked in by other objects', () => sums.users),
+            later('Linked in by other objects', users),
         ],
     });
+    linkedBy(graph).then(() => libraryUsers(graph)).then(values => {
+        users.values = values;
+        update();
+    });
+    return made;
 }

@@ -190,11 +190,6 @@ export function symbolsview(graph) {
     };
 }
 
-export function objectsview(graph) {
-    const objects = sorted(graph.objects.map(object => object.name));
-    return {title: 'Objects', element: objectlist(graph, 'Objects', objects)};
-}
-
 export function librariesview(graph) {
     const libraries = sorted(graph.libraries);
     const counts = graph.libraries.map(() => [0, 0]);
