@@ -1,7 +1,7 @@
 // measure RUNS FILE: runs the commands of the file, one a line, in turn, so that the load of the
 // machine affects all of them. Prints for each its name, its median CPU time in milliseconds and
-// its peak memory in kilobytes. A line is the name, a blank, and the command's words. The word %F
-// stands for all words of the file F. Standard output goes to /dev/null.
+// median peak memory in kilobytes. A line is the name, a blank, and the command's words. The word
+// %F stands for all words of the file F. Standard output goes to /dev/null.
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -22,7 +22,7 @@ struct COMMAND {
     std::string name;
     std::vector<std::string> words;
     std::vector<double> milliseconds;
-    long kilobytes = 0;
+    std::vector<long> kilobytes;
 };
 
 COMMAND readcommand(const std::string &line) {
@@ -61,7 +61,7 @@ bool run(COMMAND *command) {
     const bool ended = started && wait4(child, &status, 0, &usage) == child && status == 0;
     posix_spawn_file_actions_destroy(&actions);
     command->milliseconds.push_back(milliseconds(usage.ru_utime) + milliseconds(usage.ru_stime));
-    command->kilobytes = std::max(command->kilobytes, usage.ru_maxrss);
+    command->kilobytes.push_back(usage.ru_maxrss);
     return ended;
 }
 
@@ -87,7 +87,9 @@ int main(int argc, char **argv) {
     }
     for (COMMAND &command : commands) {
         std::sort(command.milliseconds.begin(), command.milliseconds.end());
+        std::sort(command.kilobytes.begin(), command.kilobytes.end());
         printf("%s %.3f %ld\n", command.name.c_str(),
-               command.milliseconds[command.milliseconds.size() / 2], command.kilobytes);
+               command.milliseconds[command.milliseconds.size() / 2],
+               command.kilobytes[command.kilobytes.size() / 2]);
     }
 }
