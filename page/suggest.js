@@ -51,7 +51,8 @@ export function suggestions(graph, text, kinds) {
 // chooses one.
 export function suggestfield(label, value, find, onchoose) {
     const id = `suggest-${++fields}`;
-    const list = element('ul', {role: 'listbox', id, 'aria-label': label, hidden: true});
+    // A list that scrolls is no stop of the Tab key.
+    const list = element('ul', {role: 'listbox', id, 'aria-label': label, tabindex: -1, hidden: true});
     const input = element('input', {
         type: 'text', role: 'combobox', 'aria-autocomplete': 'list', 'aria-expanded': 'false',
         'aria-controls': id, autocomplete: 'off', spellcheck: 'false', autocapitalize: 'off',
