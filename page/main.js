@@ -5,6 +5,7 @@ import {makegraph} from './data.js';
 import {element, number} from './dom.js';
 import {objectsview, overview} from './overview.js';
 import {makeindex} from './search.js';
+import {unknownname} from './suggest.js';
 import {librariesview, libraryview, objectview, searchview, symbolsview, symbolview} from './views.js';
 import {watchprint} from './virtual.js';
 import {why} from './why.js';
@@ -26,11 +27,11 @@ const lists = {symbols: symbolsview, objects: objectsview, libraries: librariesv
 
 function makeview(address) {
     const {kind, name = ''} = address;
-    if (kind in things) {
+    if (Object.hasOwn(things, kind) && name !== '') {
         const thing = findthing(graph, address);
         return thing < 0 ? missing(kind, name) : things[kind](graph, thing);
     }
-    if (kind in lists)
+    if (Object.hasOwn(lists, kind))
         return lists[kind](graph);
     if (kind === 'search')
         return searchview(graph, name, resultkey);
@@ -38,7 +39,12 @@ function makeview(address) {
         return why(graph, ...questionnames());
     if (kind === 'compare' && old !== null)
         return compare(graph, old);
-    return overview(graph);
+    if (kind === '' || kind === 'all')
+        return overview(graph);
+    return {
+        title: 'Unknown address',
+        element: element('p', {}, `The page has no view ${location.hash}. `, element('a', {href: '#all'}, 'Overview')),
+    };
 }
 
 // The two names may hold commas of their own, which are encoded.
@@ -48,7 +54,7 @@ function questionnames() {
 }
 
 function missing(kind, name) {
-    return {title: name, element: element('p', {}, `There is no ${kind} of this name here.`)};
+    return {title: name, element: unknownname(graph, name, kind === 'library' ? [kind] : undefined)};
 }
 
 // Shows the view of the address. The focus moves to its heading unless the reader is typing.

@@ -6,7 +6,7 @@ import {bytes, bytesinwords, counted, element, number} from './dom.js';
 import {icicle} from './icicle.js';
 import {calledname, datetext, definername, objectreport, symbolreport} from './report.js';
 import {makeindex, search} from './search.js';
-import {thingname} from './suggest.js';
+import {thingname, unknownname} from './suggest.js';
 import {linktree} from './tree.js';
 import {virtuallist} from './virtual.js';
 
@@ -228,7 +228,8 @@ export function searchview(graph, text, key) {
         : `${counted(found.length, 'result')}${more > 0 ? `, ${number(more)} more not shown` : ''}`;
     return {
         title: `Search: ${text}`,
-        element: element('div', {}, element('p', {}, summary), rows.element),
+        element: found.length > 0 ? element('div', {}, element('p', {}, summary), rows.element)
+            : text.trim() === '' ? element('p', {}, 'Type a part of a name.') : unknownname(graph, text),
         summary,
         focus: () => rows.focus(0),
         first: found.length > 0 ? addressof(graph, found[0].kind, found[0].number) : null,
