@@ -86,11 +86,13 @@ function reporttext(view) {
         if (text.value === '')
             text.value = view.report();
     };
+    const copied = element('span', {id: 'copied', role: 'status'});
     const copy = () => {
         fill();
         details.open = true;
-        text.select();
-        status.textContent = document.execCommand('copy') ? 'Copied' : 'Press the copy key of your system';
+        text.focus();
+        text.setSelectionRange(1, text.value.length); // without the empty line above the report
+        copied.textContent = document.execCommand('copy') ? 'Copied.' : 'Press the copy key of your system.';
     };
     const details = element('details', {class: 'report', open: reportOpen, toggle: () => {
         reportOpen = details.open;
@@ -99,7 +101,8 @@ function reporttext(view) {
     }}, element('summary', {}, 'Report as text'), text);
     if (reportOpen)
         fill();
-    return element('div', {}, element('button', {type: 'button', id: 'copy', click: copy}, 'Copy as text'), details);
+    return element('div', {},
+        element('button', {type: 'button', id: 'copy', click: copy}, 'Copy as text'), ' ', copied, details);
 }
 
 // --- navigation
