@@ -17,6 +17,9 @@ const graph = makegraph(readdata('data'));
 const old = document.getElementById('old') === null ? null : makegraph(readdata('old'));
 let results = null; // the search view when it is shown
 let reportOpen = false;
+let current = null; // the view on the screen: {address, view, parts, top, lists, focus}
+const KEPT = 20;
+const kept = new Map(); // address -> view that was on the screen
 
 function readdata(id) {
     return JSON.parse(document.getElementById(id).textContent);
@@ -57,16 +60,21 @@ function missing(kind, name) {
     return {title: name, element: unknownname(graph, name, kind === 'library' ? [kind] : undefined)};
 }
 
-// Shows the view of the address. The focus moves to its heading unless the reader is typing.
-function show(first) {
-    const address = parseaddress(location.hash);
-    const view = makeview(address);
+// Shows the view of the address, as the reader left it when it is kept. The focus moves to its heading
+// unless the reader is typing.
+function show(first, left) {
+    keepview();
+    const address = parseaddress(location.hash || (old === null ? '#all' : '#compare'));
+    const view = left?.view ?? makeview(address);
     results = address.kind === 'search' ? view : null;
-    const heading = element('h1', {tabindex: -1, class: view.kind === undefined ? null : 'name'}, view.title);
-    main.replaceChildren(
-        element('div', {class: 'heading'}, heading,
+    const parts = left?.parts ?? [
+        element('div', {class: 'heading'},
+            element('h1', {tabindex: -1, class: view.kind === undefined ? null : 'name'}, view.title),
             view.kind === undefined ? null : element('span', {class: 'kind'}, view.kind)),
-        view.element, ...(view.report === undefined ? [] : [reporttext(view)]));
+        view.element, ...(view.report === undefined ? [] : [reporttext(view)]),
+    ];
+    main.replaceChildren(...parts);
+    current = left ?? {address: location.hash, view, parts, top: 0, lists: [], focus: null};
     document.title = `${view.title} – ${graph.title}`;
     status.textContent = view.summary ?? '';
     marknavigation(address.kind);
@@ -74,9 +82,47 @@ function show(first) {
         field.value = '';
     else if (field.value !== address.name)
         field.value = address.name ?? '';
-    window.scrollTo(0, 0);
-    if (!first && document.activeElement !== field)
-        heading.focus({preventScroll: true});
+    if (first)
+        return;
+    restorescroll(current);
+    const focus = current.focus?.isConnected ? current.focus : main.querySelector('h1');
+    if (document.activeElement !== field)
+        focus.focus({preventScroll: true});
+}
+
+// --- history
+
+// Keeps the current view for the Back and Forward buttons.
+function keepview() {
+    if (current === null)
+        return;
+    current.top = window.scrollY;
+    current.lists = [...main.querySelectorAll('.scroller, .table-view')].map(list => [list, list.scrollTop]);
+    if (main.contains(document.activeElement))
+        current.focus = document.activeElement;
+    kept.delete(current.address);
+    kept.set(current.address, current);
+    if (kept.size > KEPT)
+        kept.delete(kept.keys().next().value);
+}
+
+// Scrolls after the lists have measured their rows: observers are called in the order of their making.
+function restorescroll({top, lists}) {
+    const observer = new ResizeObserver(() => {
+        observer.disconnect();
+        for (const [list, scrolled] of lists)
+            list.scrollTop = scrolled;
+        window.scrollTo(0, top);
+    });
+    observer.observe(main);
+}
+
+// A new entry of the history has no state.
+function changeaddress() {
+    const left = history.state === null ? undefined : kept.get(location.hash);
+    if (history.state === null)
+        history.replaceState({}, '');
+    show(false, left);
 }
 
 // The text of the program's report, made when it is opened.
@@ -140,10 +186,12 @@ function marknavigation(kind) {
 function type() {
     if (field.value === '')
         return leaveresults();
-    if (results === null)
+    if (results === null) {
         history.pushState({searching: true}, '', searchaddress(field.value));
-    else
+    } else {
         history.replaceState(history.state, '', searchaddress(field.value));
+        current = null; // no entry of the history any more
+    }
     show(false);
 }
 
@@ -226,7 +274,14 @@ chooser.addEventListener('change', () => {
 watchprint();
 settheme();
 fillnavigation();
-window.addEventListener('hashchange', () => show(false));
+// The browser itself scrolls only when it loads the page again.
+for (const [event, restoration] of [['pageshow', 'manual'], ['pagehide', 'auto']]) {
+    window.addEventListener(event, () => {
+        history.scrollRestoration = restoration;
+    });
+}
+window.addEventListener('hashchange', changeaddress);
+history.replaceState(history.state ?? {}, '');
 show(true);
 // After the first painting, so that the first letter does not wait for it.
 setTimeout(() => makeindex(graph));

@@ -116,6 +116,8 @@ class PagesTest(PageTest):
                 (Keys.END, ACTIVE, 'trigger_place()'),
                 (Keys.ENTER, TITLE, 'trigger_place()'),
                 ('back', TITLE, 'Symbols'),
+                ('', ACTIVE, 'trigger_place()'),
+                ('', 'return document.querySelector(".scroller").scrollTop > 0', True),
                 ('forward', TITLE, 'trigger_place()'),
             ]),
             'tree': ('#symbol=event_post', [
