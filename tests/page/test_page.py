@@ -298,19 +298,27 @@ class PagesTest(PageTest):
 
     def test_compare(self):
         self.open(makepage(self.directory, 'compare.html', '--compare', self.changed(), self.example))
+        self.assertEqual('Changes from old.tvk to libengine.tvk', self.js(TITLE))
         rows = """return [...document.querySelectorAll(`[aria-label="${arguments[0]}"] tbody tr`)].map(
                       row => [...row.cells].map(cell => cell.textContent)).filter(row => row.length > 1);"""
         self.go(['#compare'], '', 3)
-        self.assertEqual([['text.o', 'engine', 'came', '', '200', '+200'],
+        self.assertEqual([['text.o', 'engine', 'added', '', '200', '+200'],
                           ['panic.o', 'engine', 'grew', '100', '138', '+38'],
-                          ['zone.o', 'engine', 'went', '4', '', '−4']], self.js(rows, 'Objects'))
+                          ['zone.o', 'engine', 'removed', '4', '', '−4']], self.js(rows, 'Objects'))
         self.assertEqual([['engine', *self.totals()]], self.js(rows, 'Libraries'))
         self.go(['#compare=event_post'], '', 3)
         self.assertEqual([['Bytes', '263,856', '264,094', '+238'], ['Objects', '6', '7', '+1']],
                          self.js(rows, 'Totals of event_post'))
-        self.assertEqual([['text.o', 'engine', 'came', '', '200', '+200'],
+        self.assertEqual([['text.o', 'engine', 'added', '', '200', '+200'],
                           ['panic.o', 'engine', 'grew', '100', '138', '+38']],
                          self.js(rows, 'Objects that event_post links in'))
+        self.open(makepage(self.directory, 'reverse.html', '--compare', self.example, 'old.tvk'), '#compare=event_post')
+        self.until('return document.querySelector("[aria-label=Symbols] a")')
+        lost = ['text_length', 'text_number', 'text_equal', 'text_copy']
+        self.assertEqual([*lost, *lost[:2]],
+                         self.js('return [...document.querySelectorAll("p a")].map(link => link.textContent)'))
+        self.assertEqual([*([name, 'removed', 'text.o', '1'] for name in lost), ['zone()', 'added', 'zone.o', '0']],
+                         self.js(rows, 'Symbols'))
 
     def totals(self):
         sizes = [sum(map(int, re.findall('size=(.*)', self.read(name)))) for name in ('old.tvk', self.example)]
