@@ -47,7 +47,7 @@ function answer(graph, from, to) {
     }
     return {title: `Why ${first} links in ${last}`, parts: [
         element('section', {}, element('h2', {}, 'SHORTEST CHAIN'), chainlist(graph, chain, end),
-            element('p', {class: 'note'}, 'LINKS IN may show a longer chain: it shows an object where it is linked ' +
+            element('p', {class: 'note'}, 'LINKS IN may show a longer chain: it shows each object where it is linked ' +
                                           'in first.')),
         ...reasons(graph, start, target),
     ]};
