@@ -3,7 +3,7 @@ import {addressof, parseaddress} from './address.js';
 import {linksof} from './data.js';
 import {bytesinwords, counted, element, number} from './dom.js';
 import {calledname} from './report.js';
-import {namedthing, suggestfield, suggestions} from './suggest.js';
+import {namedthing, suggestfield, suggestions, unknownname} from './suggest.js';
 import {table} from './table.js';
 
 const LISTED = 30; // names in a line
@@ -211,16 +211,22 @@ function symbolchange(builds, name, lost) {
     const field = suggestfield('Symbol', name, find, () => form.requestSubmit());
     const form = element('form', {class: 'question', submit: event => {
         event.preventDefault();
-        location.hash = `#compare=${encodeURIComponent(field.input.value.trim())}`;
+        location.hash = compareaddress(field.input.value.trim());
     }}, field.element, element('button', {type: 'submit'}, 'Show'));
     return [form, ...(name === '' ? [] : closurechange(builds, name, lost))];
 }
 
+function compareaddress(name) {
+    return `#compare=${encodeURIComponent(name)}`;
+}
+
 function closurechange(builds, name, lost) {
-    const linked = builds.map(({graph}) => {
-        const found = namedthing(graph, name);
-        return found === null || found.kind !== 'symbol' ? null : linksof(graph, 'symbol', found.number);
-    });
+    const symbols = builds.map(build => namedthing(build.graph, name))
+        .map(found => found?.kind === 'symbol' ? found : null);
+    if (symbols.every(found => found === null))
+        return [element('div', {role: 'alert'}, unknownname(
+            builds[1].graph, name, ['symbol'], ({symbols: names}, _, number) => compareaddress(names[number])))];
+    const linked = builds.map((build, i) => symbols[i] && linksof(build.graph, 'symbol', symbols[i].number));
     if (linked.every(links => links === null))
         return [element('p', {role: 'alert'}, `No object defines ${name} in either build.`)];
     const lists = linked.map(links => Array.from(links?.objects ?? []));

@@ -28,13 +28,14 @@ export function namedthing(graph, text) {
     return null;
 }
 
-// Returns the texts for a name that nothing of the kinds has. They offer the nearest names.
-export function unknownname(graph, name, kinds = ['symbol', 'object']) {
+// Returns the texts for a name that nothing of the kinds has. They offer the nearest names as links to
+// address(graph, kind, number).
+export function unknownname(graph, name, kinds = ['symbol', 'object'], address = addressof) {
     const near = nearest(makeindex(graph), name, OFFERED, kinds);
     return element('div', {}, element('p', {}, `There is no ${kinds.join(' or ')} ${name}.`),
         near.length === 0 ? null : element('p', {}, 'Nearest names: ', near.map(({kind, number, name: other}, i) => [
             i > 0 ? ', ' : '',
-            element('a', {href: addressof(graph, kind, number)}, kind === 'symbol' ? calledname(graph, number) : other),
+            element('a', {href: address(graph, kind, number)}, kind === 'symbol' ? calledname(graph, number) : other),
         ])));
 }
 

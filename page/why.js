@@ -32,8 +32,10 @@ function answer(graph, from, to) {
     }
     const [start, end] = [from, to].map(name => namedthing(graph, name));
     if (start === null || end === null) {
-        const name = start === null ? from : to;
-        return {title: question, parts: [element('div', {role: 'alert'}, unknownname(graph, name))]};
+        const [name, address] = start === null ? [from, other => whyaddress(other, to)]
+                                               : [to, other => whyaddress(from, other)];
+        return {title: question, parts: [element('div', {role: 'alert'}, unknownname(
+            graph, name, KINDS, (_, kind, number) => address(thingname(graph, kind, number))))]};
     }
     const lacking = [end, start].find(named => objectof(graph, named) < 0);
     if (lacking !== undefined)
