@@ -163,6 +163,11 @@ class PagesTest(PageTest):
                 ('heap.o' + Keys.ENTER, HASH, '#why=event_post,heap.o'),
                 ('', CHAIN, ['events.o', 'panic.o', 'heap.o']),
             ]),
+            'suggestions': ('#why', [
+                ('to .suggest input', ACTIVE, ''),
+                ('e' + Keys.TAB, 'return document.activeElement.labels[0].textContent', 'why is this linked in?'),
+                ('', FROM, 'e'),
+            ]),
             'frame': ('#all', [
                 ('to #skip', ACTIVE, 'Skip to the content'),
                 (Keys.ENTER, 'return document.activeElement.id', 'main'),
@@ -266,7 +271,7 @@ class PagesTest(PageTest):
             makepage(self.directory, 'compare.html', '--compare', self.changed(), self.example): [
                 '#all', '#symbols', '#objects', '#libraries', '#symbol=event_post', '#object=events.o',
                 '#library=engine', '#symbol=none', '#search=panic', '#search=none.', '#why', '#why=event_post,heap.o',
-                '#compare', '#compare=event_post'],
+                '#why=event_post,evnt', '#none', '#compare', '#compare=event_post'],
             makepage(self.directory, 'reports.html', '--fragment', 'reports.htm'): ['#report-0'],
         }
         self.addCleanup(setscreen, self.browser, 'light', 1280)
