@@ -18,7 +18,7 @@ const old = document.getElementById('old') === null ? null : makegraph(readdata(
 let results = null; // the search view when it is shown
 let reportOpen = false;
 let current = null; // the view on the screen: {address, view, parts, top, lists, focus}
-const KEPT = 20;
+const KEPT = 10;
 const kept = new Map(); // address -> view that was on the screen
 
 function readdata(id) {
