@@ -136,7 +136,7 @@ function drawcell(frame, cell, i, letter) {
         class: `cell ${fill.colour}${cell.outer ? ' cell-outer' : ''}${cell.ground ? ' cell-ground' : ''}`,
         role: 'treeitem',
         id: `${frame.name}-${cell.node.number}`, 'data-cell': i, 'aria-level': cell.level,
-        'aria-label': name, 'aria-selected': 'false',
+        'aria-label': size === undefined ? name : `${name} ${size}`, 'aria-selected': 'false',
     }, fillrects(cell.ground ? {...fill, pattern: null} : fill, {x, y, width, height}));
     if (width >= 3 * letter.width + 8 && height >= letter.height * 1.2) {
         const middle = Math.min(height, letter.height * 1.8) / 2;
@@ -144,7 +144,7 @@ function drawcell(frame, cell, i, letter) {
         // The inner svg cuts a long name.
         group.append(svg('svg', {x, y, width: width - 2, height},
             svg('text', {class: 'cell-name', x: 4, y: middle + letter.height * 0.35}, name),
-            hasSize ? svg('text', {class: 'cell-name', x: 4, y: middle + letter.height * 1.65}, size) : null));
+            hasSize ? [' ', svg('text', {class: 'cell-name', x: 4, y: middle + letter.height * 1.65}, size)] : null));
     }
     return group;
 }
