@@ -138,7 +138,8 @@ function changes(label, builds, lists) {
     ];
     return [
         element('p', {}, `${summary}, ${number(same)} as large as before`),
-        rows.length <= LISTED || removed.length === 0 ? null : element('p', {}, 'Removed: ', ...listed(removed, oldname)),
+        rows.length <= LISTED || removed.length === 0 ? null
+            : element('p', {}, 'Removed: ', ...listed(removed, oldname)),
         rows.length === 0 ? null : table({label, rows, columns, sort: columns.length - 1}).element,
     ];
 }
@@ -238,7 +239,8 @@ function closurechange(builds, name, lost) {
     const missed = lost.filter(({symbol}) => refers.has(symbol));
     return [
         element('p', {}, element('bdi', {}, name), `: ${words.join(', ')}.`),
-        missed.length === 0 ? null : element('p', {}, 'These objects refer to symbols that only the old build defines: ',
+        missed.length === 0 ? null : element('p', {},
+            'Objects of the new build refer to symbols that only the old build defines: ',
             ...listed(missed, ({symbol}) => symbollink(graph, symbol))),
         changetable(`Totals of ${name}`, [['Bytes', ...bytes], ['Objects', ...lists.map(list => list.length)]]),
         ...changes(`Objects that ${name} links in`, builds, lists),

@@ -140,7 +140,8 @@ function makerow(state, i) {
         const value = column.value(row);
         const shown = column.cell?.(row) ?? (typeof value === 'number' ? number(value) : value ?? '');
         return element(at === 0 ? 'th' : 'td', {
-            class: `${column.text ? 'text' : 'number'}${at === state.sort ? ' sorted' : ''}`, scope: at === 0 ? 'row' : null, tabindex: -1,
+            class: `${column.text ? 'text' : 'number'}${at === state.sort ? ' sorted' : ''}`,
+            scope: at === 0 ? 'row' : null, tabindex: -1,
             title: typeof value === 'string' ? value : null,
         }, shown);
     });

@@ -74,7 +74,8 @@ function layout(state, width, letter) {
             node, x: x0, y: y0, width: x1 - x0, height: y1 - y0, level: node.depth + (tree === top ? 0 : 1),
             fill: object === undefined ? state.fills[library] : fillof(state.fills, graph.objects[object]),
             name: isOuter ? `‹ ${name}` : name,
-            size: object === undefined ? undefined : rounded(node.value) || bytes(node.value), ground: object === undefined, outer: isOuter,
+            size: object === undefined ? undefined : rounded(node.value) || bytes(node.value),
+            ground: object === undefined, outer: isOuter,
         });
     });
     state.places = new Map(state.shown.map(cell => [cell.node, cell]));

@@ -29,6 +29,8 @@ SORT = 'return document.activeElement.closest("th").ariaSort'
 EXPANDED = 'return document.activeElement.ariaExpanded'
 SELECTED = 'return document.querySelector(".cell-selected").getAttribute("aria-label")'
 LINE = 'return document.querySelector(".picture-line").textContent.split(":")[0]'
+WHOLE = '''return [...document.querySelectorAll(".treemap .picture-view, .whole")].every(
+    view => view.scrollHeight === view.clientHeight);'''
 INK = 'return parseInt(getComputedStyle(document.body).color.slice(4))'
 FROM = 'return document.querySelector("input[role]").value'
 CHAIN = 'return [...document.querySelectorAll(".chain a:last-of-type")].map(link => link.textContent)'
@@ -287,6 +289,7 @@ class PagesTest(PageTest):
                             self.go([view], '', 3)
                             self.assertEqual([], self.violations())
                             self.assertLessEqual(self.js('return document.documentElement.scrollWidth'), width)
+                            self.assertTrue(self.js(WHOLE))
 
     def violations(self):
         return self.browser.execute_async_script("""
