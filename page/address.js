@@ -56,9 +56,35 @@ function nth(alike, number) {
     return at > 0 ? `&n=${at + 1}` : '';
 }
 
-// Returns the number of the thing that a parsed address names; -1 when there is none. A symbol may
-// have an underscore less before or after its name, an object any library when none is named.
-export function findthing(graph, {kind, name, library, n}) {
+// Returns the name in a text that has blanks around it or, as the page prints functions, "()" after it.
+export function plainname(text) {
+    return text.trim().replace(/(?<=.)\(\)$/, '');
+}
+
+// Yields the names that a text may mean, the most exact first. The last one differs in letter case; it
+// is the only such name of the kinds.
+export function* spellings(graph, text, kinds) {
+    const plain = plainname(text);
+    yield* [text, text.trim(), plain];
+    const lower = plain.toLowerCase();
+    const alike = kinds.flatMap(kind => [...tablesof(graph)[kind].keys()].filter(name => name.toLowerCase() === lower));
+    if (new Set(alike).size === 1)
+        yield alike[0];
+}
+
+// Returns the number of the thing that a parsed address names; -1 when there is none.
+export function findthing(graph, address) {
+    for (const name of spellings(graph, address.name, [address.kind])) {
+        const number = findexact(graph, {...address, name});
+        if (number >= 0)
+            return number;
+    }
+    return -1;
+}
+
+// Like findthing(), for an exact name. A symbol may have an underscore less before or after its name, an
+// object any library when none is named.
+export function findexact(graph, {kind, name, library, n}) {
     const nthof = found => found[(Number(n) || 1) - 1] ?? -1;
     if (kind === 'library')
         return graph.libraries.indexOf(name);
@@ -71,16 +97,21 @@ export function findthing(graph, {kind, name, library, n}) {
     return nthof(exact.length === 0 && library === undefined ? found : exact);
 }
 
-const tables = new WeakMap(); // graph -> {symbol, object}: name -> numbers
+const tables = new WeakMap(); // graph -> {symbol, object, library}: name -> numbers
 
-function namesakes(graph, kind, name) {
+function tablesof(graph) {
     if (!tables.has(graph)) {
         tables.set(graph, {
             symbol: bynames(graph.symbols),
             object: bynames(graph.objects.map(object => object.name)),
+            library: bynames(graph.libraries),
         });
     }
-    return tables.get(graph)[kind].get(name) ?? [];
+    return tables.get(graph);
+}
+
+function namesakes(graph, kind, name) {
+    return tablesof(graph)[kind].get(name) ?? [];
 }
 
 function bynames(names) {

@@ -2,7 +2,7 @@
 // links in first. The width is the bytes of the object and of all below it.
 import {hierarchy, partition} from 'd3-hierarchy';
 import {fillof, legend, libraryfills} from './colours.js';
-import {bytes} from './dom.js';
+import {bytes, element} from './dom.js';
 import {activate, drawpicture, makepicture, share} from './picture.js';
 
 const LEAST = 1; // pixels of the narrowest cell that is drawn
@@ -28,9 +28,8 @@ export function icicle(graph, linked, onselect) {
         open: node => open(state, node),
         back: () => back(state),
     }, root);
-    const {element} = state.frame;
-    element.append(legend(graph, fills, linked.objects) ?? '');
-    return {element, select: object => select(state, object)};
+    state.frame.element.append(legend(graph, fills, linked.objects) ?? '');
+    return {element: state.frame.element, select: object => select(state, object)};
 }
 
 // Returns the tree of nodes with value (bytes with all below), x0 and x1 (from 0 to 1). The root has
@@ -103,19 +102,18 @@ function nameof(state, node) {
 function describe(state, node) {
     const {graph, linked, root} = state;
     const whole = `${bytes(node.value)} with all below`;
+    const name = text => element('bdi', {}, text);
     if (node.object < 0)
-        return `${nameof(state, node)}: ${whole}`;
+        return [`${nameof(state, node)}: ${whole}`];
     const {library} = graph.objects[node.object];
     const cause = linked.causes[node.data];
-    const parent = node.parent !== null && node.parent.object >= 0 ? ` from ${nameof(state, node.parent)}` : '';
-    const parts = [
-        `${nameof(state, node)}${library === undefined ? '' : ` in ${graph.libraries[library]}`}: ` +
-            bytes(graph.size(node.object)),
-        `${whole}, ${share(node.value, root.value)} of the total`,
+    const hasParent = node.parent !== null && node.parent.object >= 0;
+    return [
+        name(nameof(state, node)), library === undefined ? '' : [' in ', name(graph.libraries[library])],
+        `: ${bytes(graph.size(node.object))}; ${whole}, ${share(node.value, root.value)} of the total`,
+        cause < 0 ? '' : ['; linked by ', name(graph.symbols[cause]),
+                          hasParent ? [' from ', name(nameof(state, node.parent))] : ''],
     ];
-    if (cause >= 0)
-        parts.push(`linked by ${graph.symbols[cause]}${parent}`);
-    return parts.join('; ');
 }
 
 function move(state, node, key) {

@@ -5,6 +5,7 @@ import {makegraph} from './data.js';
 import {element, number} from './dom.js';
 import {objectsview, overview} from './overview.js';
 import {makeindex} from './search.js';
+import {unknownname} from './suggest.js';
 import {librariesview, libraryview, objectview, searchview, symbolsview, symbolview} from './views.js';
 import {watchprint} from './virtual.js';
 import {why} from './why.js';
@@ -16,6 +17,9 @@ const graph = makegraph(readdata('data'));
 const old = document.getElementById('old') === null ? null : makegraph(readdata('old'));
 let results = null; // the search view when it is shown
 let reportOpen = false;
+let current = null; // the view on the screen: {address, view, parts, top, lists, focus}
+const KEPT = 10;
+const kept = new Map(); // address -> view that was on the screen
 
 function readdata(id) {
     return JSON.parse(document.getElementById(id).textContent);
@@ -26,11 +30,11 @@ const lists = {symbols: symbolsview, objects: objectsview, libraries: librariesv
 
 function makeview(address) {
     const {kind, name = ''} = address;
-    if (kind in things) {
+    if (Object.hasOwn(things, kind) && name !== '') {
         const thing = findthing(graph, address);
         return thing < 0 ? missing(kind, name) : things[kind](graph, thing);
     }
-    if (kind in lists)
+    if (Object.hasOwn(lists, kind))
         return lists[kind](graph);
     if (kind === 'search')
         return searchview(graph, name, resultkey);
@@ -38,7 +42,12 @@ function makeview(address) {
         return why(graph, ...questionnames());
     if (kind === 'compare' && old !== null)
         return compare(graph, old);
-    return overview(graph);
+    if (kind === '' || kind === 'all')
+        return overview(graph);
+    return {
+        title: 'Unknown address',
+        element: element('p', {}, `The page has no view ${location.hash}. `, element('a', {href: '#all'}, 'Overview')),
+    };
 }
 
 // The two names may hold commas of their own, which are encoded.
@@ -48,19 +57,24 @@ function questionnames() {
 }
 
 function missing(kind, name) {
-    return {title: name, element: element('p', {}, `There is no ${kind} of this name here.`)};
+    return {title: name, element: unknownname(graph, name, kind === 'library' ? [kind] : undefined)};
 }
 
-// Shows the view of the address. The focus moves to its heading unless the reader is typing.
-function show(first) {
-    const address = parseaddress(location.hash);
-    const view = makeview(address);
+// Shows the view of the address, as the reader left it when it is kept. The focus moves to its heading
+// unless the reader is typing.
+function show(first, left) {
+    keepview();
+    const address = parseaddress(location.hash || (old === null ? '#all' : '#compare'));
+    const view = left?.view ?? makeview(address);
     results = address.kind === 'search' ? view : null;
-    const heading = element('h1', {tabindex: -1, class: view.kind === undefined ? null : 'name'}, view.title);
-    main.replaceChildren(
-        element('div', {class: 'heading'}, heading,
+    const parts = left?.parts ?? [
+        element('div', {class: 'heading'},
+            element('h1', {tabindex: -1, class: view.kind === undefined ? null : 'name'}, view.title),
             view.kind === undefined ? null : element('span', {class: 'kind'}, view.kind)),
-        view.element, ...(view.report === undefined ? [] : [reporttext(view)]));
+        view.element, ...(view.report === undefined ? [] : [reporttext(view)]),
+    ];
+    main.replaceChildren(...parts);
+    current = left ?? {address: location.hash, view, parts, top: 0, lists: [], focus: null};
     document.title = `${view.title} – ${graph.title}`;
     status.textContent = view.summary ?? '';
     marknavigation(address.kind);
@@ -68,9 +82,47 @@ function show(first) {
         field.value = '';
     else if (field.value !== address.name)
         field.value = address.name ?? '';
-    window.scrollTo(0, 0);
-    if (!first && document.activeElement !== field)
-        heading.focus({preventScroll: true});
+    if (first)
+        return;
+    restorescroll(current);
+    const focus = current.focus?.isConnected ? current.focus : main.querySelector('h1');
+    if (document.activeElement !== field)
+        focus.focus({preventScroll: true});
+}
+
+// --- history
+
+// Keeps the current view for the Back and Forward buttons.
+function keepview() {
+    if (current === null)
+        return;
+    current.top = window.scrollY;
+    current.lists = [...main.querySelectorAll('.scroller, .table-view')].map(list => [list, list.scrollTop]);
+    if (main.contains(document.activeElement))
+        current.focus = document.activeElement;
+    kept.delete(current.address);
+    kept.set(current.address, current);
+    if (kept.size > KEPT)
+        kept.delete(kept.keys().next().value);
+}
+
+// Scrolls after the lists have measured their rows: observers are called in the order of their making.
+function restorescroll({top, lists}) {
+    const observer = new ResizeObserver(() => {
+        observer.disconnect();
+        for (const [list, scrolled] of lists)
+            list.scrollTop = scrolled;
+        window.scrollTo(0, top);
+    });
+    observer.observe(main);
+}
+
+// A new entry of the history has no state.
+function changeaddress() {
+    const left = history.state === null ? undefined : kept.get(location.hash);
+    if (history.state === null)
+        history.replaceState({}, '');
+    show(false, left);
 }
 
 // The text of the program's report, made when it is opened.
@@ -80,11 +132,13 @@ function reporttext(view) {
         if (text.value === '')
             text.value = view.report();
     };
+    const copied = element('span', {id: 'copied', role: 'status'});
     const copy = () => {
         fill();
         details.open = true;
-        text.select();
-        status.textContent = document.execCommand('copy') ? 'Copied' : 'Press the copy key of your system';
+        text.focus();
+        text.setSelectionRange(1, text.value.length); // without the empty line above the report
+        copied.textContent = document.execCommand('copy') ? 'Copied.' : 'Press the copy key of your system.';
     };
     const details = element('details', {class: 'report', open: reportOpen, toggle: () => {
         reportOpen = details.open;
@@ -93,7 +147,8 @@ function reporttext(view) {
     }}, element('summary', {}, 'Report as text'), text);
     if (reportOpen)
         fill();
-    return element('div', {}, element('button', {type: 'button', id: 'copy', click: copy}, 'Copy as text'), details);
+    return element('div', {},
+        element('button', {type: 'button', id: 'copy', click: copy}, 'Copy as text'), ' ', copied, details);
 }
 
 // --- navigation
@@ -131,10 +186,12 @@ function marknavigation(kind) {
 function type() {
     if (field.value === '')
         return leaveresults();
-    if (results === null)
+    if (results === null) {
         history.pushState({searching: true}, '', searchaddress(field.value));
-    else
+    } else {
         history.replaceState(history.state, '', searchaddress(field.value));
+        current = null; // no entry of the history any more
+    }
     show(false);
 }
 
@@ -217,7 +274,14 @@ chooser.addEventListener('change', () => {
 watchprint();
 settheme();
 fillnavigation();
-window.addEventListener('hashchange', () => show(false));
+// The browser itself scrolls only when it loads the page again.
+for (const [event, restoration] of [['pageshow', 'manual'], ['pagehide', 'auto']]) {
+    window.addEventListener(event, () => {
+        history.scrollRestoration = restoration;
+    });
+}
+window.addEventListener('hashchange', changeaddress);
+history.replaceState(history.state ?? {}, '');
 show(true);
 // After the first painting, so that the first letter does not wait for it.
 setTimeout(() => makeindex(graph));

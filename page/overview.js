@@ -76,9 +76,9 @@ function linkmost(graph, below) {
 function undefinedsymbols(graph) {
     const symbols = [...graph.definer.keys()].filter(symbol => graph.definer[symbol] < 0);
     if (symbols.length === 0)
-        return [element('p', {}, 'Every symbol has a definition.')];
+        return [element('p', {}, 'No symbol is undefined.')];
     return [
-        element('p', {}, `${counted(symbols.length, 'symbol')} without a definition`),
+        element('p', {}, counted(symbols.length, 'undefined symbol')),
         table({
             label: 'Undefined symbols', rows: symbols, sort: 1,
             columns: [
@@ -109,10 +109,10 @@ function makeobjecttable(graph) {
             title: 'Library', text: true, value: object => graph.libraries[graph.objects[object].library],
         }]),
         {title: 'Bytes', value: object => graph.objects[object].size},
-        later('Links in bytes', below),
+        later('Links in (bytes)', below),
         {title: 'Definitions', value: object => graph.objects[object].defines.length},
         {title: 'References', value: object => graph.objects[object].refers.length},
-        later('Linked in by objects', linkers),
+        later('Used by (objects)', linkers),
     ];
     const {element: made, update} = table({
         label: 'Objects', rows: [...graph.objects.keys()], columns,
@@ -156,7 +156,7 @@ function makelibrarytable(graph) {
             {title: 'Bytes', value: library => libraries[library].bytes},
             {title: 'Definitions', value: library => libraries[library].defines},
             {title: 'References', value: library => libraries[library].refers},
-            later('Linked in by other objects', users),
+            later('Used by (other objects)', users),
         ],
     });
     linkedBy(graph).then(() => libraryUsers(graph)).then(values => {

@@ -3,6 +3,8 @@
 import {fillrects} from './colours.js';
 import {element, svg} from './dom.js';
 
+const PAPER = 700; // width of a picture in print, where the browser scales it
+
 let pictures = 0;
 const frames = new WeakMap(); // element -> frame
 
@@ -10,11 +12,11 @@ const frames = new WeakMap(); // element -> frame
 // `source` has
 // - label, help: texts;
 // - layout(width, letter) -> height: called before the functions below;
-// - cells(top, bottom) -> [{node, x, y, width, height, fill, name, level, outer, ground},
-//   ...]: those that reach into this part. `node.number` identifies a node, `ground` is a cell with
-//   others on it;
+// - cells(top, bottom) -> [{node, x, y, width, height, fill, name, size, level, outer, ground},
+//   ...]: those that reach into this part. `node.number` identifies a node, `size` is a text under
+//   the name or undefined, `ground` is a cell with others on it;
 // - place(node) -> {y, height};
-// - describe(node) -> text of the line;
+// - describe(node) -> texts and elements of the line;
 // - move(node, key) -> the node that the key leads to, or null;
 // - open(node); back() -> whether there was something to go back to.
 export function makepicture(source, active) {
@@ -102,9 +104,9 @@ export function activate(frame, node) {
 // Draws the cells of the visible part, or all of them.
 export function drawpicture(frame, all = false) {
     const {tree, view, source} = frame;
-    const width = view.clientWidth;
-    if (width === 0)
+    if (view.clientWidth === 0)
         return;
+    const width = all ? PAPER : view.clientWidth;
     const letter = measureletter(frame);
     const height = source.layout(width, letter);
     tree.setAttribute('viewBox', `0 0 ${width} ${height}`);
@@ -129,18 +131,20 @@ function measureletter(frame) {
 }
 
 function drawcell(frame, cell, i, letter) {
-    const {x, y, width, height, fill, name} = cell;
+    const {x, y, width, height, fill, name, size} = cell;
     const group = svg('g', {
         class: `cell ${fill.colour}${cell.outer ? ' cell-outer' : ''}${cell.ground ? ' cell-ground' : ''}`,
         role: 'treeitem',
         id: `${frame.name}-${cell.node.number}`, 'data-cell': i, 'aria-level': cell.level,
-        'aria-label': name, 'aria-selected': 'false',
+        'aria-label': size === undefined ? name : `${name} ${size}`, 'aria-selected': 'false',
     }, fillrects(cell.ground ? {...fill, pattern: null} : fill, {x, y, width, height}));
     if (width >= 3 * letter.width + 8 && height >= letter.height * 1.2) {
         const middle = Math.min(height, letter.height * 1.8) / 2;
+        const hasSize = size !== undefined && height >= letter.height * 3.2 && width >= size.length * letter.width + 8;
         // The inner svg cuts a long name.
         group.append(svg('svg', {x, y, width: width - 2, height},
-            svg('text', {class: 'cell-name', x: 4, y: middle + letter.height * 0.35}, name)));
+            svg('text', {class: 'cell-name', x: 4, y: middle + letter.height * 0.35}, name),
+            hasSize ? [' ', svg('text', {class: 'cell-name', x: 4, y: middle + letter.height * 1.65}, size)] : null));
     }
     return group;
 }
@@ -159,9 +163,9 @@ function markcells(frame) {
 }
 
 function showline({line, source, hovered, active}) {
-    const text = source.describe(hovered ?? active);
-    if (line.textContent !== text)
-        line.textContent = text;
+    const text = element('p', {}, source.describe(hovered ?? active));
+    if (line.textContent !== text.textContent)
+        line.replaceChildren(...text.childNodes);
 }
 
 // "31.2 %"

@@ -1,4 +1,5 @@
 // Finding things by a part of their name.
+import {plainname} from './address.js';
 
 export const kinds = ['symbol', 'object', 'library', 'source'];
 
@@ -46,14 +47,14 @@ function bylength(names) {
 // Finds the names that contain the text, letter case ignored: first the name itself, then names that
 // begin with the text, then names with a word that begins with it, then others. Returns at most
 // `limit` of them as {found: [{kind, number, name}], more: number of the others}. The number of a
-// source is its object's.
-export function search(index, text, limit) {
-    const wanted = text.toLowerCase();
+// source is its object's. Only things of the kinds in `chosen` are found.
+export function search(index, text, limit, chosen = kinds) {
+    const wanted = plainname(text).toLowerCase();
     const ranks = [[], [], [], []];
     let count = 0;
     for (let i = 0; wanted !== '' && i < index.lower.length; ++i) {
         const at = index.lower[i].indexOf(wanted);
-        if (at < 0)
+        if (at < 0 || !chosen.includes(kinds[index.things[i] % kinds.length]))
             continue;
         ++count;
         const rank = ranks[rankof(index.lower[i], wanted, at)];
@@ -66,6 +67,20 @@ export function search(index, text, limit) {
         name: index.names[i],
     }));
     return {found, more: count - found.length};
+}
+
+// Returns what search() finds for the longest beginning of the text that is in a name.
+export function nearest(index, text, limit, chosen) {
+    const found = length => search(index, text.slice(0, length), limit, chosen).found;
+    let [low, high] = [1, text.length];
+    while (high - low > 1) {
+        const middle = low + high >> 1;
+        if (found(middle).length > 0)
+            low = middle;
+        else
+            high = middle;
+    }
+    return low > 1 ? found(low) : []; // one letter is in too many names
 }
 
 function rankof(name, wanted, at) {

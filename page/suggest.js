@@ -1,29 +1,42 @@
 // Text fields that suggest names of symbols and objects.
-import {findthing} from './address.js';
+import {addressof, findexact, spellings} from './address.js';
 import {element} from './dom.js';
-import {makeindex, search} from './search.js';
+import {calledname} from './report.js';
+import {makeindex, nearest, search} from './search.js';
 
 const SHOWN = 12;
-const SEARCHED = 100; // results that may be of other kinds
+const OFFERED = 5;
 
 let fields = 0;
-const indexes = new WeakMap(); // graph -> index of the search
 
 // Returns the thing that a text names, {kind, number}, null for none: a symbol, an object, or an
 // object as LIBRARY(OBJECT).
 export function namedthing(graph, text) {
-    const member = text.match(/^(.*)\((.*)\)$/s);
-    const forms = [
-        {kind: 'symbol', name: text},
-        {kind: 'object', name: text},
-        ...(member === null ? [] : [{kind: 'object', name: member[2], library: member[1]}]),
-    ];
-    for (const form of forms) {
-        const number = findthing(graph, form);
-        if (number >= 0)
-            return {kind: form.kind, number};
+    for (const name of spellings(graph, text, ['symbol', 'object'])) {
+        const member = name.match(/^(.*)\((.*)\)$/s);
+        const forms = [
+            {kind: 'symbol', name},
+            {kind: 'object', name},
+            ...(member === null ? [] : [{kind: 'object', name: member[2], library: member[1]}]),
+        ];
+        for (const form of forms) {
+            const number = findexact(graph, form);
+            if (number >= 0)
+                return {kind: form.kind, number};
+        }
     }
     return null;
+}
+
+// Returns the texts for a name that nothing of the kinds has. They offer the nearest names as links to
+// address(graph, kind, number).
+export function unknownname(graph, name, kinds = ['symbol', 'object'], address = addressof) {
+    const near = nearest(makeindex(graph), name, OFFERED, kinds);
+    return element('div', {}, element('p', {}, `There is no ${kinds.join(' or ')} ${name}.`),
+        near.length === 0 ? null : element('p', {}, 'Nearest names: ', near.map(({kind, number, name: other}, i) => [
+            i > 0 ? ', ' : '',
+            element('a', {href: address(graph, kind, number)}, kind === 'symbol' ? calledname(graph, number) : other),
+        ])));
 }
 
 // Returns the shortest text that names the thing. Only the first of several objects with the same
@@ -39,11 +52,7 @@ export function thingname(graph, kind, number) {
 
 // Returns the names of the given kinds that contain the text, each as {name, kind}.
 export function suggestions(graph, text, kinds) {
-    if (!indexes.has(graph))
-        indexes.set(graph, makeindex(graph));
-    return search(indexes.get(graph), text, SEARCHED).found
-        .filter(({kind}) => kinds.includes(kind))
-        .slice(0, SHOWN)
+    return search(makeindex(graph), text, SHOWN, kinds).found
         .map(({kind, number}) => ({kind, name: thingname(graph, kind, number)}));
 }
 
@@ -51,7 +60,8 @@ export function suggestions(graph, text, kinds) {
 // chooses one.
 export function suggestfield(label, value, find, onchoose) {
     const id = `suggest-${++fields}`;
-    const list = element('ul', {role: 'listbox', id, 'aria-label': label, hidden: true});
+    // A list that scrolls is no stop of the Tab key.
+    const list = element('ul', {role: 'listbox', id, 'aria-label': label, tabindex: -1, hidden: true});
     const input = element('input', {
         type: 'text', role: 'combobox', 'aria-autocomplete': 'list', 'aria-expanded': 'false',
         'aria-controls': id, autocomplete: 'off', spellcheck: 'false', autocapitalize: 'off',

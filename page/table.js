@@ -4,6 +4,7 @@ import {element, number} from './dom.js';
 
 const OVERSCAN = 6; // rows above and below the screen
 const PRINTED = 500;
+const SHORT = 30; // rows of a table that does not scroll
 
 const states = new WeakMap(); // scrolling element -> state
 
@@ -23,8 +24,10 @@ export function table({label, columns, rows, sort = 0, descending = true}) {
                 element('span', {class: 'sort-mark', 'aria-hidden': 'true'}))));
     const grid = element('table', {role: 'grid', 'aria-label': label, 'aria-colcount': columns.length},
         element('thead', {}, element('tr', {'aria-rowindex': 1}, heads)), body);
-    grid.style.setProperty('--least', `${columns.reduce((sum, {text}) => sum + (text ? 11 : 8), 0)}rem`);
-    const frame = element('div', {class: 'table-view', tabindex: -1}, grid);
+    const texts = columns.filter(({text}) => text).length;
+    grid.style.setProperty('--texts', texts);
+    grid.style.setProperty('--numbers', columns.length - texts);
+    const frame = element('div', {class: rows.length > SHORT ? 'table-view' : 'table-view whole', tabindex: -1}, grid);
     const more = element('p', {class: 'table-more'});
     const state = {
         columns, grid, above, under, body, frame, heads, more, sort, descending, rows,
@@ -80,7 +83,8 @@ function sortrows(state) {
     state.sorted = order.map(i => rows[i]);
     heads.forEach((head, i) => {
         head.setAttribute('aria-sort', i !== sort ? 'none' : descending ? 'descending' : 'ascending');
-        head.querySelector('.sort-mark').textContent = i !== sort ? '' : descending ? ' ▼' : ' ▲';
+        head.classList.toggle('sorted', i === sort);
+        head.querySelector('.sort-mark').textContent = i !== sort ? '' : descending ? '\u00a0▼' : '\u00a0▲';
     });
     grid.setAttribute('aria-rowcount', rows.length + 1);
     state.drawn.clear();
@@ -91,12 +95,16 @@ function draw(state) {
     const {frame, grid, sorted} = state;
     if (frame.clientHeight === 0 || state.printing)
         return;
-    if (state.height === 0 && sorted.length > 0) {
+    if (sorted.length <= SHORT) {
+        place(state, 0, sorted.length);
+        return;
+    }
+    if (state.height === 0) {
         place(state, 0, 1);
         state.height = state.drawn.get(0).getBoundingClientRect().height;
     }
-    const shown = Math.ceil(frame.clientHeight / (state.height || 1));
-    const first = Math.max(0, Math.floor(frame.scrollTop / (state.height || 1)) - OVERSCAN);
+    const shown = Math.ceil(frame.clientHeight / state.height);
+    const first = Math.max(0, Math.floor(frame.scrollTop / state.height) - OVERSCAN);
     place(state, Math.min(first, sorted.length), Math.min(sorted.length, first + shown + 2 * OVERSCAN));
 }
 
@@ -132,7 +140,8 @@ function makerow(state, i) {
         const value = column.value(row);
         const shown = column.cell?.(row) ?? (typeof value === 'number' ? number(value) : value ?? '');
         return element(at === 0 ? 'th' : 'td', {
-            class: column.text ? 'text' : 'number', scope: at === 0 ? 'row' : null, tabindex: -1,
+            class: `${column.text ? 'text' : 'number'}${at === state.sort ? ' sorted' : ''}`,
+            scope: at === 0 ? 'row' : null, tabindex: -1,
             title: typeof value === 'string' ? value : null,
         }, shown);
     });
@@ -192,6 +201,8 @@ function focus(state, row, column) {
     state.column = column;
     draw(state);
     cellof(state).focus({preventScroll: true});
+    // Beside the column that sorts, which small windows keep in sight.
+    cellof(state).scrollIntoView({block: 'nearest', inline: column < state.sort ? 'start' : 'end'});
 }
 
 function print(state, printing) {

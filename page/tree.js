@@ -8,10 +8,10 @@ const MAXINDENT = 16; // levels; deeper rows have their level as a number
 
 // Makes the tree of a closure. Returns {element, select(object)}. `onselect(object)` is called when
 // the reader moves to a row. select() moves to the object's row and unfolds the rows around it; it
-// calls nothing.
-export function linktree(graph, linked, onselect) {
+// calls nothing. `whyof(object)` returns the address of the reason for an object.
+export function linktree(graph, linked, onselect, whyof) {
     const state = {
-        graph, linked, onselect,
+        graph, linked, onselect, whyof,
         siblings: countsiblings(linked.parents),
         positions: new Map(Array.from(linked.objects, (object, position) => [object, position])),
         folded: new Uint8Array(linked.objects.length),
@@ -143,6 +143,7 @@ function select(state, object) {
 function treehead() {
     return element('div', {class: 'treerow treehead', 'aria-hidden': 'true'},
         element('span', {class: 'name'}, 'object [symbol that links it in]'),
+        element('span', {class: 'why'}),
         element('span', {class: 'library'}, 'library'),
         element('span', {class: 'own'}, 'bytes'),
         element('span', {class: 'below'}, 'with below'));
@@ -161,6 +162,9 @@ function makerow(state, position) {
         'aria-expanded': hasbelow(state, position) ? String(isOpen) : null,
         'aria-selected': String(position === state.selected),
     }, namecell(state, position, unseen),
+    element('span', {class: 'why'}, linked.levels[position] === 0 ? null : element('a', {
+        href: state.whyof(object), tabindex: -1, 'aria-label': `why is ${graph.objects[object].name} linked in?`,
+    }, 'why')),
     element('span', {class: 'library', title: library}, library),
     element('span', {class: 'own'}, number(graph.size(object)), unseen(' bytes,')),
     element('span', {class: 'below'}, number(linked.below[position]), unseen(' bytes with those below')));

@@ -2,7 +2,7 @@
 // bytes.
 import {hierarchy, treemap as treemaplayout} from 'd3-hierarchy';
 import {fillof, legend, libraryfills} from './colours.js';
-import {bytesinwords, counted} from './dom.js';
+import {bytes, bytesinwords, counted, element, rounded} from './dom.js';
 import {activate, makepicture, share} from './picture.js';
 
 const LEAST = 4; // pixels of the sides of the smallest cell that is drawn
@@ -20,8 +20,9 @@ export function treemap(graph, onselect) {
     state.top = state.tree;
     state.frame = makepicture({
         label: 'Picture of all objects, area by bytes',
-        help: 'Click or Enter: go to an object, look into a library. Escape: back. ' +
-              'Arrow keys: move to the next larger or smaller one, to the library and into it.',
+        help: used.length > 1 ? 'Click or Enter: go to an object, look into a library. Escape: back. ' +
+                  'Arrow keys: move to the next larger or smaller one, to the library and into it.'
+            : 'Click or Enter: go to an object. Arrow keys: move to the next larger or smaller one.',
         layout: (width, letter) => layout(state, width, letter),
         cells: (top, bottom) => state.shown.filter(({y, height}) => y < bottom && y + height > top),
         place: node => state.places.get(node) ?? {y: 0, height: 0},
@@ -30,6 +31,7 @@ export function treemap(graph, onselect) {
         open: node => open(state, node),
         back: () => back(state),
     }, state.tree.children?.[0] ?? state.tree);
+    state.frame.element.classList.add('treemap');
     state.frame.element.append(legend(graph, fills, graph.objects.keys()) ?? '');
     return {element: state.frame.element};
 }
@@ -56,7 +58,7 @@ function layout(state, width, letter) {
     const {tree, top, graph} = state;
     if (state.laid === tree && state.width === width)
         return state.height;
-    const height = Math.round(Math.min(560, Math.max(240, width * 0.55)));
+    const height = Math.round(Math.max(240, Math.min(560, width * 0.55, innerHeight * 0.7)));
     const isNamed = node => node.data.library !== undefined && node !== top;
     treemaplayout().size([width, height]).round(true).paddingInner(1)
         .paddingTop(node => isNamed(node) ? Math.round(letter.height * 1.8) : 0)(tree);
@@ -71,7 +73,9 @@ function layout(state, width, letter) {
         state.shown.push({
             node, x: x0, y: y0, width: x1 - x0, height: y1 - y0, level: node.depth + (tree === top ? 0 : 1),
             fill: object === undefined ? state.fills[library] : fillof(state.fills, graph.objects[object]),
-            name: isOuter ? `‹ ${name}` : name, ground: object === undefined, outer: isOuter,
+            name: isOuter ? `‹ ${name}` : name,
+            size: object === undefined ? undefined : rounded(node.value) || bytes(node.value),
+            ground: object === undefined, outer: isOuter,
         });
     });
     state.places = new Map(state.shown.map(cell => [cell.node, cell]));
@@ -90,11 +94,13 @@ function describe({graph, members, total}, {data, value}) {
     const size = `${bytesinwords(value)}, ${share(value, total)} of all`;
     if (object !== undefined) {
         const {name, library: home} = graph.objects[object];
-        return `${name}${home === undefined ? '' : ` in ${graph.libraries[home]}`}: ${size}`;
+        return [element('bdi', {}, name), home === undefined ? '' : [' in ', element('bdi', {}, graph.libraries[home])],
+                `: ${size}`];
     }
     if (library === undefined)
-        return size;
-    return `${libraryname(graph, library)}: ${counted(members[library].length, 'object')}, ${size}`;
+        return [size];
+    return [element('bdi', {}, libraryname(graph, library)),
+            `: ${counted(members[library].length, 'object')}, ${size}`];
 }
 
 function move({shown, places}, node, key) {

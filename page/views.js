@@ -6,7 +6,7 @@ import {bytes, bytesinwords, counted, element, number} from './dom.js';
 import {icicle} from './icicle.js';
 import {calledname, datetext, definername, objectreport, symbolreport} from './report.js';
 import {makeindex, search} from './search.js';
-import {thingname} from './suggest.js';
+import {thingname, unknownname} from './suggest.js';
 import {linktree} from './tree.js';
 import {virtuallist} from './virtual.js';
 
@@ -59,7 +59,7 @@ function traits({type, scope, size} = {}) {
 
 function definer(graph, symbol, makelink = link) {
     const object = graph.definer[symbol];
-    return object < 0 ? note('unknown') : makelink(graph, 'object', object, graph.objects[object].name);
+    return object < 0 ? note('undefined') : makelink(graph, 'object', object, graph.objects[object].name);
 }
 
 export function symbolview(graph, symbol) {
@@ -77,7 +77,7 @@ export function symbolview(graph, symbol) {
                 object < 0 ? null : objectnote(graph, object))),
             linksection(graph, linked, graph.symbols[symbol], 'Total: '),
             section('REFERRED TO IN',
-                element('p', {}, counted(referrers.length, 'file')),
+                element('p', {}, counted(referrers.length, 'object')),
                 referrers.length > 0 ? objectlist(graph, 'REFERRED TO IN', referrers) : null)),
     };
 }
@@ -93,7 +93,7 @@ export function objectview(graph, object) {
     ];
     return {
         title: name,
-        kind: 'FILE',
+        kind: 'OBJECT',
         report: () => objectreport(graph, object),
         element: element('div', {},
             element('dl', {class: 'facts'}, facts.map(([term, value]) =>
@@ -129,32 +129,20 @@ function sourcelink(graph, source) {
 // The tree and the picture of the linked objects, which select each other.
 function linksection(graph, linked, name, total) {
     if (linked === null)
-        return section('LINKS IN', element('p', {}, 'Nothing: no object defines it.'));
+        return section('LINKS IN', element('p', {}, 'Nothing: the symbol is undefined.'));
     if (linked.objects.length === 0)
         return section('LINKS IN', element('p', {}, 'Nothing.'));
     const libraries = new Set(Array.from(linked.objects, object => graph.objects[object].library));
     libraries.delete(undefined);
-    const chosen = element('span', {class: 'chosen'});
-    const choose = (object, other) => {
-        other.select(object);
-        chosen.replaceChildren(...question(graph, name, object, linked.objects[0]));
-    };
-    const tree = linktree(graph, linked, object => choose(object, picture));
-    const picture = icicle(graph, linked, object => choose(object, tree));
+    const whyof = object => whyaddress(name, thingname(graph, 'object', object));
+    const tree = linktree(graph, linked, object => picture.select(object), whyof);
+    const picture = icicle(graph, linked, object => tree.select(object));
     return section('LINKS IN',
         element('p', {class: 'total'}, total, element('strong', {}, bytesinwords(linked.total)), ' in ',
             counted(linked.objects.length, 'object'),
-            libraries.size === 0 ? '' : ` of ${counted(libraries.size, 'library', 'libraries')}`, chosen),
+            libraries.size === 0 ? '' : ` of ${counted(libraries.size, 'library', 'libraries')}`),
+        element('p', {class: 'note'}, 'Whole objects are linked; each is shown where it is linked in first.'),
         element('div', {class: 'links'}, tree.element, picture.element));
-}
-
-// Returns the link to the reason for an object in the closure of `from`.
-function question(graph, from, object, first) {
-    if (object === first)
-        return [];
-    const {name} = graph.objects[object];
-    const address = whyaddress(from, thingname(graph, 'object', object));
-    return [element('a', {href: address}, `Why is ${name} linked in?`)];
 }
 
 export function libraryview(graph, library) {
@@ -228,7 +216,8 @@ export function searchview(graph, text, key) {
         : `${counted(found.length, 'result')}${more > 0 ? `, ${number(more)} more not shown` : ''}`;
     return {
         title: `Search: ${text}`,
-        element: element('div', {}, element('p', {}, summary), rows.element),
+        element: found.length > 0 ? element('div', {}, element('p', {}, summary), rows.element)
+            : text.trim() === '' ? element('p', {}, 'Type a part of a name.') : unknownname(graph, text),
         summary,
         focus: () => rows.focus(0),
         first: found.length > 0 ? addressof(graph, found[0].kind, found[0].number) : null,

@@ -3,7 +3,7 @@ import {addressof, whyaddress} from './address.js';
 import {keepers, linksof, path} from './data.js';
 import {bytesinwords, counted, element} from './dom.js';
 import {calledname} from './report.js';
-import {namedthing, suggestfield, suggestions} from './suggest.js';
+import {namedthing, suggestfield, suggestions, thingname, unknownname} from './suggest.js';
 import {table} from './table.js';
 
 const KINDS = ['symbol', 'object'];
@@ -19,41 +19,48 @@ export function why(graph, from, to) {
     }}, fromfield.element, tofield.element, element('button', {type: 'submit'}, 'Show'));
     if (from !== '' && to !== '')
         form.append(element('a', {href: whyaddress(to, from)}, 'The other way round'));
-    return {
-        title: from === '' || to === '' ? 'Why is it linked in?' : `Why ${from} links in ${to}`,
-        element: element('div', {}, form, ...answer(graph, from, to)),
-    };
+    const {title, parts} = answer(graph, from, to);
+    return {title, element: element('div', {}, form, ...parts)};
 }
 
+// Returns the title and the elements of the answer.
 function answer(graph, from, to) {
+    const question = 'Why is it linked in?';
     if (from === '' || to === '') {
-        return [element('p', {}, 'Name a symbol or an object in both fields. The answer is the shortest chain ' +
-                                 'of references between them.')];
+        return {title: question, parts: [element('p', {}, 'Name a symbol or an object in both fields. The answer is ' +
+                                                          'the shortest chain of references between them.')]};
     }
-    const start = namedthing(graph, from);
-    const end = namedthing(graph, to);
-    const problem = problemwith(graph, from, start) ?? problemwith(graph, to, end);
-    if (problem !== null)
-        return [element('p', {role: 'alert'}, problem)];
-    const symbol = start.kind === 'symbol' ? start.number : -1;
+    const [start, end] = [from, to].map(name => namedthing(graph, name));
+    if (start === null || end === null) {
+        const [name, address] = start === null ? [from, other => whyaddress(other, to)]
+                                               : [to, other => whyaddress(from, other)];
+        return {title: question, parts: [element('div', {role: 'alert'}, unknownname(
+            graph, name, KINDS, (_, kind, number) => address(thingname(graph, kind, number))))]};
+    }
+    const lacking = [end, start].find(named => objectof(graph, named) < 0);
+    if (lacking !== undefined)
+        return notdefined(graph, lacking.number);
+    const [first, last] = [start, end].map(({kind, number}) => thingname(graph, kind, number));
     const target = objectof(graph, end);
-    const chain = path(graph, objectof(graph, start), target, symbol);
+    const chain = path(graph, objectof(graph, start), target, start.kind === 'symbol' ? start.number : -1);
     if (chain === null) {
-        return [element('p', {}, thing(graph, start), ' does not link in ', ...place(graph, target), '.')];
+        return {title: `${first} does not link in ${last}`,
+                parts: [element('p', {}, thing(graph, start), ' does not link in ', ...place(graph, target), '.')]};
     }
-    return [
+    return {title: `Why ${first} links in ${last}`, parts: [
         element('section', {}, element('h2', {}, 'SHORTEST CHAIN'), chainlist(graph, chain, end),
-            element('p', {class: 'note'}, 'The tree in LINKS IN may show a longer chain: ' +
-                                          'an object is there where it is linked in first.')),
+            element('p', {class: 'note'}, 'LINKS IN may show a longer chain: it shows each object where it is linked ' +
+                                          'in first.')),
         ...reasons(graph, start, target),
-    ];
+    ]};
 }
 
-// Returns the text of the reason why the thing has no object, null when it has one.
-function problemwith(graph, name, named) {
-    if (named === null)
-        return `There is no symbol or object ${name} here.`;
-    return objectof(graph, named) < 0 ? `No object defines ${name}.` : null;
+function notdefined(graph, symbol) {
+    const objects = [...new Set(graph.referrers(symbol))];
+    return {title: `No object defines ${graph.symbols[symbol]}`, parts: [element('section', {},
+        element('p', {}, link(graph, 'symbol', symbol), ' is undefined. ',
+            `${counted(objects.length, 'object')} ${objects.length === 1 ? 'refers' : 'refer'} to it.`),
+        references(graph, graph.symbols[symbol], objects.map(object => [object, symbol])))]};
 }
 
 function objectof(graph, {kind, number}) {
@@ -94,7 +101,15 @@ function reasons(graph, start, target) {
     const heading = element('h2', {}, `REFERENCES THAT KEEP ${name} LINKED IN`);
     if (found.length === 0)
         return [element('section', {}, heading, element('p', {}, 'None from other objects.'))];
-    const rows = table({
+    return [element('section', {}, heading,
+        element('p', {}, `${counted(found.length, 'reference')} in ${counted(objects, 'object')} that `,
+                thing(graph, start), ' links in'),
+        references(graph, name, found))];
+}
+
+// Returns the table of references, each [object, symbol], to the thing of the name.
+function references(graph, name, found) {
+    return table({
         label: `References to ${name}`, rows: found, sort: 0, descending: false,
         columns: [
             {title: 'Object', text: true, value: ([object]) => graph.objects[object].name,
@@ -105,9 +120,5 @@ function reasons(graph, start, target) {
             {title: 'Refers to', text: true, value: ([, symbol]) => graph.symbols[symbol],
              cell: ([, symbol]) => link(graph, 'symbol', symbol)},
         ],
-    });
-    return [element('section', {}, heading,
-        element('p', {}, `${counted(found.length, 'reference')} in ${counted(objects, 'object')} that `,
-                thing(graph, start), ' links in'),
-        rows.element)];
+    }).element;
 }

@@ -6,7 +6,7 @@ import {addressof, findthing, parseaddress} from '../../page/address.js';
 import {
     closure, closureTotals, keepers, libraryUsers, linkedBy, makegraph, objectclosure, path,
 } from '../../page/data.js';
-import {makeindex, search} from '../../page/search.js';
+import {makeindex, nearest, search} from '../../page/search.js';
 
 // "a:bc b:a" has two objects that refer to each other, and a refers to the undefined c.
 function graphof(text) {
@@ -107,6 +107,11 @@ test('search ranks by where the text is and counts what it does not return', () 
     assert.equal(found('Post', 9), 'POST post.a post_all postpone event_post src/post.c unpost 0');
     assert.equal(found('post', 2), 'POST post.a 5');
     assert.equal(found('', 2), '0');
+    assert.equal(found(' post_all() ', 2), 'post_all 0');
+    for (const [text, expected] of [['post_alt', 'post_all'], ['events', 'event_post'], ['x', ''], ['', '']]) {
+        const names = nearest(makeindex(graph), text, 1, ['symbol']).map(({name}) => name);
+        assert.equal(names.join(), expected, text);
+    }
 });
 
 test('addresses lead to the things that they were made of', () => {
@@ -122,5 +127,6 @@ test('addresses lead to the things that they were made of', () => {
     }
     assert.equal(findthing(graph, parseaddress('#symbol=u')), 3);
     assert.equal(findthing(graph, parseaddress('#symbol=a&n=3')), -1);
+    assert.deepEqual([' a() ', 'A', 'E', '()'].map(name => findthing(graph, {kind: 'symbol', name})), [0, 0, -1, -1]);
     assert.equal(findthing(graph, parseaddress('#object=%E0%A4%A')), -1);
 });

@@ -29,6 +29,8 @@ SORT = 'return document.activeElement.closest("th").ariaSort'
 EXPANDED = 'return document.activeElement.ariaExpanded'
 SELECTED = 'return document.querySelector(".cell-selected").getAttribute("aria-label")'
 LINE = 'return document.querySelector(".picture-line").textContent.split(":")[0]'
+WHOLE = '''return [...document.querySelectorAll(".treemap .picture-view, .whole")].every(
+    view => view.scrollHeight === view.clientHeight);'''
 INK = 'return parseInt(getComputedStyle(document.body).color.slice(4))'
 FROM = 'return document.querySelector("input[role]").value'
 CHAIN = 'return [...document.querySelectorAll(".chain a:last-of-type")].map(link => link.textContent)'
@@ -116,6 +118,8 @@ class PagesTest(PageTest):
                 (Keys.END, ACTIVE, 'trigger_place()'),
                 (Keys.ENTER, TITLE, 'trigger_place()'),
                 ('back', TITLE, 'Symbols'),
+                ('', ACTIVE, 'trigger_place()'),
+                ('', 'return document.querySelector(".scroller").scrollTop > 0', True),
                 ('forward', TITLE, 'trigger_place()'),
             ]),
             'tree': ('#symbol=event_post', [
@@ -160,6 +164,11 @@ class PagesTest(PageTest):
                 ('event_p' + Keys.ARROW_DOWN + Keys.ENTER, FROM, 'event_post'),
                 ('heap.o' + Keys.ENTER, HASH, '#why=event_post,heap.o'),
                 ('', CHAIN, ['events.o', 'panic.o', 'heap.o']),
+            ]),
+            'suggestions': ('#why', [
+                ('to .suggest input', ACTIVE, ''),
+                ('e' + Keys.TAB, 'return document.activeElement.labels[0].textContent', 'why is this linked in?'),
+                ('', FROM, 'e'),
             ]),
             'frame': ('#all', [
                 ('to #skip', ACTIVE, 'Skip to the content'),
@@ -264,7 +273,7 @@ class PagesTest(PageTest):
             makepage(self.directory, 'compare.html', '--compare', self.changed(), self.example): [
                 '#all', '#symbols', '#objects', '#libraries', '#symbol=event_post', '#object=events.o',
                 '#library=engine', '#symbol=none', '#search=panic', '#search=none.', '#why', '#why=event_post,heap.o',
-                '#compare', '#compare=event_post'],
+                '#why=event_post,evnt', '#none', '#compare', '#compare=event_post'],
             makepage(self.directory, 'reports.html', '--fragment', 'reports.htm'): ['#report-0'],
         }
         self.addCleanup(setscreen, self.browser, 'light', 1280)
@@ -280,6 +289,7 @@ class PagesTest(PageTest):
                             self.go([view], '', 3)
                             self.assertEqual([], self.violations())
                             self.assertLessEqual(self.js('return document.documentElement.scrollWidth'), width)
+                            self.assertTrue(self.js(WHOLE))
 
     def violations(self):
         return self.browser.execute_async_script("""
@@ -296,19 +306,27 @@ class PagesTest(PageTest):
 
     def test_compare(self):
         self.open(makepage(self.directory, 'compare.html', '--compare', self.changed(), self.example))
+        self.assertEqual('Changes from old.tvk to libengine.tvk', self.js(TITLE))
         rows = """return [...document.querySelectorAll(`[aria-label="${arguments[0]}"] tbody tr`)].map(
                       row => [...row.cells].map(cell => cell.textContent)).filter(row => row.length > 1);"""
         self.go(['#compare'], '', 3)
-        self.assertEqual([['text.o', 'engine', 'came', '', '200', '+200'],
+        self.assertEqual([['text.o', 'engine', 'added', '', '200', '+200'],
                           ['panic.o', 'engine', 'grew', '100', '138', '+38'],
-                          ['zone.o', 'engine', 'went', '4', '', '−4']], self.js(rows, 'Objects'))
+                          ['zone.o', 'engine', 'removed', '4', '', '−4']], self.js(rows, 'Objects'))
         self.assertEqual([['engine', *self.totals()]], self.js(rows, 'Libraries'))
         self.go(['#compare=event_post'], '', 3)
         self.assertEqual([['Bytes', '263,856', '264,094', '+238'], ['Objects', '6', '7', '+1']],
                          self.js(rows, 'Totals of event_post'))
-        self.assertEqual([['text.o', 'engine', 'came', '', '200', '+200'],
+        self.assertEqual([['text.o', 'engine', 'added', '', '200', '+200'],
                           ['panic.o', 'engine', 'grew', '100', '138', '+38']],
                          self.js(rows, 'Objects that event_post links in'))
+        self.open(makepage(self.directory, 'reverse.html', '--compare', self.example, 'old.tvk'), '#compare=event_post')
+        self.until('return document.querySelector("[aria-label=Symbols] a")')
+        lost = ['text_length', 'text_number', 'text_equal', 'text_copy']
+        self.assertEqual([*lost, *lost[:2]],
+                         self.js('return [...document.querySelectorAll("p a")].map(link => link.textContent)'))
+        self.assertEqual([*([name, 'removed', 'text.o', '1'] for name in lost), ['zone()', 'added', 'zone.o', '0']],
+                         self.js(rows, 'Symbols'))
 
     def totals(self):
         sizes = [sum(map(int, re.findall('size=(.*)', self.read(name)))) for name in ('old.tvk', self.example)]

@@ -97,7 +97,7 @@ class ReportsTest(PageTest):
             const frame = grid.parentNode;
             const rows = {};
             const column = [...grid.querySelectorAll('thead th')].findIndex(
-                head => head.textContent === 'Links in bytes');
+                head => head.textContent === 'Links in (bytes)');
             const read = () => {
                 for (const row of grid.querySelectorAll('tbody tr[aria-rowindex]'))
                     rows[row.querySelector('a').hash] = row.cells[column].textContent;
