@@ -193,7 +193,7 @@ class PagesTest(PageTest):
         self.assertEqual({*HOSTILE, 'ÿþ'}, set(names))
         self.open(page)
         known, links = set(), {}
-        following = ['#all', '#symbols', '#objects', '#libraries', '#compare',
+        following = ['#all', '#symbols', '#objects', '#libraries', '#compare', '#__proto__=A', '#constructor=A',
                      *(f'#search={quote(name, safe="")}' for name in names),
                      *(f'#compare={quote(name, safe="")}' for name in names)]
         while following:
