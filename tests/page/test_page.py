@@ -214,6 +214,13 @@ class PagesTest(PageTest):
         self.assertEqual(3 * len(names), len(links))
         self.assertEqual('</title><script>window.ran = 1</script>', self.js('return document.title').partition(' – ')[2])
 
+    def test_long_table(self):
+        """The last row can be reached although browsers cut elements of that height."""
+        self.write('long.tvk', '[a.o]\n' + ''.join(f'refer={i}\n' for i in range(1200000)))
+        self.open(makepage(self.directory, 'long.html', 'long.tvk'))
+        self.js('document.querySelector("[aria-label=\'Undefined symbols\']").parentNode.scrollTop = 1e9')
+        self.until('return document.querySelector("[aria-rowindex=\'1200001\']") !== null')
+
     def test_foreign_source_prefix(self):
         """The page itself makes links only to files and to pages."""
         self.makehostile()
