@@ -3,9 +3,10 @@
 
 import { element } from './dom.js';
 
-const heading = /<\/PRE><H4>(.*?)<\/H4><PRE>/;
+// The lengths are limited, so that marks without an end take no quadratic time.
+const heading = /<\/PRE><H4>(.{0,255}?)<\/H4><PRE>/;
 const mark = new RegExp(
-    '<FONT COLOR="#(990000|000000)">(.*?)</FONT>' +
+    '<FONT COLOR="#(990000|000000)">(.{0,255}?)</FONT>' +
     '|<a onclick="openfile\\(\'(.*?)\'\\)" style="[^"]*" title="[^"]*">(.*?)</a>', 'g');
 
 // Returns the parts of a report: { title, text }. The text before the first heading has the title "".

@@ -25,8 +25,9 @@ function readdata(id) {
     return JSON.parse(document.getElementById(id).textContent);
 }
 
-const things = {symbol: symbolview, object: objectview, library: libraryview};
-const lists = {symbols: symbolsview, objects: objectsview, libraries: librariesview};
+// Without a prototype: an address may have any word as its kind.
+const things = {__proto__: null, symbol: symbolview, object: objectview, library: libraryview};
+const lists = {__proto__: null, symbols: symbolsview, objects: objectsview, libraries: librariesview};
 
 function makeview(address) {
     const {kind, name = ''} = address;

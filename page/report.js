@@ -3,6 +3,7 @@ import {linksof} from './data.js';
 
 const LINE = 2048; // bytes of the libraries' line
 const INT32 = 2147483647;
+const MOSTSPACES = 16e6; // in LINKS IN: chains of many thousands of objects would exhaust the browser
 const months = ['Jan', 'Feb', 'Mar', 'Apr', 'May', 'Jun', 'Jul', 'Aug', 'Sep', 'Oct', 'Nov', 'Dec'];
 
 export function symbolreport(graph, symbol) {
@@ -61,13 +62,15 @@ export function definername(graph, symbol) {
 
 // "Oct 25, 2026"
 export function datetext(date) {
-    const [year, month, day] = date.split('-').map(Number);
+    const [year, month, day] = date.match(/^(-?\d+)-(-?\d+)-(-?\d+)$/).slice(1).map(Number);
     return `${months[month - 1] ?? month - 1} ${day}, ${year}`;
 }
 
 function linklines(graph, linked, libraryof) {
     if (linked === null)
         return [];
+    if (linked.levels.reduce((spaces, level) => spaces + 4 * (level + 1), 0) > MOSTSPACES)
+        return ['    Too deep to show as text'];
     return Array.from(linked.objects, (object, i) => {
         const space = ' '.repeat(4 * (linked.levels[i] + 1));
         const name = graph.objects[object].name;

@@ -1,6 +1,7 @@
 // Tables of any length that the reader sorts. Only the rows on the screen are in the document, and
 // the row that has the focus.
 import {element, number} from './dom.js';
+import {MAXHEIGHT, scaleof} from './virtual.js';
 
 const OVERSCAN = 6; // rows above and below the screen
 const PRINTED = 500;
@@ -31,7 +32,7 @@ export function table({label, columns, rows, sort = 0, descending = true}) {
     const more = element('p', {class: 'table-more'});
     const state = {
         columns, grid, above, under, body, frame, heads, more, sort, descending, rows,
-        drawn: new Map(), height: 0, row: 0, column: 0, printing: false,
+        count: rows.length, drawn: new Map(), height: 0, row: 0, column: 0, printing: false,
     };
     listen(state);
     sortrows(state);
@@ -103,15 +104,25 @@ function draw(state) {
         place(state, 0, 1);
         state.height = state.drawn.get(0).getBoundingClientRect().height;
     }
-    const shown = Math.ceil(frame.clientHeight / state.height);
-    const first = Math.max(0, Math.floor(frame.scrollTop / state.height) - OVERSCAN);
-    place(state, Math.min(first, sorted.length), Math.min(sorted.length, first + shown + 2 * OVERSCAN));
+    const height = state.height || 1;
+    const {scrollTop} = frame;
+    const above = scrollTop * scalefor(state) / height; // rows above the window
+    const shown = Math.ceil(frame.clientHeight / height);
+    const first = Math.min(Math.max(0, Math.floor(above) - OVERSCAN), sorted.length);
+    const last = Math.min(sorted.length, first + shown + 2 * OVERSCAN);
+    const space = scrollTop + (first - above) * height;
+    const all = Math.min(sorted.length * height, MAXHEIGHT);
+    place(state, first, last, space, Math.max(0, all - Math.max(0, space) - (last - first) * height));
 }
 
-// Puts the rows from first to last - 1 into the document. Rows are added before others are removed:
+function scalefor(state) {
+    return scaleof(state, state.frame.clientHeight - state.heads[0].offsetHeight);
+}
+
+// Puts the rows from first to last - 1 into the document, with spaces above and under them. Rows are added before others are removed:
 // a lower body would scroll.
-function place(state, first, last) {
-    const {above, body, drawn, height, sorted, frame, under} = state;
+function place(state, first, last, spaceabove = 0, spaceunder = 0) {
+    const {above, body, drawn, frame, under} = state;
     const hadFocus = body.contains(document.activeElement);
     state.drawn = new Map();
     let previous = above;
@@ -127,8 +138,9 @@ function place(state, first, last) {
         if (row !== above && row !== under && !kept.has(row))
             row.remove();
     }
-    above.style.height = `${first * height}px`;
-    under.style.height = `${(sorted.length - last) * height}px`;
+    above.style.height = `${Math.max(0, spaceabove)}px`;
+    body.style.transform = spaceabove < 0 ? `translateY(${spaceabove}px)` : ''; // only in very long tables
+    under.style.height = `${spaceunder}px`;
     settabstops(state);
     if (hadFocus && !body.contains(document.activeElement))
         (cellof(state) ?? frame).focus({preventScroll: true});
@@ -193,10 +205,12 @@ function focus(state, row, column) {
     const {frame, height, heads} = state;
     const top = row * height;
     const window = frame.clientHeight - heads[0].offsetHeight - height;
-    if (top < frame.scrollTop)
-        frame.scrollTop = top;
-    else if (top > frame.scrollTop + window)
-        frame.scrollTop = top - window;
+    const scale = scalefor(state);
+    const scrolled = frame.scrollTop * scale;
+    if (top < scrolled)
+        frame.scrollTop = top / scale;
+    else if (top > scrolled + window)
+        frame.scrollTop = Math.ceil((top - window) / scale);
     state.row = row;
     state.column = column;
     draw(state);
@@ -215,7 +229,6 @@ function print(state, printing) {
         return;
     }
     place(state, 0, count);
-    state.under.style.height = '0';
 }
 
 function printall(printing) {

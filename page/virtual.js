@@ -4,7 +4,7 @@ import {element} from './dom.js';
 
 const MARGIN = 4;      // rows above and below the screen
 const PRINTED = 10000; // rows of a list on paper
-const MAXHEIGHT = 8e6; // browsers cut elements that are higher than some 16 million pixels
+export const MAXHEIGHT = 8e6; // browsers cut elements that are higher than some 16 million pixels
 
 const states = new WeakMap(); // scrolling element -> state
 
@@ -81,14 +81,14 @@ function windowheight({frame, body}) {
 }
 
 // Returns how many pixels of the rows are one pixel of the list; more than 1 for very long lists.
-function scaleof(state) {
-    const window = windowheight(state);
-    return Math.max(1, (state.count * state.height - window) / (MAXHEIGHT - window));
+// `window` is the height of the visible part.
+export function scaleof({count, height}, window) {
+    return Math.max(1, (count * height - window) / (MAXHEIGHT - window));
 }
 
 // Returns the number of rows above the window.
 function position(state) {
-    return state.frame.scrollTop * scaleof(state) / state.height;
+    return state.frame.scrollTop * scaleof(state, windowheight(state)) / state.height;
 }
 
 function measure(state) {
@@ -161,7 +161,7 @@ function show(state, index) {
     const most = state.active * height;
     const scrolled = position(state) * height;
     if (scrolled > most || scrolled < least)
-        frame.scrollTop = (scrolled > most ? most : least) / scaleof(state);
+        frame.scrollTop = (scrolled > most ? most : least) / scaleof(state, windowheight(state));
     draw(state);
 }
 

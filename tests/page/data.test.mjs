@@ -6,6 +6,7 @@ import {addressof, findthing, parseaddress} from '../../page/address.js';
 import {
     closure, closureTotals, keepers, libraryUsers, linkedBy, makegraph, objectclosure, path,
 } from '../../page/data.js';
+import {datetext, symbolreport} from '../../page/report.js';
 import {makeindex, nearest, search} from '../../page/search.js';
 
 // "a:bc b:a" has two objects that refer to each other, and a refers to the undefined c.
@@ -70,6 +71,7 @@ test('a chain of any length needs no recursion', () => {
     const linked = closure(graph, 0);
     assert.equal(linked.levels.at(-1), count - 1);
     assert.equal(linked.total, count * (2 ** 31 - 1));
+    assert.match(symbolreport(graph, 0), /LINKS IN\n    Too deep to show as text\n    Total: 2147483647 bytes\n/);
 });
 
 test('sums of all objects are those of their closures', async () => {
@@ -93,6 +95,11 @@ test('the chain is the shortest; keepers are all references', () => {
     assert.equal(path(graph, 4, 0), null);
     assert.deepEqual(path(graph, 2, 2, 2), [[2, 2]]);
     assert.equal(letters(keepers(graph, closure(graph, 0), 3)), 'ad cd ed');
+});
+
+test('any date of a symbol file is shown as the reports show it', () => {
+    for (const [date, shown] of [['2025-11-24', 'Nov 24, 2025'], ['214748-37-47', '36 47, 214748'], ['-2025--9--24', '-10 -24, -2025']])
+        assert.equal(datetext(date), shown);
 });
 
 test('search ranks by where the text is and counts what it does not return', () => {

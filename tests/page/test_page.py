@@ -212,7 +212,8 @@ class PagesTest(PageTest):
         expected = dict.fromkeys(['#all', '#symbols', '#objects', '#libraries'], names)
         for name, code, other in zip(names, encoded, encoded[1:] + encoded[:1]):
             expected.update({f'#search={code}': [name], f'#compare={code}': [name], f'#why={code},{other}': [name]})
-        known, links, following = set(), {}, list(expected)
+        known, links = set(), {}
+        following = [*expected, '#compare', '#__proto__=A', '#constructor=A']
         while following:
             known.update(following)
             for address, view in zip(following, self.go(following, VIEW, 2)):
@@ -228,6 +229,13 @@ class PagesTest(PageTest):
             following = [target for target in links if target not in known]
         self.assertEqual(3 * len(names), len(links))
         self.assertEqual(options[-1], self.js('return document.title').partition(' – ')[2])
+
+    def test_long_table(self):
+        """The last row can be reached although browsers cut elements of that height."""
+        self.write('long.tvk', '[a.o]\n' + ''.join(f'refer={i}\n' for i in range(1200000)))
+        self.open(makepage(self.directory, 'long.html', 'long.tvk'))
+        self.js('document.querySelector("[aria-label=\'Undefined symbols\']").parentNode.scrollTop = 1e9')
+        self.until('return document.querySelector("[aria-rowindex=\'1200001\']") !== null')
 
     def test_foreign_source_prefix(self):
         """The page itself makes links only to files and to pages."""
