@@ -132,7 +132,7 @@ _tagfilelist *symneedfiles(_tagsymbol *symbol, _tagfilelist *list, int limit, in
 void flfree(_tagfilelist *list) {
     if (list == nullptr)
         return;
-    _tagfilelist *last = list;
+    _tagfilelist *last = list->last != nullptr ? list->last : list;
     while (last->next != nullptr)
         last = last->next;
     last->next = spare;
