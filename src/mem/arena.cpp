@@ -2,6 +2,7 @@
 
 #include "mem/galloc.h"
 
+#include <algorithm>
 #include <sys/mman.h>
 
 // Each block is half as large again: a small input touches little memory, a large one needs few
@@ -15,18 +16,23 @@ namespace {
 
 constexpr size_t firstBlockBytes = 32 * 1024;
 constexpr size_t largestBlockBytes = 32 * 1024 * 1024;
+constexpr size_t largePageBytes = 2 * 1024 * 1024;
+constexpr size_t smallestLargeBytes = 2 * largePageBytes;
 
+// A block of large pages begins and ends with one: the bytes before the first are not used.
 bool addblock(ARENA *arena, size_t size) {
-    const size_t needed = size + sizeof(ARENABLOCK);
     const size_t usual = arena->newest != nullptr ? arena->newest->nextBytes : firstBlockBytes;
-    const size_t bytes = needed > usual ? needed : usual;
+    const size_t page = usual < smallestLargeBytes ? alignof(ARENABLOCK) : largePageBytes;
+    const size_t bytes = (std::max(size, usual) + page - 1) / page * page;
+    const size_t all = sizeof(ARENABLOCK) + page + bytes;
     auto *block = static_cast<ARENABLOCK *>(
-        static_cast<void *>(gallocarray<char>(static_cast<int64_t>(bytes))));
+        static_cast<void *>(gallocarray<char>(static_cast<int64_t>(all))));
     if (block == nullptr)
         return false;
-    adviseblock(block, bytes);
+    adviseblock(block, all);
     *block = {arena->newest, usual < largestBlockBytes ? usual + usual / 2 : usual};
-    *arena = {block, reinterpret_cast<char *>(block + 1), bytes - sizeof(ARENABLOCK)};
+    const uintptr_t next = (reinterpret_cast<uintptr_t>(block + 1) + page - 1) / page * page;
+    *arena = {block, reinterpret_cast<char *>(next), bytes};
     return true;
 }
 
@@ -34,13 +40,12 @@ bool addblock(ARENA *arena, size_t size) {
 
 void adviseblock(void *block, size_t size) {
     constexpr size_t manyPages = 40 * 1024;
-    constexpr size_t largePages = 4 * 1024 * 1024;
     constexpr uintptr_t pageMask = 4096 - 1;
     if (size < manyPages)
         return;
     const uintptr_t from = (reinterpret_cast<uintptr_t>(block) + pageMask) & ~pageMask;
     const uintptr_t to = (reinterpret_cast<uintptr_t>(block) + size) & ~pageMask;
-    if (size >= largePages)
+    if (size >= smallestLargeBytes)
         madvise(reinterpret_cast<void *>(from), to - from, MADV_HUGEPAGE);
 #ifdef MADV_POPULATE_WRITE
     else

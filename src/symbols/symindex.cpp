@@ -14,15 +14,6 @@ void put(SYMINDEX *index, _tagsymbol *symbol, uint64_t hash) {
     index->slots[i] = reinterpret_cast<uintptr_t>(symbol) | hash >> ADDRESSBITS << ADDRESSBITS;
 }
 
-// Moves the symbols of the smaller index to the empty larger one. Names are hashed again.
-void refill(SYMINDEX *larger, const SYMINDEX *smaller) {
-    for (uint64_t i = 0; smaller->used > 0 && i <= smaller->mask; ++i) {
-        const _tagsymbol *symbol = slotsymbol(smaller->slots[i]);
-        if (symbol != nullptr)
-            put(larger, slotsymbol(smaller->slots[i]), symindexhash(larger, symbol->name, false));
-    }
-}
-
 } // namespace
 
 bool symindexmake(SYMINDEX *index) {
@@ -41,7 +32,11 @@ bool symindexreserve(SYMINDEX *index, int64_t capacity) {
     if (larger.slots == nullptr)
         return false;
     memset(larger.slots, 0, (larger.mask + 1) * sizeof *larger.slots);
-    refill(&larger, index);
+    for (uint64_t i = 0; index->used > 0 && i <= index->mask; ++i) {
+        _tagsymbol *symbol = slotsymbol(index->slots[i]);
+        if (symbol != nullptr)
+            put(&larger, symbol, symindexhash(&larger, symbol->name, false));
+    }
     grelease(index->slots);
     *index = larger;
     return true;
