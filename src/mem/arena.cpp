@@ -17,12 +17,11 @@ namespace {
 constexpr size_t firstBlockBytes = 32 * 1024;
 constexpr size_t largestBlockBytes = 32 * 1024 * 1024;
 constexpr size_t largePageBytes = 2 * 1024 * 1024;
-constexpr size_t smallestLargeBytes = 2 * largePageBytes;
 
 // A block of large pages begins and ends with one: the bytes before the first are not used.
 bool addblock(ARENA *arena, size_t size) {
     const size_t usual = arena->newest != nullptr ? arena->newest->nextBytes : firstBlockBytes;
-    const size_t page = usual < smallestLargeBytes ? alignof(ARENABLOCK) : largePageBytes;
+    const size_t page = usual < largePageBytes ? alignof(ARENABLOCK) : largePageBytes;
     const size_t bytes = (std::max(size, usual) + page - 1) / page * page;
     const size_t all = sizeof(ARENABLOCK) + page + bytes;
     auto *block = static_cast<ARENABLOCK *>(
@@ -45,7 +44,7 @@ void adviseblock(void *block, size_t size) {
         return;
     const uintptr_t from = (reinterpret_cast<uintptr_t>(block) + pageMask) & ~pageMask;
     const uintptr_t to = (reinterpret_cast<uintptr_t>(block) + size) & ~pageMask;
-    if (size >= smallestLargeBytes)
+    if (size >= largePageBytes)
         madvise(reinterpret_cast<void *>(from), to - from, MADV_HUGEPAGE);
 #ifdef MADV_POPULATE_WRITE
     else
