@@ -9,6 +9,7 @@
 #include "range/ranger.h"
 
 #include <cstdlib>
+#include <regex>
 
 namespace {
 
@@ -19,10 +20,11 @@ std::string spec;
 int32_t number;
 RANGER *ranger = nullptr; // an expression can end the process
 
-// Bounds that are texts leave the numbers open.
+// Bounds that are texts, such as 10+3, leave the numbers open.
 void checknumbers() {
-    if (RANGE_check(spec.c_str(), 0, 100) == 0 ||
-        spec.find_first_not_of("0123456789,!.+-=") != std::string::npos)
+    static const std::regex numbers(R"((!?-?\d*(\.\.-?\d*)?(\+=-?\d*)?(,|$))*)");
+    if (spec.size() > 100 || !std::regex_match(spec, numbers) ||
+        RANGE_check(spec.c_str(), 0, 100) == 0)
         return;
     for (int direction = -1; direction <= 1; ++direction) {
         const int32_t closest = RANGE_constrain(spec.c_str(), number, direction);
