@@ -70,10 +70,10 @@ bool addrefers(GRAPH *graph, const _tagfile *file, int32_t *seen, int32_t count)
     bool isWhole = file->defines == nullptr || !isforeign(graph, file->defines);
     const _tagsymlist *ahead = file->refers;
     for (int i = 0; i < prefetchDistance && ahead != nullptr; ++i, ahead = ahead->next)
-        __builtin_prefetch(ahead->symbol);
+        __builtin_prefetch(&ahead->symbol->nrefers);
     for (const _tagsymlist *node = file->refers; node != nullptr; node = node->next) {
         if (ahead != nullptr) {
-            __builtin_prefetch(ahead->symbol);
+            __builtin_prefetch(&ahead->symbol->nrefers);
             ahead = ahead->next;
         }
         node->symbol->nrefers += count;

@@ -64,12 +64,13 @@ _tagsymbol *finduncut(const _tagsymlist *table, const char *name) {
     return symfindnth(table, variant + 1, 1);
 }
 
+// Most references set nothing: a store of the same value would have to be written to memory.
 void merge(_tagsymbol *symbol, SYMTYPE type, SYMSCOPE scope, int32_t size) {
-    if (symbol->type == TYPE_UNKNOWN)
+    if (symbol->type == TYPE_UNKNOWN && type != TYPE_UNKNOWN)
         symbol->type = type;
     if (symbol->scope == SCOPE_UNKNOWN)
         symbol->scope = scope;
-    if (symbol->size == 0)
+    if (symbol->size == 0 && size != 0)
         symbol->size = size;
 }
 

@@ -35,8 +35,8 @@ struct _tagfile;
 
 struct _tagsymbol {
     char *name;       // owned, underscores stripped unless OPTunderscores is set
-    _tagfile *file;   // the last file that defines it; null while only referred to
     _tagsymbol *next; // in the same bucket
+    _tagfile *file;   // the last file that defines it; null while only referred to
     int32_t nrefers;  // private to a report: number of refers nodes with this symbol
     int32_t firstref; // private to a report: index of its first reference; to a page: its number
 
