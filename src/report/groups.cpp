@@ -26,7 +26,7 @@ bool newgroups(GROUPS *groups, const GRAPH &graph) {
 
 // Tarjan's algorithm without recursion.
 struct TARJAN {
-    int32_t *visit; // each file's number in the order of visits, from 1; 0 before its visit
+    int32_t *visit; // number in the order of visits, from 1; 0 before, INT32_MAX in a closed group
     int32_t *low;   // lowest visit that the file reaches in `open`
     int32_t *next;  // each file's next reference
     int32_t *open;  // stack of visited files without a group
@@ -54,6 +54,7 @@ void leave(TARJAN *t, GROUPS *groups, int32_t file) {
     int32_t member = -1;
     while (member != file) {
         member = t->open[--t->opens];
+        t->visit[member] = INT32_MAX;
         groups->groupof[member] = groups->count;
         groups->members[used++] = member;
     }
@@ -63,15 +64,17 @@ void leave(TARJAN *t, GROUPS *groups, int32_t file) {
 void followall(TARJAN *t, GROUPS *groups, const GRAPH &graph) {
     while (t->depth > 0) {
         const int32_t file = t->path[t->depth - 1];
-        if (t->next[file] == graph.first[file + 1]) {
+        const int32_t end = graph.first[file + 1];
+        int32_t next = t->next[file];
+        int32_t low = t->low[file];
+        for (; next < end && t->visit[graph.target[next]] != 0; ++next)
+            low = std::min(low, t->visit[graph.target[next]]);
+        t->low[file] = low;
+        t->next[file] = next + 1;
+        if (next < end)
+            enter(t, graph, graph.target[next]);
+        else
             leave(t, groups, file);
-            continue;
-        }
-        const int32_t target = graph.target[t->next[file]++];
-        if (t->visit[target] == 0)
-            enter(t, graph, target);
-        else if (groups->groupof[target] < 0)
-            t->low[file] = std::min(t->low[file], t->visit[target]);
     }
 }
 
