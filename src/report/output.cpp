@@ -1,7 +1,6 @@
 #include "report/output.h"
 
-#include "symbols/options.h"
-
+#include <algorithm>
 #include <charconv>
 
 namespace {
@@ -20,30 +19,23 @@ void flushoutput(OUTPUT *out) {
 }
 
 void putlong(OUTPUT *out, const char *text, size_t length) {
-    size_t space = 0;
-    while ((space = static_cast<size_t>(out->end - out->next)) < length) {
-        memcpy(out->next, text, space);
-        out->next = out->end;
-        flushoutput(out);
-        text += space;
-        length -= space;
+    for (size_t piece = 0; length > 0; text += piece, length -= piece) {
+        if (out->next == out->end)
+            flushoutput(out);
+        piece = std::min(length, static_cast<size_t>(out->end - out->next));
+        memcpy(out->next, text, piece);
+        out->next += piece;
     }
-    memcpy(out->next, text, length);
-    out->next += length;
 }
 
-void putspaces(OUTPUT *out, int64_t count) {
-    while (count > out->end - out->next) {
-        const int64_t piece = out->end - out->next;
+void putmanyspaces(OUTPUT *out, int64_t count) {
+    for (int64_t piece = 0; count > 0; count -= piece) {
+        if (out->next == out->end)
+            flushoutput(out);
+        piece = std::min(count, int64_t{out->end - out->next});
         memset(out->next, ' ', static_cast<size_t>(piece));
         out->next += piece;
-        count -= piece;
-        flushoutput(out);
     }
-    if (count <= 0)
-        return;
-    memset(out->next, ' ', static_cast<size_t>(count));
-    out->next += count;
 }
 
 void putnumber(OUTPUT *out, int64_t number) {
@@ -51,19 +43,17 @@ void putnumber(OUTPUT *out, int64_t number) {
 }
 
 void putaligned(OUTPUT *out, int64_t number, int width) {
-    char digits[24];
-    const char *end = std::to_chars(digits, digits + sizeof digits, number).ptr;
-    putaligned(out, std::string_view(digits, end), width);
+    char text[40];
+    char *digits = text + 16;
+    memset(text, ' ', 16);
+    const char *end = std::to_chars(digits, text + sizeof text, number).ptr;
+    const char *start = std::min<const char *>(digits, end - width);
+    puttext(out, start, static_cast<size_t>(end - start));
 }
 
 void putaligned(OUTPUT *out, std::string_view text, int width) {
     putspaces(out, width - static_cast<int64_t>(text.size()));
     puttext(out, text.data(), text.size());
-}
-
-void putheading(OUTPUT *out, const char *title) {
-    if (OPTverbose > 1)
-        puttexts(out, "\n", preheader, title, postheader);
 }
 
 void putlinkstart(OUTPUT *out, const _tagfile *file, int level) {

@@ -2,6 +2,7 @@
 // and write blocks of 64 KiB.
 #pragma once
 
+#include "symbols/options.h"
 #include "symbols/store.h"
 
 #include <cstddef>
@@ -40,16 +41,29 @@ template <typename... TEXTS> void puttexts(OUTPUT *out, TEXTS... texts) {
     (puttext(out, texts, strlen(texts)), ...);
 }
 
-void putspaces(OUTPUT *out, int64_t count);
+// Used by putspaces for spaces that are many or do not fit the buffer.
+void putmanyspaces(OUTPUT *out, int64_t count);
+
+// Writes `count` spaces, none if it is negative.
+inline void putspaces(OUTPUT *out, int64_t count) {
+    constexpr int64_t few = 32;
+    if (count > few || out->end - out->next < few)
+        return putmanyspaces(out, count);
+    memset(out->next, ' ', few);
+    out->next += count > 0 ? count : 0;
+}
 
 void putnumber(OUTPUT *out, int64_t number);
 
-// Write a number or text right-aligned in `width` columns; a longer one is written whole.
+// Write a number or text right-aligned in `width` columns, at most 16; a longer one stays whole.
 void putaligned(OUTPUT *out, int64_t number, int width);
 void putaligned(OUTPUT *out, std::string_view text, int width);
 
 // Writes a heading, only above verbosity 1.
-void putheading(OUTPUT *out, const char *title);
+inline void putheading(OUTPUT *out, const char *title) {
+    if (OPTverbose > 1)
+        puttexts(out, "\n", preheader, title, postheader);
+}
 
 // Writes a line of LINKS IN up to the library: indentation, file name and " (".
 void putlinkstart(OUTPUT *out, const _tagfile *file, int level);

@@ -234,13 +234,12 @@ bool printsymbol(SYMBOLREPORT *report, _tagsymbol *symbol, _tagfilelist *list) {
             return false;
     }
     putheading(out, "SYMBOL");
-    const char *name = symname(symbol);
+    const std::string_view name = symname(symbol);
     if (isdetailed()) {
-        puttexts(out, "    ", name, symtype(symbol), "\n");
+        puttexts(out, "    ", symname(symbol), symtype(symbol), "\n");
     } else {
-        puttexts(out, name);
-        putspaces(out, 32 - static_cast<int64_t>(strlen(name)));
-        puttexts(out, " ");
+        puttext(out, name.data(), name.size());
+        putspaces(out, std::max<int64_t>(33 - std::ssize(name), 1));
     }
     if (report->define != 0)
         printdefine(out, symbol);

@@ -3,15 +3,9 @@
 #include "base/text.h"
 
 #include <algorithm>
+#include <charconv>
 
 namespace {
-
-// Returns the digit's value; 99 for any other character.
-int digitvalue(char c) {
-    if (isdigitchar(c))
-        return c - '0';
-    return isletter(c) ? lowerchar(c) - 'a' + 10 : 99;
-}
 
 template <int radix> bool takenumber(std::string_view *field, int32_t *number) {
     std::string_view text = *field;
@@ -21,22 +15,22 @@ template <int radix> bool takenumber(std::string_view *field, int32_t *number) {
         takeprefix(&text, "+");
     if (radix == 16 && !takeprefix(&text, "0x"))
         takeprefix(&text, "0X");
-    const char *p = text.data();
-    const char *end = p + text.size();
-    int64_t value = 0;
-    for (; p < end && digitvalue(*p) < radix; ++p)
-        value = value > INT32_MAX ? value : value * radix + digitvalue(*p);
-    const bool found = p > text.data();
-    if (found)
-        *number = toint32(negative ? -value : value);
-    *field = {p, static_cast<size_t>(end - p)};
-    return found;
+    constexpr uint64_t beyond = uint64_t{1} << 32;
+    uint64_t value = beyond; // from_chars leaves it so if the number is too large
+    const char *end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, value, radix);
+    *field = {rest, static_cast<size_t>(end - rest)};
+    if (error == std::errc::invalid_argument)
+        return false;
+    const auto size = static_cast<int64_t>(std::min(value, beyond));
+    *number = toint32(negative ? -size : size);
+    return true;
 }
 
 } // namespace
 
 bool ishexdigit(char c) {
-    return digitvalue(c) < 16;
+    return isdigitchar(c) || (lowerchar(c) >= 'a' && lowerchar(c) <= 'f');
 }
 
 bool takeword(std::string_view *text, std::string_view *word) {
