@@ -138,7 +138,7 @@ uint32_t digitvalue(char c) {
 
 bool isdigitof(char c, uint32_t radix) {
     if (radix == 10 || radix == 16)
-        return isdigitchar(c) || (radix == 16 && lowerchar(c) >= 'a' && lowerchar(c) <= 'f');
+        return isdigitchar(c) || (radix == 16 && ishexdigit(c));
     return digitvalue(c) < radix;
 }
 

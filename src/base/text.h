@@ -26,6 +26,10 @@ constexpr bool isdigitchar(char c) {
     return c >= '0' && c <= '9';
 }
 
+constexpr bool ishexdigit(char c) {
+    return isdigitchar(c) || (lowerchar(c) >= 'a' && lowerchar(c) <= 'f');
+}
+
 constexpr bool isletter(char c) {
     return lowerchar(c) >= 'a' && lowerchar(c) <= 'z';
 }

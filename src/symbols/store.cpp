@@ -162,6 +162,7 @@ TVKINFO *cinew() {
         grelease(table);
         return nullptr;
     }
+    table->symbols.random = true;
     table->previous = tables;
     tables = table;
     info->symtable = table->buckets;

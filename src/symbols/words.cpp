@@ -22,16 +22,11 @@ template <int radix> bool takenumber(std::string_view *field, int32_t *number) {
     *field = {rest, static_cast<size_t>(end - rest)};
     if (error == std::errc::invalid_argument)
         return false;
-    const auto size = static_cast<int64_t>(std::min(value, beyond));
-    *number = toint32(negative ? -size : size);
+    *number = toint32((negative ? -1 : 1) * static_cast<int64_t>(std::min(value, beyond)));
     return true;
 }
 
 } // namespace
-
-bool ishexdigit(char c) {
-    return isdigitchar(c) || (lowerchar(c) >= 'a' && lowerchar(c) <= 'f');
-}
 
 bool takeword(std::string_view *text, std::string_view *word) {
     skipwhite(text);

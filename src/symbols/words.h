@@ -11,8 +11,6 @@ constexpr bool iswhite(char c) {
     return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
-bool ishexdigit(char c);
-
 // Returns the text before the first `end`; the whole text when there is none.
 inline std::string_view upto(std::string_view text, char end) {
     return text.substr(0, text.find(end));
