@@ -1,8 +1,8 @@
 // measure RUNS FILE: runs the commands of the file, one a line, RUNS times. Each round has an order
 // of its own, so that the load of the machine and what the system does every few seconds affect all
-// of them. Prints for each its name, its median CPU time in milliseconds, its median peak memory in
-// kilobytes and its least CPU time. A line is the name, a blank, and the command's words. The word
-// %F stands for all words of the file F. Standard output goes to /dev/null.
+// of them. Prints for each, in any order, its name, its median CPU time in milliseconds, its median
+// peak memory in kilobytes and its least CPU time. A line is the name, a blank, and the command's
+// words. The word %F stands for all words of the file F. Standard output goes to /dev/null.
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -79,15 +79,12 @@ int main(int argc, char **argv) {
     std::vector<COMMAND> commands;
     for (std::string line; std::getline(file, line);)
         commands.push_back(readcommand(line));
-    std::vector<COMMAND *> order;
-    for (COMMAND &command : commands)
-        order.push_back(&command);
     std::mt19937 random; // the same orders in each measurement
     for (int i = 0; i < runs; ++i) {
-        std::shuffle(order.begin(), order.end(), random);
-        for (COMMAND *command : order) {
-            if (!run(command)) {
-                fprintf(stderr, "measure: '%s' failed\n", command->name.c_str());
+        std::shuffle(commands.begin(), commands.end(), random);
+        for (COMMAND &command : commands) {
+            if (!run(&command)) {
+                fprintf(stderr, "measure: '%s' failed\n", command.name.c_str());
                 return 1;
             }
         }
