@@ -242,7 +242,7 @@ TVKRESULT tvkadd(TVKINFO *info, const char *path) {
     load.table = reinterpret_cast<SYMTABLE *>(info->symtable);
     load.file = nullptr;
     load.count = 0;
-    reader.buffer = gallocarray<char>(BUFFERSIZE + SPAREBYTES);
+    reader.buffer = galloclarge<char>(BUFFERSIZE + SPAREBYTES);
     load.outOfMemory =
         reader.buffer == nullptr ||
         !symindexreserve(&load.table->index, std::min(glen(reader.file), MOSTBYTES) / BYTESPERSLOT);
