@@ -102,7 +102,7 @@ void readheader(LOAD *load, std::string_view line) {
     const std::string_view name = upto(line, ']');
     line.remove_prefix(name.size());
     const std::string_view library = takeprefix(&line, "][") ? upto(line, ']') : "";
-    auto *file = static_cast<_tagfile *>(arenaalloc(&load->table->arena, sizeof(_tagfile)));
+    auto *file = static_cast<_tagfile *>(arenaalloc(&load->table->symbols, sizeof(_tagfile)));
     char *ownName = keep(load, name);
     char *ownLibrary = keep(load, library);
     if (file == nullptr || load->outOfMemory) {
