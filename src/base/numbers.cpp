@@ -137,9 +137,7 @@ uint32_t digitvalue(char c) {
 }
 
 bool isdigitof(char c, uint32_t radix) {
-    if (radix == 10 || radix == 16)
-        return isdigitchar(c) || (radix == 16 && ishexdigit(c));
-    return digitvalue(c) < radix;
+    return radix == 10 ? isdigitchar(c) : radix == 16 ? ishexdigit(c) : digitvalue(c) < radix;
 }
 
 // The digits at the start of a text.
