@@ -84,10 +84,10 @@ const char *printableend(const char *text) {
     }
 }
 
-// Returns a terminated copy in the store's arena. When memory runs out, sets outOfMemory and
+// Returns a terminated copy in the store's memory. When memory runs out, sets outOfMemory and
 // returns null.
 char *keep(LOAD *load, std::string_view text) {
-    auto *copy = static_cast<char *>(arenaalloc(&load->table->arena, text.size() + 1));
+    auto *copy = static_cast<char *>(arenaalloc(&load->table->records, text.size() + 1));
     if (copy == nullptr) {
         load->outOfMemory = true;
         return nullptr;
@@ -102,7 +102,7 @@ void readheader(LOAD *load, std::string_view line) {
     const std::string_view name = upto(line, ']');
     line.remove_prefix(name.size());
     const std::string_view library = takeprefix(&line, "][") ? upto(line, ']') : "";
-    auto *file = static_cast<_tagfile *>(arenaalloc(&load->table->symbols, sizeof(_tagfile)));
+    auto *file = static_cast<_tagfile *>(arenaalloc(&load->table->records, sizeof(_tagfile)));
     char *ownName = keep(load, name);
     char *ownLibrary = keep(load, library);
     if (file == nullptr || load->outOfMemory) {
@@ -133,7 +133,7 @@ void enterall(LOAD *load) {
     if (load->count == 0)
         return;
     auto *nodes = static_cast<_tagsymlist *>(
-        arenaalloc(&load->table->arena, static_cast<size_t>(load->count) * sizeof(_tagsymlist)));
+        arenaalloc(&load->table->nodes, static_cast<size_t>(load->count) * sizeof(_tagsymlist)));
     if (nodes == nullptr || !symenterall(load->table, load->entries, load->count)) {
         load->outOfMemory = true;
         return;

@@ -162,7 +162,7 @@ TVKINFO *cinew() {
         grelease(table);
         return nullptr;
     }
-    table->symbols.random = true;
+    table->records.random = true;
     table->previous = tables;
     tables = table;
     info->symtable = table->buckets;
@@ -177,8 +177,8 @@ void tvkfree(TVKINFO *info) {
     while (*link != table)
         link = &(*link)->previous;
     *link = table->previous;
-    arenafree(&table->arena);
-    arenafree(&table->symbols);
+    arenafree(&table->nodes);
+    arenafree(&table->records);
     gfree(table->index.slots);
     gfree(table);
     gfree(info);
@@ -251,7 +251,7 @@ bool symenterall(SYMTABLE *table, SYMENTRY *entries, int count) {
             merge(entry.symbol, entry.type, entry.scope, entry.size);
             continue;
         }
-        entry.symbol = newsymbol(&table->symbols, entry);
+        entry.symbol = newsymbol(&table->records, entry);
         if (entry.symbol == nullptr ||
             !insert(table->buckets, table, entry.symbol, entry.name, entry.hash))
             return false;

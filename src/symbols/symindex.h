@@ -30,8 +30,8 @@ struct SYMTABLE {
     _tagsymlist buckets[SYMBUCKETS];
     _tagsymbol *heads[SYMBUCKETS];
     SYMTABLE *previous; // made before this one
-    ARENA arena;        // the loader's list nodes and texts, freed by tvkfree
-    ARENA symbols;      // the loader's symbols and files, dense because they are read at random
+    ARENA nodes;        // of lists, made by the loader and freed by tvkfree
+    ARENA records;      // the loader's other records and their texts, dense: read at random
     SYMINDEX index;
     int64_t leading;  // names that begin with an underscore
     int64_t trailing; // names that end with one
