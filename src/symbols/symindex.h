@@ -101,9 +101,18 @@ inline uint64_t symindexhash(const SYMINDEX *index, std::string_view name, bool 
                       index->key[1] ^ (eightbytes(text + 8) & eightbytes(mask + 8)));
 }
 
+// Compares long names without a call, which would take a tenth of a load.
 inline bool symisnamed(const _tagsymbol *symbol, std::string_view name) {
-    return name == (symbol->length > 0 ? std::string_view(symbol->text, symbol->length)
-                                       : std::string_view(symbol->name));
+    const size_t length = name.size();
+    if (symbol->length != length || length < 8)
+        return name == symbol->name;
+    const auto differ = [&](size_t i) {
+        return eightbytes(symbol->text + i) ^ eightbytes(name.data() + i);
+    };
+    uint64_t different = differ(length - 8);
+    for (size_t i = 0; i + 8 < length; i += 8)
+        different |= differ(i);
+    return different == 0;
 }
 
 // Removes the underscores at both ends, unless OPTunderscores is set.
