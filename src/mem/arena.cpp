@@ -15,10 +15,10 @@ struct ARENABLOCK {
 namespace {
 
 constexpr size_t firstBlockBytes = 32 * 1024;
-constexpr size_t megabyte = 1024 * 1024;
+// Not in large pages: a virtual machine may give free ones back to its host, and new ones take nine
+// times as long as small ones.
+constexpr size_t largestBlockBytes = 1024 * 1024;
 
-// Large pages save time where memory is read at random. They are not for all: a virtual machine may
-// give free ones back to its host, and new ones take nine times as long as small ones.
 bool addblock(ARENA *arena, size_t size) {
     const size_t usual = arena->newest != nullptr ? arena->newest->nextBytes : firstBlockBytes;
     const size_t bytes = std::max(size, usual);
@@ -28,9 +28,8 @@ bool addblock(ARENA *arena, size_t size) {
     if (block == nullptr)
         return false;
     adviseblock(block, all);
-    const size_t largest = arena->random ? 32 * megabyte : megabyte;
-    *block = {arena->newest, usual < largest ? usual + usual / 2 : usual};
-    *arena = {block, reinterpret_cast<char *>(block + 1), bytes, arena->random};
+    *block = {arena->newest, usual < largestBlockBytes ? usual + usual / 2 : usual};
+    *arena = {block, reinterpret_cast<char *>(block + 1), bytes};
     return true;
 }
 
@@ -38,17 +37,14 @@ bool addblock(ARENA *arena, size_t size) {
 
 void adviseblock(void *block, size_t size) {
     constexpr size_t manyPages = 40 * 1024;
+    constexpr size_t largePage = 2 * 1024 * 1024;
     constexpr uintptr_t pageMask = 4096 - 1;
     if (size < manyPages)
         return;
     const uintptr_t from = (reinterpret_cast<uintptr_t>(block) + pageMask) & ~pageMask;
     const uintptr_t to = (reinterpret_cast<uintptr_t>(block) + size) & ~pageMask;
-    if (size >= 2 * megabyte)
-        madvise(reinterpret_cast<void *>(from), to - from, MADV_HUGEPAGE);
-#ifdef MADV_POPULATE_WRITE
-    else
-        madvise(reinterpret_cast<void *>(from), to - from, MADV_POPULATE_WRITE);
-#endif
+    const int advice = size >= largePage ? MADV_HUGEPAGE : MADV_POPULATE_WRITE;
+    madvise(reinterpret_cast<void *>(from), to - from, advice);
 }
 
 void *arenaalloc(ARENA *arena, size_t size) {

@@ -12,7 +12,6 @@ struct ARENA {
     ARENABLOCK *newest;
     char *next;  // first unused byte of the newest block
     size_t left; // unused bytes from there
-    bool random; // the memory is read at random: large blocks are in large pages
 };
 
 // Returns `size` bytes, at least 1, not cleared and aligned to 8. The arena owns them.

@@ -5,17 +5,6 @@
 
 #include <sys/random.h>
 
-namespace {
-
-void put(SYMINDEX *index, _tagsymbol *symbol, uint64_t hash) {
-    uint64_t i = hash & index->mask;
-    while (index->slots[i] != 0)
-        i = (i + 1) & index->mask;
-    index->slots[i] = reinterpret_cast<uintptr_t>(symbol) | hash >> ADDRESSBITS << ADDRESSBITS;
-}
-
-} // namespace
-
 bool symindexmake(SYMINDEX *index) {
     // The key stays as it is here when the system has no random bytes.
     *index = {nullptr, 0, 0, {0x9E3779B97F4A7C15, 0xBF58476D1CE4E5B9}};
@@ -32,22 +21,23 @@ bool symindexreserve(SYMINDEX *index, int64_t capacity) {
     if (larger.slots == nullptr)
         return false;
     memset(larger.slots, 0, (larger.mask + 1) * sizeof *larger.slots);
+    larger.used = 0;
     for (uint64_t i = 0; index->used > 0 && i <= index->mask; ++i) {
         _tagsymbol *symbol = slotsymbol(index->slots[i]);
         if (symbol != nullptr)
-            put(&larger, symbol, symindexhash(&larger, symbol->name, false));
+            symindexadd(&larger, symbol, symindexhash(&larger, symbol->name, false));
     }
     grelease(index->slots);
     *index = larger;
     return true;
 }
 
-_tagsymbol *symindexfind(const SYMINDEX *index, std::string_view name, uint64_t hash) {
+uint64_t symindexslot(const SYMINDEX *index, std::string_view name, uint64_t hash) {
     for (uint64_t i = hash;; ++i) {
         i = nextslot(index, i, hash);
-        _tagsymbol *symbol = slotsymbol(index->slots[i]);
+        const _tagsymbol *symbol = slotsymbol(index->slots[i]);
         if (symbol == nullptr || symisnamed(symbol, name))
-            return symbol;
+            return i;
     }
 }
 
@@ -55,7 +45,8 @@ bool symindexadd(SYMINDEX *index, _tagsymbol *symbol, uint64_t hash) {
     if (index->used * 4 >= (index->mask + 1) * 3 &&
         !symindexreserve(index, static_cast<int64_t>(index->mask + 1) * 2))
         return false;
-    put(index, symbol, hash);
+    index->slots[symindexslot(index, symbol->name, hash)] =
+        reinterpret_cast<uintptr_t>(symbol) | hash >> ADDRESSBITS << ADDRESSBITS;
     ++index->used;
     return true;
 }
