@@ -279,7 +279,7 @@ bool printall(SYMBOLREPORT *report, char **names) {
 
 // Allocates the arrays of named symbols.
 bool newnames(SYMBOLREPORT *report, int count) {
-    report->slots = static_cast<int>(std::bit_ceil(2U * static_cast<unsigned>(count) + 1));
+    report->slots = static_cast<int>(std::bit_ceil(8U * static_cast<unsigned>(count) + 512));
     report->symbols = gallocarray<_tagsymbol *>(count + 1);
     report->closures = gallocarray<_tagfilelist *>(count + 1);
     report->set = gallocarray<const _tagsymbol *>(report->slots);
