@@ -133,6 +133,7 @@ bool joingroups(GROUPS *groups, const GRAPH &graph) {
         height[group] = 0;
         seen[group] = group;
         for (int32_t i = 0; i < count; ++i) {
+            __builtin_prefetch(&graph.files[members[std::min(i + 8, count - 1)]]->size);
             groups->size[group] += graph.files[members[i]]->size;
             for (int32_t j = graph.first[members[i]]; j < graph.first[members[i] + 1]; ++j) {
                 const int32_t target = groups->groupof[graph.target[j]];

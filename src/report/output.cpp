@@ -38,17 +38,18 @@ void putmanyspaces(OUTPUT *out, int64_t count) {
     }
 }
 
-void putnumber(OUTPUT *out, int64_t number) {
-    putaligned(out, number, 0);
-}
-
-void putaligned(OUTPUT *out, int64_t number, int width) {
-    char text[40];
-    char *digits = text + 16;
-    memset(text, ' ', 16);
+void putnumber(OUTPUT *out, int64_t number, int width) {
+    constexpr size_t few = 16;
+    char text[3 * few];
+    char *digits = text + few;
+    memset(text, ' ', few);
     const char *end = std::to_chars(digits, text + sizeof text, number).ptr;
     const char *start = std::min<const char *>(digits, end - width);
-    puttext(out, start, static_cast<size_t>(end - start));
+    const auto length = static_cast<size_t>(end - start);
+    if (length > few || out->end - out->next < static_cast<ptrdiff_t>(few))
+        return puttext(out, start, length);
+    memcpy(out->next, start, few); // a constant length needs no call
+    out->next += length;
 }
 
 void putaligned(OUTPUT *out, std::string_view text, int width) {

@@ -53,10 +53,8 @@ inline void putspaces(OUTPUT *out, int64_t count) {
     out->next += count > 0 ? count : 0;
 }
 
-void putnumber(OUTPUT *out, int64_t number);
-
 // Write a number or text right-aligned in `width` columns, at most 16; a longer one stays whole.
-void putaligned(OUTPUT *out, int64_t number, int width);
+void putnumber(OUTPUT *out, int64_t number, int width = 0);
 void putaligned(OUTPUT *out, std::string_view text, int width);
 
 // Writes a heading, only above verbosity 1.

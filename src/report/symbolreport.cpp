@@ -169,7 +169,7 @@ void printrefer(SYMBOLREPORT *report, const _tagsymbol *symbol) {
         puttexts(out, " Files\n");
     } else {
         puttexts(out, " ");
-        putaligned(out, count, 8);
+        putnumber(out, count, 8);
         puttexts(out, " refs");
     }
 }
@@ -214,9 +214,9 @@ void printlinks(SYMBOLREPORT *report, const _tagsymbol *symbol, int32_t number,
         putnumber(out, total);
         puttexts(out, " bytes\n");
     } else {
-        putaligned(out, symbol->file != nullptr ? symbol->file->size : 0, 8);
+        putnumber(out, symbol->file != nullptr ? symbol->file->size : 0, 8);
         puttexts(out, " ");
-        putaligned(out, total, 8);
+        putnumber(out, total, 8);
         puttexts(out, " ");
     }
 }
