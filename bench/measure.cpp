@@ -2,12 +2,14 @@
 // of its own, so that the load of the machine and what the system does every few seconds affect all
 // of them. Prints for each, in any order, its name, its median CPU time in milliseconds, its median
 // peak memory in kilobytes and its least CPU time. A line is the name, a blank, and the command's
-// words. The word %F stands for all words of the file F. Standard output goes to /dev/null.
+// words. The word %F stands for all words of the file F. Lines with one name are one command that
+// runs several times a round. Standard output goes to /dev/null.
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
 #include <fstream>
+#include <map>
 #include <random>
 #include <spawn.h>
 #include <sstream>
@@ -23,6 +25,9 @@ namespace {
 struct COMMAND {
     std::string name;
     std::vector<std::string> words;
+};
+
+struct RESULT {
     std::vector<double> milliseconds;
     std::vector<long> kilobytes;
 };
@@ -47,7 +52,7 @@ double milliseconds(const timeval &time) {
     return static_cast<double>(time.tv_sec) * 1000 + static_cast<double>(time.tv_usec) / 1000;
 }
 
-bool run(COMMAND *command) {
+bool run(COMMAND *command, RESULT *result) {
     std::vector<char *> arguments;
     for (std::string &word : command->words)
         arguments.push_back(word.data());
@@ -62,8 +67,8 @@ bool run(COMMAND *command) {
         posix_spawnp(&child, arguments[0], &actions, nullptr, arguments.data(), environ) == 0;
     const bool ended = started && wait4(child, &status, 0, &usage) == child && status == 0;
     posix_spawn_file_actions_destroy(&actions);
-    command->milliseconds.push_back(milliseconds(usage.ru_utime) + milliseconds(usage.ru_stime));
-    command->kilobytes.push_back(usage.ru_maxrss);
+    result->milliseconds.push_back(milliseconds(usage.ru_utime) + milliseconds(usage.ru_stime));
+    result->kilobytes.push_back(usage.ru_maxrss);
     return ended;
 }
 
@@ -79,21 +84,22 @@ int main(int argc, char **argv) {
     std::vector<COMMAND> commands;
     for (std::string line; std::getline(file, line);)
         commands.push_back(readcommand(line));
+    std::map<std::string, RESULT> results;
     std::mt19937 random; // the same orders in each measurement
     for (int i = 0; i < runs; ++i) {
         std::shuffle(commands.begin(), commands.end(), random);
         for (COMMAND &command : commands) {
-            if (!run(&command)) {
+            if (!run(&command, &results[command.name])) {
                 fprintf(stderr, "measure: '%s' failed\n", command.name.c_str());
                 return 1;
             }
         }
     }
-    for (COMMAND &command : commands) {
-        std::sort(command.milliseconds.begin(), command.milliseconds.end());
-        std::sort(command.kilobytes.begin(), command.kilobytes.end());
-        printf("%s %.3f %ld %.3f\n", command.name.c_str(),
-               command.milliseconds[command.milliseconds.size() / 2],
-               command.kilobytes[command.kilobytes.size() / 2], command.milliseconds[0]);
+    for (auto &[name, result] : results) {
+        std::sort(result.milliseconds.begin(), result.milliseconds.end());
+        std::sort(result.kilobytes.begin(), result.kilobytes.end());
+        printf("%s %.3f %ld %.3f\n", name.c_str(),
+               result.milliseconds[result.milliseconds.size() / 2],
+               result.kilobytes[result.kilobytes.size() / 2], result.milliseconds[0]);
     }
 }

@@ -28,28 +28,19 @@ void putlong(OUTPUT *out, const char *text, size_t length) {
     }
 }
 
-void putmanyspaces(OUTPUT *out, int64_t count) {
-    for (int64_t piece = 0; count > 0; count -= piece) {
-        if (out->next == out->end)
-            flushoutput(out);
-        piece = std::min(count, int64_t{out->end - out->next});
-        memset(out->next, ' ', static_cast<size_t>(piece));
-        out->next += piece;
-    }
-}
-
 void putnumber(OUTPUT *out, int64_t number, int width) {
-    constexpr size_t few = 16;
-    char text[3 * few];
-    char *digits = text + few;
-    memset(text, ' ', few);
-    const char *end = std::to_chars(digits, text + sizeof text, number).ptr;
-    const char *start = std::min<const char *>(digits, end - width);
-    const auto length = static_cast<size_t>(end - start);
-    if (length > few || out->end - out->next < static_cast<ptrdiff_t>(few))
-        return puttext(out, start, length);
-    memcpy(out->next, start, few); // a constant length needs no call
-    out->next += length;
+    constexpr int few = 8;
+    constexpr int64_t most = 99999999;
+    if (width != few || number < 0 || number > most) {
+        char text[24];
+        return putaligned(out, {text, std::to_chars(text, text + sizeof text, number).ptr}, width);
+    }
+    // The same steps for each number: they are predicted.
+    char *text = makeroom(out, few);
+    auto rest = static_cast<uint32_t>(number);
+    for (int i = few - 1; i >= 0; --i, rest /= 10)
+        text[i] = static_cast<char>(rest != 0 || i == few - 1 ? '0' + rest % 10 : ' ');
+    out->next += few;
 }
 
 void putaligned(OUTPUT *out, std::string_view text, int width) {

@@ -5,6 +5,7 @@
 #include "symbols/options.h"
 #include "symbols/store.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -41,16 +42,20 @@ template <typename... TEXTS> void puttexts(OUTPUT *out, TEXTS... texts) {
     (puttext(out, texts, strlen(texts)), ...);
 }
 
-// Used by putspaces for spaces that are many or do not fit the buffer.
-void putmanyspaces(OUTPUT *out, int64_t count);
+// Returns the end of the buffered text, with room for `size` bytes.
+inline char *makeroom(OUTPUT *out, int64_t size) {
+    if (out->end - out->next < size)
+        flushoutput(out);
+    return out->next;
+}
 
 // Writes `count` spaces, none if it is negative.
 inline void putspaces(OUTPUT *out, int64_t count) {
     constexpr int64_t few = 32;
-    if (count > few || out->end - out->next < few)
-        return putmanyspaces(out, count);
-    memset(out->next, ' ', few);
-    out->next += count > 0 ? count : 0;
+    for (; count > 0; count -= few) {
+        memset(makeroom(out, few), ' ', few);
+        out->next += std::min(count, few);
+    }
 }
 
 // Write a number or text right-aligned in `width` columns, at most 16; a longer one stays whole.
