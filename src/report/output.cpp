@@ -5,17 +5,19 @@
 
 namespace {
 
-char buffer[OUTPUTSIZE];
+char buffer[OUTPUTSIZE + OUTPUTFEW];
 
 } // namespace
 
 OUTPUT beginoutput(FILE *stream) {
-    return {stream, buffer, buffer + sizeof buffer};
+    return {stream, buffer, buffer + OUTPUTSIZE};
 }
 
 void flushoutput(OUTPUT *out) {
-    fwrite(buffer, 1, static_cast<size_t>(out->next - buffer), out->stream);
-    out->next = buffer;
+    const auto size = std::min(static_cast<size_t>(out->next - buffer), OUTPUTSIZE);
+    fwrite(buffer, 1, size, out->stream);
+    out->next -= size;
+    memcpy(buffer, out->end, static_cast<size_t>(out->next - buffer));
 }
 
 void putlong(OUTPUT *out, const char *text, size_t length) {
@@ -31,16 +33,17 @@ void putlong(OUTPUT *out, const char *text, size_t length) {
 void putnumber(OUTPUT *out, int64_t number, int width) {
     constexpr int few = 8;
     constexpr int64_t most = 99999999;
-    if (width != few || number < 0 || number > most) {
-        char text[24];
+    char text[few + OUTPUTFEW];
+    if (width > few || number < 0 || number > most)
         return putaligned(out, {text, std::to_chars(text, text + sizeof text, number).ptr}, width);
-    }
     // The same steps for each number: they are predicted.
-    char *text = makeroom(out, few);
     auto rest = static_cast<uint32_t>(number);
     for (int i = few - 1; i >= 0; --i, rest /= 10)
         text[i] = static_cast<char>(rest != 0 || i == few - 1 ? '0' + rest % 10 : ' ');
-    out->next += few;
+    int length = std::max(width, 1);
+    while (length < few && text[few - 1 - length] != ' ')
+        ++length;
+    putfew(out, text + few - length, length);
 }
 
 void putaligned(OUTPUT *out, std::string_view text, int width) {

@@ -13,6 +13,7 @@
 #include <string_view>
 
 constexpr size_t OUTPUTSIZE = 64 * 1024;
+constexpr int64_t OUTPUTFEW = 32;
 
 // Buffered text for a stream. Call flushoutput before using the stream directly. All outputs share
 // one buffer: use one at a time.
@@ -24,7 +25,7 @@ struct OUTPUT {
 
 OUTPUT beginoutput(FILE *stream);
 
-// Writes the buffer to the stream. A failure sets the stream's error flag.
+// Writes the buffer, at most OUTPUTSIZE bytes, to the stream. A failure sets its error flag.
 void flushoutput(OUTPUT *out);
 
 // Used by puttext for a text that does not fit the buffer.
@@ -42,20 +43,19 @@ template <typename... TEXTS> void puttexts(OUTPUT *out, TEXTS... texts) {
     (puttext(out, texts, strlen(texts)), ...);
 }
 
-// Returns the end of the buffered text, with room for `size` bytes.
-inline char *makeroom(OUTPUT *out, int64_t size) {
-    if (out->end - out->next < size)
+// Writes the first `length` of OUTPUTFEW readable bytes. Their copy has a constant size: no call.
+inline void putfew(OUTPUT *out, const char *text, int64_t length) {
+    memcpy(out->next, text, OUTPUTFEW);
+    out->next += length;
+    if (out->next > out->end)
         flushoutput(out);
-    return out->next;
 }
 
 // Writes `count` spaces, none if it is negative.
 inline void putspaces(OUTPUT *out, int64_t count) {
-    constexpr int64_t few = 32;
-    for (; count > 0; count -= few) {
-        memset(makeroom(out, few), ' ', few);
-        out->next += std::min(count, few);
-    }
+    constexpr char spaces[] = "                                ";
+    for (; count > 0; count -= OUTPUTFEW)
+        putfew(out, spaces, std::min(count, OUTPUTFEW));
 }
 
 // Write a number or text right-aligned in `width` columns, at most 16; a longer one stays whole.
