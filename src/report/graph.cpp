@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr int prefetchDistance = 8;
+constexpr int prefetchDistance = 16;
 
 bool addfile(GRAPH *graph, int32_t *capacity, _tagfile *file) {
     if (!growarray(graph->files, graph->count, *capacity))
@@ -52,7 +52,7 @@ int64_t countnodes(const GRAPH *graph) {
 // Begins to count references. Sets firstref to the file's number, which spares addrefers a read.
 void clearcounts(_tagsymbol **symbols, int64_t count) {
     for (int64_t i = 0; i < count; ++i) {
-        __builtin_prefetch(symbols[std::min(i + 2 * prefetchDistance, count - 1)], 1);
+        __builtin_prefetch(symbols[std::min(i + prefetchDistance, count - 1)], 1);
         symbols[i]->nrefers = 0;
         symbols[i]->firstref = symbols[i]->file != nullptr ? symbols[i]->file->number : -1;
     }
