@@ -15,8 +15,7 @@ struct ARENABLOCK {
 namespace {
 
 constexpr size_t firstBlockBytes = 32 * 1024;
-// Not in large pages: a virtual machine may give free ones back to its host, and new ones take nine
-// times as long as small ones.
+// Not in large pages, which take nine times as long where a virtual machine gave free ones away.
 constexpr size_t largestBlockBytes = 1024 * 1024;
 
 bool addblock(ARENA *arena, size_t size) {

@@ -1,5 +1,5 @@
 // Writers of report texts. A report may have hundreds of megabytes: the writers parse no formats
-// and write blocks of 64 KiB.
+// and write blocks of 32 KiB.
 #pragma once
 
 #include "symbols/options.h"
@@ -12,7 +12,7 @@
 #include <cstring>
 #include <string_view>
 
-constexpr size_t OUTPUTSIZE = 64 * 1024;
+constexpr size_t OUTPUTSIZE = 32 * 1024;
 constexpr int64_t OUTPUTFEW = 32;
 
 // Buffered text for a stream. Call flushoutput before using the stream directly. All outputs share

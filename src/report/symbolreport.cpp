@@ -52,8 +52,7 @@ bool isdetailed() {
 // Returns the symbol's place in the set, or the free one for it.
 int findslot(const SYMBOLREPORT &report, const _tagsymbol *symbol) {
     const auto address = reinterpret_cast<uintptr_t>(symbol);
-    const auto hash = static_cast<int>(address * 0x9E3779B97F4A7C15ULL >> 33);
-    int slot = hash & (report.slots - 1);
+    int slot = static_cast<int>(address * 0x9E3779B97F4A7C15ULL >> 33) & (report.slots - 1);
     while (report.set[slot] != nullptr && report.set[slot] != symbol)
         slot = (slot + 1) & (report.slots - 1);
     return slot;

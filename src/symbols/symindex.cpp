@@ -9,7 +9,7 @@ bool symindexmake(SYMINDEX *index) {
     // The key stays as it is here when the system has no random bytes.
     *index = {nullptr, 0, 0, {0x9E3779B97F4A7C15, 0xBF58476D1CE4E5B9}};
     getrandom(index->key, sizeof index->key, GRND_NONBLOCK);
-    return symindexreserve(index, 1024);
+    return symindexreserve(index, 64);
 }
 
 bool symindexreserve(SYMINDEX *index, int64_t capacity) {
@@ -45,8 +45,10 @@ bool symindexadd(SYMINDEX *index, _tagsymbol *symbol, uint64_t hash) {
     if (index->used * 4 >= (index->mask + 1) * 3 &&
         !symindexreserve(index, static_cast<int64_t>(index->mask + 1) * 2))
         return false;
-    index->slots[symindexslot(index, symbol->name, hash)] =
-        reinterpret_cast<uintptr_t>(symbol) | hash >> ADDRESSBITS << ADDRESSBITS;
+    uint64_t i = hash & index->mask;
+    while (index->slots[i] != 0)
+        i = (i + 1) & index->mask;
+    index->slots[i] = reinterpret_cast<uintptr_t>(symbol) | hash >> ADDRESSBITS << ADDRESSBITS;
     ++index->used;
     return true;
 }

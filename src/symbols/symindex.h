@@ -58,11 +58,10 @@ bool symindexmake(SYMINDEX *index);
 // changed.
 bool symindexreserve(SYMINDEX *index, int64_t capacity);
 
-// Returns the number of the slot of the symbol of that name, or of the free slot for it. `hash` is
-// the name's.
+// Returns the number of the slot of the symbol of that name or of a free one. `hash` is the name's.
 uint64_t symindexslot(const SYMINDEX *index, std::string_view name, uint64_t hash);
 
-// Adds a symbol, in place of one of the same name. Returns false when memory runs out.
+// Adds a symbol whose name is not in the index. Returns false when memory runs out.
 bool symindexadd(SYMINDEX *index, _tagsymbol *symbol, uint64_t hash);
 
 // Returns the number of the first slot from `i` on that is free or has this hash's upper bits.
