@@ -30,18 +30,14 @@ int bucketof(std::string_view name) {
     return static_cast<int>(hash & (SYMBUCKETS - 1));
 }
 
-_tagsymbol *indexfind(const SYMTABLE *table, std::string_view name, uint64_t hash) {
-    return slotsymbol(table->index.slots[symindexslot(&table->index, name, hash)]);
-}
-
 _tagsymbol *indexfind(const SYMTABLE *table, std::string_view name) {
-    return indexfind(table, name, symindexhash(&table->index, name, false));
+    return symindexfind(&table->index, name, symindexhash(&table->index, name, false));
 }
 
 // Finds the name, or it with "_" added before or after it when any stored name has one there.
 _tagsymbol *find(const SYMTABLE *table, std::string_view name, uint64_t hash) {
     const size_t length = name.size();
-    _tagsymbol *symbol = indexfind(table, name, hash);
+    _tagsymbol *symbol = symindexfind(&table->index, name, hash);
     if (symbol != nullptr || table->leading + table->trailing == 0 || length + 2 > VARIANTSIZE)
         return symbol;
     char variant[VARIANTSIZE];

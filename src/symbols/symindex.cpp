@@ -32,12 +32,12 @@ bool symindexreserve(SYMINDEX *index, int64_t capacity) {
     return true;
 }
 
-uint64_t symindexslot(const SYMINDEX *index, std::string_view name, uint64_t hash) {
+_tagsymbol *symindexfind(const SYMINDEX *index, std::string_view name, uint64_t hash) {
     for (uint64_t i = hash;; ++i) {
         i = nextslot(index, i, hash);
-        const _tagsymbol *symbol = slotsymbol(index->slots[i]);
+        _tagsymbol *symbol = slotsymbol(index->slots[i]);
         if (symbol == nullptr || symisnamed(symbol, name))
-            return i;
+            return symbol;
     }
 }
 

@@ -58,8 +58,8 @@ bool symindexmake(SYMINDEX *index);
 // changed.
 bool symindexreserve(SYMINDEX *index, int64_t capacity);
 
-// Returns the number of the slot of the symbol of that name or of a free one. `hash` is the name's.
-uint64_t symindexslot(const SYMINDEX *index, std::string_view name, uint64_t hash);
+// Returns the symbol of that name; null when there is none. `hash` is the name's.
+_tagsymbol *symindexfind(const SYMINDEX *index, std::string_view name, uint64_t hash);
 
 // Adds a symbol whose name is not in the index. Returns false when memory runs out.
 bool symindexadd(SYMINDEX *index, _tagsymbol *symbol, uint64_t hash);
