@@ -106,8 +106,9 @@ inline bool symisnamed(const _tagsymbol *symbol, std::string_view name) {
     const size_t length = name.size();
     if (symbol->length != length || length < 8)
         return name == symbol->name;
+    const char *text = symbol->text;
     const auto differ = [&](size_t i) {
-        return eightbytes(symbol->text + i) ^ eightbytes(name.data() + i);
+        return eightbytes(text + i) ^ eightbytes(name.data() + i);
     };
     uint64_t different = differ(length - 8);
     for (size_t i = 0; i + 8 < length; i += 8)
