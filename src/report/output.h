@@ -13,7 +13,7 @@
 #include <string_view>
 
 constexpr size_t OUTPUTSIZE = 32 * 1024;
-constexpr int64_t OUTPUTFEW = 32;
+constexpr int64_t OUTPUTFEW = 32; // bytes of room after a full buffer
 
 // Buffered text for a stream. Call flushoutput before using the stream directly. All outputs share
 // one buffer: use one at a time.

@@ -33,7 +33,7 @@ struct SYMBOLREPORT {
     // For named symbols:
     int64_t listed = 0; // the first symbols have a list in `closures`
     _tagfilelist **closures = nullptr;
-    int slots = 0;                    // power of two; most are free: a taken one is a misprediction
+    int slots = 0;                    // power of two; most are free: taken ones mispredict branches
     const _tagsymbol **set = nullptr; // the named symbols at their hashes
 
     int64_t counted = 0;            // references to the symbols
