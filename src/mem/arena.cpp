@@ -35,7 +35,7 @@ bool addblock(ARENA *arena, size_t size) {
 } // namespace
 
 void adviseblock(void *block, size_t size) {
-    constexpr size_t manyPages = 40 * 1024;
+    constexpr size_t manyPages = 32 * 1024;
     constexpr size_t largePage = 2 * 1024 * 1024;
     constexpr uintptr_t pageMask = 4096 - 1;
     if (size < manyPages)

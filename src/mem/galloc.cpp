@@ -59,7 +59,7 @@ bool reserveslot() {
     if (addresses.used * 2 < addresses.capacity)
         return true;
     ADDRESSTABLE larger = {};
-    larger.capacity = addresses.capacity == 0 ? 1024 : addresses.capacity * 2;
+    larger.capacity = addresses.capacity == 0 ? 256 : addresses.capacity * 2;
     larger.used = addresses.used;
     larger.slots =
         static_cast<uint64_t *>(calloc(larger.capacity, sizeof(uint64_t) + sizeof(int32_t)));

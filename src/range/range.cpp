@@ -2,6 +2,8 @@
 
 #include "base/text.h"
 
+#include <algorithm>
+#include <cstdlib>
 #include <cstring>
 
 namespace {
@@ -24,19 +26,15 @@ struct PARSE {
     int32_t lower;
     int32_t upper;
     int32_t direction;
-    bool matched;
-    bool endless; // unlimited count; minimum and maximum are final
-    bool hasClosest;
-    int32_t malformed;
-    int64_t count;
-    int64_t minimum;
-    int64_t maximum;
+    bool matched = false;
+    bool endless = false; // unlimited count; minimum and maximum are final
+    bool hasClosest = false;
+    int32_t malformed = 0;
+    int64_t count = 0;
+    int64_t minimum = RANGEUNLIMITED;
+    int64_t maximum = RANGENOLOWER;
     int64_t closest;
 };
-
-int64_t distance(int64_t a, int64_t b) {
-    return a < b ? b - a : a - b;
-}
 
 void setendless(PARSE *parse) {
     parse->endless = true;
@@ -50,7 +48,7 @@ void offer(PARSE *parse, int64_t candidate) {
         parse->direction == 0 ||
         (parse->direction > 0 ? candidate > parse->closest : candidate < parse->closest);
     if (!parse->hasClosest ||
-        (further && distance(candidate, number) < distance(parse->closest, number))) {
+        (further && std::abs(candidate - number) < std::abs(parse->closest - number))) {
         parse->closest = candidate;
         parse->hasClosest = true;
     }
@@ -63,15 +61,9 @@ void alloweverything(PARSE *parse) {
 }
 
 void readbound(RANGE *bound, const char *part, int32_t defaultValue) {
-    bound->text[0] = 0;
-    if (part[0] == 0) {
-        bound->value = defaultValue;
-    } else if (rangeisnumeric(part) != 0) {
-        bound->value = rangenumber(part);
-    } else {
-        bound->value = 0;
-        copytext(bound->text, part, sizeof bound->text);
-    }
+    const bool numeric = rangeisnumeric(part) != 0;
+    bound->value = part[0] == 0 ? defaultValue : numeric ? rangenumber(part) : 0;
+    copytext(bound->text, numeric ? "" : part, sizeof bound->text);
 }
 
 // Returns false when the step is 0 or too long.
@@ -79,7 +71,7 @@ bool readstep(ELEMENT *element, const char *text) {
     char part[RANGEPARTSIZE];
     if (!rangestepstr(part, text))
         return false;
-    element->step = rangeisnumeric(part) != 0 ? distance(rangenumber(part), 0) : 1;
+    element->step = rangeisnumeric(part) != 0 ? std::abs(int64_t{rangenumber(part)}) : 1;
     return element->step != 0;
 }
 
@@ -110,10 +102,8 @@ bool readelement(const PARSE *parse, const char *text, ELEMENT *element) {
 }
 
 void extend(PARSE *parse, int64_t smallest, int64_t largest) {
-    if (smallest < parse->minimum)
-        parse->minimum = smallest;
-    if (largest > parse->maximum)
-        parse->maximum = largest;
+    parse->minimum = std::min(parse->minimum, smallest);
+    parse->maximum = std::max(parse->maximum, largest);
 }
 
 void countplain(PARSE *parse, const ELEMENT *element) {
@@ -157,7 +147,7 @@ int64_t choose(const PARSE *parse, int64_t below, int64_t above) {
     if (parse->direction != 0)
         return parse->direction < 0 ? below : above;
     const int64_t number = parse->test.value;
-    return distance(above, number) <= distance(below, number) ? above : below;
+    return std::abs(above - number) <= std::abs(below - number) ? above : below;
 }
 
 int64_t closestplain(const PARSE *parse, const ELEMENT *element) {
@@ -211,20 +201,6 @@ void parseelement(PARSE *parse, const char *spec, size_t length) {
     offer(parse, element.negated ? closestnegated(parse, &element) : closestplain(parse, &element));
 }
 
-void startparse(PARSE *parse, const char *text, int32_t number) {
-    parse->test.value = number;
-    parse->testFits =
-        copytext(parse->test.text, text != nullptr ? text : "", sizeof parse->test.text);
-    parse->matched = false;
-    parse->endless = false;
-    parse->hasClosest = false;
-    parse->malformed = 0;
-    parse->count = 0;
-    parse->minimum = RANGEUNLIMITED;
-    parse->maximum = RANGENOLOWER;
-    parse->closest = number >= 0 ? RANGEUNLIMITED : RANGENOLOWER;
-}
-
 void parseelements(PARSE *parse, const char *spec) {
     do {
         const size_t length = strcspn(spec, ",");
@@ -233,67 +209,64 @@ void parseelements(PARSE *parse, const char *spec) {
     } while (*spec++ == ',' && *spec != 0);
 }
 
+PARSE parsed(const char *spec, const char *text, int32_t number, int32_t direction, int32_t lower,
+             int32_t upper) {
+    PARSE parse; // not cleared: its text is large
+    parse.test.value = number;
+    parse.testFits = copytext(parse.test.text, text != nullptr ? text : "", sizeof parse.test.text);
+    parse.lower = lower;
+    parse.upper = upper;
+    parse.direction = direction;
+    parse.closest = number >= 0 ? RANGEUNLIMITED : RANGENOLOWER;
+    if (spec[0] == 0)
+        alloweverything(&parse);
+    else
+        parseelements(&parse, spec);
+    return parse;
+}
+
 } // namespace
 
 int rangeparse(const char *spec, const char *text, int32_t number, int32_t *malformed,
                int32_t *count, int32_t *minimum, int32_t *maximum, int32_t *closest, int32_t lower,
                int32_t upper) {
-    PARSE parse; // not cleared: its text is large
-    startparse(&parse, text, number);
-    parse.lower = lower;
-    parse.upper = upper;
-    parse.direction = closest != nullptr ? *closest : 0;
-    if (spec[0] == 0)
-        alloweverything(&parse);
-    else
-        parseelements(&parse, spec);
-    if (malformed != nullptr)
-        *malformed = parse.malformed;
-    if (count != nullptr)
-        *count = parse.endless ? RANGEUNLIMITED : toint32(parse.count);
-    if (minimum != nullptr)
-        *minimum = toint32(parse.minimum);
-    if (maximum != nullptr)
-        *maximum = toint32(parse.maximum);
-    if (closest != nullptr)
-        *closest = toint32(parse.closest);
+    const int32_t direction = closest != nullptr ? *closest : 0;
+    const PARSE parse = parsed(spec, text, number, direction, lower, upper);
+    const auto set = [](int32_t *result, int64_t value) {
+        if (result != nullptr)
+            *result = toint32(value);
+    };
+    set(malformed, parse.malformed);
+    set(count, parse.endless ? RANGEUNLIMITED : parse.count);
+    set(minimum, parse.minimum);
+    set(maximum, parse.maximum);
+    set(closest, parse.closest);
     return parse.matched && parse.malformed == 0 ? 1 : 0;
 }
 
 int RANGE_match(const char *spec, const char *text, int32_t number) {
-    return rangeparse(spec, text, number, nullptr, nullptr, nullptr, nullptr, nullptr, RANGENOLOWER,
-                      RANGEUNLIMITED);
+    const PARSE parse = parsed(spec, text, number, 0, RANGENOLOWER, RANGEUNLIMITED);
+    return parse.matched && parse.malformed == 0 ? 1 : 0;
 }
 
 int32_t RANGE_min(const char *spec, int32_t lower) {
-    int32_t minimum = 0;
-    rangeparse(spec, nullptr, 0, nullptr, nullptr, &minimum, nullptr, nullptr, lower,
-               RANGEUNLIMITED);
-    return minimum < lower ? lower : minimum;
+    return std::max(toint32(parsed(spec, nullptr, 0, 0, lower, RANGEUNLIMITED).minimum), lower);
 }
 
 int32_t RANGE_max(const char *spec, int32_t upper) {
-    int32_t maximum = 0;
-    rangeparse(spec, nullptr, 0, nullptr, nullptr, nullptr, &maximum, nullptr, RANGENOLOWER, upper);
-    return maximum > upper ? upper : maximum;
+    return std::min(toint32(parsed(spec, nullptr, 0, 0, RANGENOLOWER, upper).maximum), upper);
 }
 
 int RANGE_check(const char *spec, int32_t lower, int32_t upper) {
-    int32_t malformed = 0;
-    rangeparse(spec, nullptr, 0, &malformed, nullptr, nullptr, nullptr, nullptr, lower, upper);
-    return malformed == 0 ? 1 : 0;
+    return parsed(spec, nullptr, 0, 0, lower, upper).malformed == 0 ? 1 : 0;
 }
 
 int32_t RANGE_count(const char *spec, int32_t lower, int32_t upper) {
-    int32_t count = 0;
-    rangeparse(spec, nullptr, 0, nullptr, &count, nullptr, nullptr, nullptr, lower, upper);
-    const int64_t span = distance(static_cast<int64_t>(upper) - lower + 1, 0);
-    return count < span ? count : toint32(span);
+    const PARSE parse = parsed(spec, nullptr, 0, 0, lower, upper);
+    const int64_t span = std::abs(int64_t{upper} - lower + 1);
+    return toint32(parse.endless ? span : std::min(parse.count, span));
 }
 
 int32_t RANGE_constrain(const char *spec, int32_t number, int32_t direction) {
-    int32_t closest = direction;
-    rangeparse(spec, nullptr, number, nullptr, nullptr, nullptr, nullptr, &closest, RANGENOLOWER,
-               RANGEUNLIMITED);
-    return closest;
+    return toint32(parsed(spec, nullptr, number, direction, RANGENOLOWER, RANGEUNLIMITED).closest);
 }

@@ -9,10 +9,15 @@ ARENA arena = {};              // holds all entries
 _tagfilelist *spare = nullptr; // entries of flfree
 bool failed = false;
 int64_t followed = 0; // references
+bool listing = true;
+int64_t bytes = 0; // of the files reached
 
 // A stamp is never used twice. The first is a value that a caller's record is unlikely to hold.
 int64_t lastStamp = 0x3A7C15E59B1D42;
-int64_t stampInUse = lastStamp; // of the last list
+
+// Of the list of the last call, which has the last stamp, and its last entry.
+_tagfilelist *head = nullptr;
+_tagfilelist *tail = nullptr;
 
 // A file that is being followed.
 struct FRAME {
@@ -35,59 +40,56 @@ void lookahead(FRAME *frame, int count) {
 }
 
 bool push(const _tagsymlist *refers, int level) {
-    if (!growarray(stack, depth, capacity)) {
-        failed = true;
+    if (!growarray(stack, depth, capacity))
         return false;
-    }
     FRAME *frame = &stack[depth++];
     *frame = {refers, refers, level};
     lookahead(frame, 8);
     return true;
 }
 
-_tagfilelist *newentry() {
-    _tagfilelist *entry = spare;
-    if (entry != nullptr)
-        spare = entry->next;
-    else
-        entry = static_cast<_tagfilelist *>(arenaalloc(&arena, sizeof *entry));
-    failed = failed || entry == nullptr;
-    return entry;
-}
-
-// Sets the stamps of the list and its files, and the list's last entry. Needed for lists that the
-// last call did not return.
+// Begins a new list for null. Else sets the stamps of the list and its files, and `tail`: needed
+// for lists that the last call did not return.
 void marklist(_tagfilelist *list) {
-    if (list->stamp == stampInUse && list->last->next == nullptr)
+    head = list;
+    if (list != nullptr && list->stamp == lastStamp && tail->next == nullptr)
         return;
-    stampInUse = ++lastStamp;
-    list->stamp = stampInUse;
+    ++lastStamp;
+    if (list != nullptr)
+        list->stamp = lastStamp;
     for (_tagfilelist *entry = list; entry != nullptr; entry = entry->next) {
         if (entry->file != nullptr)
-            entry->file->stamp = stampInUse;
-        list->last = entry;
+            entry->file->stamp = lastStamp;
+        tail = entry;
     }
 }
 
 // Whether the file is not null and not in the last list.
 bool isneeded(const _tagfile *file) {
-    return file != nullptr && file->stamp != stampInUse;
+    return file != nullptr && file->stamp != lastStamp;
 }
 
-bool append(_tagfilelist **list, _tagsymbol *symbol, int level) {
-    _tagfilelist *entry = newentry();
+bool append(_tagsymbol *symbol, int level) {
+    _tagfilelist *entry = spare;
+    if (entry != nullptr)
+        spare = entry->next;
+    else
+        entry = static_cast<_tagfilelist *>(arenaalloc(&arena, sizeof *entry));
     if (entry == nullptr)
         return false;
-    *entry = {symbol->file, level, symbol, nullptr, nullptr, 0};
-    if (*list == nullptr) {
-        *list = entry;
-        entry->stamp = stampInUse;
-    } else {
-        (*list)->last->next = entry;
-    }
-    (*list)->last = entry;
-    symbol->file->stamp = stampInUse;
+    *entry = {symbol->file, level, symbol, nullptr, head == nullptr ? lastStamp : 0};
+    (head != nullptr ? tail->next : head) = entry;
+    tail = entry;
     return true;
+}
+
+// Appends the symbol's file or adds its size, and pushes its references if the level is below the
+// limit. False when memory runs out.
+bool reach(_tagsymbol *symbol, int limit, int level) {
+    symbol->file->stamp = lastStamp;
+    bytes += symbol->file->size;
+    return (!listing || append(symbol, level)) &&
+           (level >= limit || push(symbol->file->refers, level));
 }
 
 // Returns the frame's next reference to a file that is not listed; null when there is none.
@@ -106,37 +108,37 @@ const _tagsymlist *takeneeded(FRAME *frame) {
 } // namespace
 
 _tagfilelist *symneedfiles(_tagsymbol *symbol, _tagfilelist *list, int limit, int level) {
-    if (list != nullptr) {
-        marklist(list);
-    } else {
-        stampInUse = ++lastStamp;
-        failed = false;
-    }
+    marklist(list);
     depth = 0;
-    if (!isneeded(symbol->file) || !append(&list, symbol, level) ||
-        (level < limit && !push(symbol->file->refers, level)))
-        return list;
-    while (depth > 0) {
+    bool made = !isneeded(symbol->file) || reach(symbol, limit, level);
+    while (depth > 0 && made) {
         FRAME *top = &stack[depth - 1];
         const int below = top->level + 1;
         const _tagsymlist *node = takeneeded(top);
         if (top->refers == nullptr)
             --depth;
-        if (node != nullptr && (!append(&list, node->symbol, below) ||
-                                (below < limit && !push(node->symbol->file->refers, below))))
-            break;
+        made = node == nullptr || reach(node->symbol, limit, below);
     }
-    return list;
+    failed = (failed && list != nullptr) || !made;
+    return head;
 }
 
 void flfree(_tagfilelist *list) {
     if (list == nullptr)
         return;
-    _tagfilelist *last = list->last != nullptr ? list->last : list;
+    _tagfilelist *last = list->stamp == lastStamp ? tail : list;
     while (last->next != nullptr)
         last = last->next;
     last->next = spare;
     spare = list;
+}
+
+int64_t symneedbytes(_tagsymbol *symbol, int limit) {
+    bytes = 0;
+    listing = false;
+    symneedfiles(symbol, nullptr, limit, 0);
+    listing = true;
+    return bytes;
 }
 
 bool closurefailed() {

@@ -42,8 +42,7 @@ bool addforeign(GRAPH *graph, int32_t *capacity) {
 int64_t countnodes(const GRAPH *graph) {
     int64_t nodes = 0;
     for (int32_t i = 0; i < graph->count; ++i) {
-        const _tagsymlist *node = graph->files[i]->refers;
-        for (; node != nullptr; node = node->next)
+        for (const _tagsymlist *node = graph->files[i]->refers; node != nullptr; node = node->next)
             ++nodes;
     }
     return nodes;

@@ -1,11 +1,24 @@
 #include "report/output.h"
 
 #include <algorithm>
+#include <bit>
 #include <charconv>
 
 namespace {
 
 char buffer[OUTPUTSIZE + OUTPUTFEW];
+
+constexpr uint64_t allBytes = 0x0101010101010101;
+
+// Returns the eight digits of a number, the first in the lowest byte. No step depends on the
+// number, because a processor cannot predict its length.
+uint64_t digitsof(uint32_t number) {
+    const uint64_t fours = number / 10000 | uint64_t{number % 10000} << 32;
+    const uint64_t hundreds = (fours * 10486 >> 20) & 0x7F0000007F;
+    const uint64_t twos = hundreds | (fours - 100 * hundreds) << 16;
+    const uint64_t tens = (twos * 103 >> 10) & 0x0F000F000F000F;
+    return tens | (twos - 10 * tens) << 8;
+}
 
 } // namespace
 
@@ -32,18 +45,19 @@ void putlong(OUTPUT *out, const char *text, size_t length) {
 
 void putnumber(OUTPUT *out, int64_t number, int width) {
     constexpr int few = 8;
-    constexpr int64_t most = 99999999;
-    char text[few + OUTPUTFEW];
-    if (width > few || number < 0 || number > most)
-        return putaligned(out, {text, std::to_chars(text, text + sizeof text, number).ptr}, width);
-    // The same steps for each number: they are predicted.
-    auto rest = static_cast<uint32_t>(number);
-    for (int i = few - 1; i >= 0; --i, rest /= 10)
-        text[i] = static_cast<char>(rest != 0 || i == few - 1 ? '0' + rest % 10 : ' ');
-    int length = std::max(width, 1);
-    while (length < few && text[few - 1 - length] != ' ')
-        ++length;
-    putfew(out, text + few - length, length);
+    if (width > few || number < 0 || number > 99999999) {
+        char any[24];
+        return putaligned(out, {any, std::to_chars(any, any + sizeof any, number).ptr}, width);
+    }
+    uint64_t text = digitsof(static_cast<uint32_t>(number));
+    const int zeros = std::min(std::countr_zero(text) / 8, few - 1);
+    text |= allBytes * ' ' | (~uint64_t{0} << 8 * zeros & allBytes * ('0' ^ ' '));
+    const int length = std::max(width, few - zeros);
+    text >>= 8 * (few - length);
+    char *next = out->next;
+    for (int i = 0; i < few; ++i)
+        next[i] = static_cast<char>(text >> 8 * i);
+    putdone(out, length);
 }
 
 void putaligned(OUTPUT *out, std::string_view text, int width) {

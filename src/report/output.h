@@ -43,19 +43,19 @@ template <typename... TEXTS> void puttexts(OUTPUT *out, TEXTS... texts) {
     (puttext(out, texts, strlen(texts)), ...);
 }
 
-// Writes the first `length` of OUTPUTFEW readable bytes. Their copy has a constant size: no call.
-inline void putfew(OUTPUT *out, const char *text, int64_t length) {
-    memcpy(out->next, text, OUTPUTFEW);
-    out->next += length;
+// Moves after `count` bytes that are written, at most OUTPUTFEW.
+inline void putdone(OUTPUT *out, int64_t count) {
+    out->next += count;
     if (out->next > out->end)
         flushoutput(out);
 }
 
-// Writes `count` spaces, none if it is negative.
+// Writes `count` spaces, none if it is negative. Copies of a constant size need no call.
 inline void putspaces(OUTPUT *out, int64_t count) {
-    constexpr char spaces[] = "                                ";
-    for (; count > 0; count -= OUTPUTFEW)
-        putfew(out, spaces, std::min(count, OUTPUTFEW));
+    for (; count > 0; count -= OUTPUTFEW) {
+        memset(out->next, ' ', OUTPUTFEW);
+        putdone(out, std::min(count, OUTPUTFEW));
+    }
 }
 
 // Write a number or text right-aligned in `width` columns, at most 16; a longer one stays whole.

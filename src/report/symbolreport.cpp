@@ -17,6 +17,13 @@
 
 namespace {
 
+// A closure of closure.h: the list in the detailed form, only the sum of the sizes in the compact
+// one.
+struct CLOSURE {
+    _tagfilelist *list;
+    int64_t total;
+};
+
 // One symbol report.
 struct SYMBOLREPORT {
     OUTPUT out;
@@ -31,15 +38,15 @@ struct SYMBOLREPORT {
     bool isAll = false;
 
     // For named symbols:
-    int64_t listed = 0; // the first symbols have a list in `closures`
-    _tagfilelist **closures = nullptr;
+    int64_t found = 0; // the first symbols have a closure
+    CLOSURE *closures = nullptr;
     int slots = 0;                    // power of two; most are free: taken ones mispredict branches
     const _tagsymbol **set = nullptr; // the named symbols at their hashes
 
     int64_t counted = 0;            // references to the symbols
     _tagfile **referrers = nullptr; // in the detailed form: their files
 
-    // For all symbols, and for those without a list:
+    // For all symbols, and for those without a closure:
     GRAPH graph = {};
     LINKWALK walk = {};
     int64_t *totals = nullptr; // in the compact form: total of each file's closure
@@ -107,20 +114,27 @@ bool collectreferrers(SYMBOLREPORT *report) {
     return true;
 }
 
-// Finds closures in lists, until they have followed more references than a graph would copy.
-bool listclosures(SYMBOLREPORT *report, int64_t nodes) {
+// Finds a closure in the store's lists. False when memory runs out.
+bool findclosure(const SYMBOLREPORT *report, _tagsymbol *symbol, CLOSURE *closure) {
+    if (isdetailed())
+        closure->list = symneedfiles(symbol, nullptr, report->limit, 0);
+    else
+        closure->total = symneedbytes(symbol, report->limit);
+    return !closurefailed();
+}
+
+// Finds closures until they have followed more references than a graph would copy.
+bool findclosures(SYMBOLREPORT *report, int64_t nodes) {
     const int64_t begin = closurerefs();
-    for (; report->listed < report->count && closurerefs() - begin <= nodes; ++report->listed) {
-        _tagsymbol *symbol = report->symbols[report->listed];
-        report->closures[report->listed] =
-            symbol != nullptr ? symneedfiles(symbol, nullptr, report->limit, 0) : nullptr;
-        if (symbol != nullptr && closurefailed())
+    for (; report->found < report->count && closurerefs() - begin <= nodes; ++report->found) {
+        _tagsymbol *symbol = report->symbols[report->found];
+        if (symbol != nullptr && !findclosure(report, symbol, &report->closures[report->found]))
             return false;
     }
     return true;
 }
 
-// Sets the totals of all files, or of those of the symbols without a list.
+// Sets the totals of all files, or of those of the symbols without a closure.
 bool findtotals(SYMBOLREPORT *report) {
     const GRAPH *graph = &report->graph;
     int32_t count = report->isAll ? graph->count : 0;
@@ -128,7 +142,7 @@ bool findtotals(SYMBOLREPORT *report) {
     if (files == nullptr)
         return false;
     std::iota(files, files + count, 0);
-    for (int64_t i = report->listed; i < report->count && !report->isAll; ++i) {
+    for (int64_t i = report->found; i < report->count && !report->isAll; ++i) {
         const _tagsymbol *symbol = report->symbols[i];
         files[count] = symbol != nullptr ? filenumber(graph, symbol->file) : -1;
         count += files[count] >= 0;
@@ -139,9 +153,9 @@ bool findtotals(SYMBOLREPORT *report) {
 }
 
 bool preparelinks(SYMBOLREPORT *report, int64_t nodes, bool graphCounts) {
-    if (!report->isAll && !listclosures(report, nodes))
+    if (!report->isAll && !findclosures(report, nodes))
         return false;
-    if (report->listed == report->count)
+    if (report->found == report->count)
         return true;
     return makegraph(&report->graph, report->info, isdetailed(), report->symbols,
                      graphCounts ? report->count : 0) &&
@@ -173,20 +187,18 @@ void printrefer(SYMBOLREPORT *report, const _tagsymbol *symbol) {
     }
 }
 
-// Prints a closure in the detailed form: of file `number` of the graph, or the list. Returns the
-// sum of the sizes.
+// Prints a closure in the detailed form: of file `number` of the graph, or the one given for -1.
+// Returns the sum of the sizes.
 int64_t printclosure(SYMBOLREPORT *report, const _tagsymbol *symbol, int32_t number,
-                     const _tagfilelist *list) {
+                     const CLOSURE &closure) {
+    if (!isdetailed())
+        return number >= 0 ? report->totals[number] : closure.total;
     int64_t total = 0;
     const auto add = [&](const _tagfile *file, int level, const _tagsymbol *through) {
         total += file->size;
-        if (!isdetailed())
-            return;
         putlinkstart(&report->out, file, level);
         putlinkend(&report->out, file, through);
     };
-    if (number >= 0 && report->totals != nullptr)
-        return report->totals[number];
     if (number >= 0) {
         LINKWALK *walk = &report->walk;
         restartwalk(walk);
@@ -196,16 +208,16 @@ int64_t printclosure(SYMBOLREPORT *report, const _tagsymbol *symbol, int32_t num
             add(report->graph.files[reached.file], reached.level, reached.symbol);
         }
     }
-    for (const _tagfilelist *entry = list; entry != nullptr; entry = entry->next)
+    for (const _tagfilelist *entry = closure.list; entry != nullptr; entry = entry->next)
         add(entry->file, entry->level, entry->symbol);
     return total;
 }
 
 void printlinks(SYMBOLREPORT *report, const _tagsymbol *symbol, int32_t number,
-                const _tagfilelist *list) {
+                const CLOSURE &closure) {
     OUTPUT *out = &report->out;
     putheading(out, "LINKS IN");
-    const int32_t total = toint32(printclosure(report, symbol, number, list));
+    const int32_t total = toint32(printclosure(report, symbol, number, closure));
     if (total <= 0)
         return;
     if (isdetailed()) {
@@ -220,18 +232,17 @@ void printlinks(SYMBOLREPORT *report, const _tagsymbol *symbol, int32_t number,
     }
 }
 
-// Prints a symbol's part. `list` is its closure if it was found before. False, with nothing
-// printed, when memory runs out.
-bool printsymbol(SYMBOLREPORT *report, _tagsymbol *symbol, _tagfilelist *list) {
+// Prints a symbol's part. `found` is its closure, null if it was not found before. False, with
+// nothing printed, when memory runs out.
+bool printsymbol(SYMBOLREPORT *report, _tagsymbol *symbol, const CLOSURE *found) {
     OUTPUT *out = &report->out;
     if (OPTverbose == 1 && (symbol->file == nullptr || symbol->file->size == 0))
         return true;
-    const int32_t number = list != nullptr ? -1 : filenumber(&report->graph, symbol->file);
-    if (report->links != 0 && number < 0 && list == nullptr) {
-        list = symneedfiles(symbol, nullptr, report->limit, 0);
-        if (closurefailed())
-            return false;
-    }
+    CLOSURE closure = found != nullptr ? *found : CLOSURE{};
+    const int32_t number = found != nullptr ? -1 : filenumber(&report->graph, symbol->file);
+    if (report->links != 0 && number < 0 && found == nullptr &&
+        !findclosure(report, symbol, &closure))
+        return false;
     putheading(out, "SYMBOL");
     const std::string_view name = symname(symbol);
     if (isdetailed()) {
@@ -245,9 +256,9 @@ bool printsymbol(SYMBOLREPORT *report, _tagsymbol *symbol, _tagfilelist *list) {
     if (report->refer != 0)
         printrefer(report, symbol);
     if (report->links != 0)
-        printlinks(report, symbol, number, list);
+        printlinks(report, symbol, number, closure);
     puttexts(out, "\n");
-    flfree(list);
+    flfree(closure.list);
     return true;
 }
 
@@ -269,7 +280,7 @@ bool printall(SYMBOLREPORT *report, char **names) {
             flushoutput(&report->out); // the message follows the report so far
             toolsay("tolvik: symbol '%s' not found\n", names[i]);
         } else if (!printsymbol(report, symbols[i],
-                                report->isAll ? nullptr : report->closures[i])) {
+                                i < report->found ? &report->closures[i] : nullptr)) {
             return false;
         }
     }
@@ -280,11 +291,11 @@ bool printall(SYMBOLREPORT *report, char **names) {
 bool newnames(SYMBOLREPORT *report, int count) {
     report->slots = static_cast<int>(std::bit_ceil(8U * static_cast<unsigned>(count) + 512));
     report->symbols = gallocarray<_tagsymbol *>(count + 1);
-    report->closures = gallocarray<_tagfilelist *>(count + 1);
+    report->closures = gallocarray<CLOSURE>(count + 1);
     report->set = gallocarray<const _tagsymbol *>(report->slots);
     if (report->symbols == nullptr || report->closures == nullptr || report->set == nullptr)
         return false;
-    std::fill_n(report->closures, count, nullptr);
+    std::fill_n(report->closures, count, CLOSURE{});
     std::fill_n(report->set, report->slots, nullptr);
     return true;
 }
@@ -305,7 +316,9 @@ bool prepare(SYMBOLREPORT *report) {
            (report->links == 0 || preparelinks(report, nodes, graphCounts));
 }
 
-void endreport(SYMBOLREPORT *report) {
+// Prints the report if it is `whole` so far, and frees it. False when memory ran out.
+bool printreport(SYMBOLREPORT *report, bool whole, char **names) {
+    whole = whole && prepare(report) && printall(report, names);
     flushoutput(&report->out);
     grelease(report->symbols);
     grelease(report->closures);
@@ -314,6 +327,7 @@ void endreport(SYMBOLREPORT *report) {
     grelease(report->totals);
     freewalk(&report->walk);
     freegraph(&report->graph);
+    return whole;
 }
 
 } // namespace
@@ -324,9 +338,8 @@ void printsymbolreport(FILE *out, _tagsymbol *symbol, TVKINFO *info, int define,
     bool whole = newnames(&report, 1);
     if (whole)
         addname(&report, symbol);
-    if (!whole || !prepare(&report) || !printall(&report, nullptr))
+    if (!printreport(&report, whole, nullptr))
         toolsay("tolvik: ERROR: out of memory reporting '%s'\n", symname(symbol));
-    endreport(&report);
 }
 
 int tvksymbolreport(FILE *out, TVKINFO *info, char **symbols, int nsymbols, int define, int refer,
@@ -338,7 +351,5 @@ int tvksymbolreport(FILE *out, TVKINFO *info, char **symbols, int nsymbols, int 
     bool whole = report.isAll ? report.symbols != nullptr : newnames(&report, nsymbols);
     for (int i = 0; i < nsymbols && !report.isAll && whole; ++i)
         addname(&report, symfind(info->symtable, symbols[i]));
-    whole = whole && prepare(&report) && printall(&report, symbols);
-    endreport(&report);
-    return whole ? 1 : 0;
+    return printreport(&report, whole, symbols) ? 1 : 0;
 }

@@ -60,17 +60,6 @@ void fill(READER *reader) {
     *reader->end = 0;
 }
 
-// Returns the next line with its line feed. A zero byte ends it.
-std::string_view nextline(READER *reader) {
-    int64_t length = std::min(reader->end - reader->next, LINELENGTH);
-    const void *feed = memchr(reader->next, '\n', static_cast<size_t>(length));
-    if (feed != nullptr)
-        length = static_cast<const char *>(feed) - reader->next + 1;
-    const std::string_view line(reader->next, static_cast<size_t>(length));
-    reader->next += length;
-    return upto(line, 0);
-}
-
 // Returns the first byte that is not from '!' to 127.
 const char *printableend(const char *text) {
     constexpr uint64_t ones = 0x0101010101010101;
@@ -82,6 +71,20 @@ const char *printableend(const char *text) {
             return text + std::countr_zero(others) / 8;
         text += 8;
     }
+}
+
+// Returns the next line with its line feed. A zero byte ends it.
+std::string_view nextline(READER *reader) {
+    const char *start = reader->next;
+    const char *end = printableend(start);
+    std::string_view line(start, end + 1);
+    const bool isPlain = *end == '\n' && std::ssize(line) <= LINELENGTH;
+    if (!isPlain) {
+        line = {start, static_cast<size_t>(std::min(reader->end - start, LINELENGTH))};
+        line = line.substr(0, std::min(line.find('\n'), line.size() - 1) + 1);
+    }
+    reader->next += line.size();
+    return isPlain ? line : upto(line, 0);
 }
 
 // Returns a terminated copy in the store's memory. When memory runs out, sets outOfMemory and

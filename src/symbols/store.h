@@ -76,8 +76,7 @@ struct _tagfilelist {
     _tagsymbol *symbol; // first symbol of the file that is referred to
     _tagfilelist *next;
 
-    _tagfilelist *last; // private, in the first entry: the last entry
-    int64_t stamp;      // private, in the first entry: the stamp of the listed files
+    int64_t stamp; // private, in the first entry: the stamp of the listed files
 };
 
 struct TVKINFO {
