@@ -1,9 +1,11 @@
 // measure RUNS FILE: runs the commands of the file, one a line, RUNS times. Each round has an order
 // of its own, so that the load of the machine and what the system does every few seconds affect all
 // of them. Prints for each, in any order, its name, its median CPU time in milliseconds and its
-// median peak memory in kilobytes. A line is the name, a blank, and the command's words. The word
-// %F stands for all words of the file F. Lines with one name are one command that runs several
-// times a round. Standard output goes to /dev/null.
+// median peak memory in kilobytes, and for each two of them a line "A:B RATIO": the median over the
+// rounds of A's time divided by B's, which load and changes of the clock rate affect alike. A line
+// of the file is the name, a blank, and the command's words. The word %F stands for all words of
+// the file F. Lines with one name are one command that runs several times a round. Standard output
+// goes to /dev/null.
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -29,6 +31,8 @@ struct COMMAND {
 
 struct RESULT {
     std::vector<double> milliseconds;
+    std::vector<double> rounds; // sums
+    int times;                  // a round
     std::vector<long> kilobytes;
 };
 
@@ -68,8 +72,27 @@ bool run(COMMAND *command, RESULT *result) {
     const bool ended = started && wait4(child, &status, 0, &usage) == child && status == 0;
     posix_spawn_file_actions_destroy(&actions);
     result->milliseconds.push_back(milliseconds(usage.ru_utime) + milliseconds(usage.ru_stime));
+    result->rounds.back() += result->milliseconds.back();
     result->kilobytes.push_back(usage.ru_maxrss);
     return ended;
+}
+
+template <typename T> T median(std::vector<T> values) {
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+void print(const std::map<std::string, RESULT> &results) {
+    for (const auto &[name, result] : results) {
+        printf("%s %.3f %ld\n", name.c_str(), median(result.milliseconds),
+               median(result.kilobytes));
+        for (const auto &[other, base] : results) {
+            std::vector<double> ratios = result.rounds;
+            for (size_t i = 0; i < ratios.size(); ++i)
+                ratios[i] *= base.times / (result.times * std::max(base.rounds[i], 0.001));
+            printf("%s:%s %.4f\n", name.c_str(), other.c_str(), median(ratios));
+        }
+    }
 }
 
 } // namespace
@@ -85,9 +108,13 @@ int main(int argc, char **argv) {
     for (std::string line; std::getline(file, line);)
         commands.push_back(readcommand(line));
     std::map<std::string, RESULT> results;
+    for (const COMMAND &command : commands)
+        ++results[command.name].times;
     std::mt19937 random; // the same orders in each measurement
     for (int i = 0; i < runs; ++i) {
         std::shuffle(commands.begin(), commands.end(), random);
+        for (auto &[name, result] : results)
+            result.rounds.push_back(0);
         for (COMMAND &command : commands) {
             if (!run(&command, &results[command.name])) {
                 fprintf(stderr, "measure: '%s' failed\n", command.name.c_str());
@@ -95,10 +122,5 @@ int main(int argc, char **argv) {
             }
         }
     }
-    for (auto &[name, result] : results) {
-        std::sort(result.milliseconds.begin(), result.milliseconds.end());
-        std::sort(result.kilobytes.begin(), result.kilobytes.end());
-        printf("%s %.3f %ld\n", name.c_str(), result.milliseconds[result.milliseconds.size() / 2],
-               result.kilobytes[result.kilobytes.size() / 2]);
-    }
+    print(results);
 }
