@@ -3,6 +3,7 @@
 
 #include "base/text.h"
 
+#include <algorithm>
 #include <cctype>
 #include <cmath>
 #include <cstdlib>
@@ -49,17 +50,11 @@ double movecase(double value, char first, char last, double distance) {
 }
 
 double maximum(int32_t count, double *arguments) {
-    double result = arguments[0];
-    for (int32_t i = 1; i < count; ++i)
-        result = arguments[i] > result ? arguments[i] : result;
-    return result;
+    return *std::max_element(arguments, arguments + count);
 }
 
 double minimum(int32_t count, double *arguments) {
-    double result = arguments[0];
-    for (int32_t i = 1; i < count; ++i)
-        result = arguments[i] < result ? arguments[i] : result;
-    return result;
+    return *std::min_element(arguments, arguments + count);
 }
 
 double hypotenuse(int32_t count, double *arguments) {
