@@ -108,9 +108,9 @@ int matchlimited(char *output, const char *string, const char *pattern, const ch
     match.string = string;
     match.position = string;
     match.caseSensitive = caseSensitive != 0;
-    match.stars.count = 0;
-    match.questions.count = 0;
-    match.numbers.count = 0;
+    match.stars = {0, match.items[0]};
+    match.questions = {0, match.items[1]};
+    match.numbers = {0, match.items[2]};
     bool matched = compressWildCard(match.pattern, pattern);
     const char *p = match.pattern;
     if (!matchliteral(&match, &p))

@@ -19,10 +19,9 @@ struct CAPTURE {
     int32_t length;
 };
 
-// The lists never grow: a pattern has no more wildcards than characters.
 struct CAPTURES {
     int32_t count;
-    CAPTURE items[WILDTEXTLIMIT];
+    CAPTURE *items;
 };
 
 // Not cleared: it is large, and many matches fail early.
@@ -34,6 +33,8 @@ struct WILDMATCH {
     CAPTURES stars;
     CAPTURES questions;
     CAPTURES numbers;
+    CAPTURE items[3]
+                 [WILDTEXTLIMIT]; // of the lists: a pattern has no more wildcards than characters
 };
 
 inline bool isstarchar(char c) {
