@@ -31,8 +31,8 @@ struct COMMAND {
 
 struct RESULT {
     std::vector<double> milliseconds;
-    std::vector<double> rounds; // sums
-    int times;                  // a round
+    std::vector<double> rounds; // sum of the times in each
+    int times = 0;              // runs a round
     std::vector<long> kilobytes;
 };
 

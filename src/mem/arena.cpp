@@ -35,10 +35,9 @@ bool addblock(ARENA *arena, size_t size) {
 } // namespace
 
 void adviseblock(void *block, size_t size) {
-    constexpr size_t manyPages = 32 * 1024;
     constexpr size_t largePage = 2 * 1024 * 1024;
     constexpr uintptr_t pageMask = 4096 - 1;
-    if (size < manyPages)
+    if (size < firstBlockBytes)
         return;
     const uintptr_t from = (reinterpret_cast<uintptr_t>(block) + pageMask) & ~pageMask;
     const uintptr_t to = (reinterpret_cast<uintptr_t>(block) + size) & ~pageMask;

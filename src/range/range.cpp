@@ -245,8 +245,8 @@ int rangeparse(const char *spec, const char *text, int32_t number, int32_t *malf
 }
 
 int RANGE_match(const char *spec, const char *text, int32_t number) {
-    const PARSE parse = parsed(spec, text, number, 0, RANGENOLOWER, RANGEUNLIMITED);
-    return parse.matched && parse.malformed == 0 ? 1 : 0;
+    return rangeparse(spec, text, number, nullptr, nullptr, nullptr, nullptr, nullptr, RANGENOLOWER,
+                      RANGEUNLIMITED);
 }
 
 int32_t RANGE_min(const char *spec, int32_t lower) {

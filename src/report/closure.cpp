@@ -9,13 +9,13 @@ ARENA arena = {};              // holds all entries
 _tagfilelist *spare = nullptr; // entries of flfree
 bool failed = false;
 int64_t followed = 0; // references
-bool listing = true;
-int64_t bytes = 0; // of the files reached
+bool listing = true;  // false: only add sizes
+int64_t bytes = 0;    // of the files reached
 
 // A stamp is never used twice. The first is a value that a caller's record is unlikely to hold.
 int64_t lastStamp = 0x3A7C15E59B1D42;
 
-// Of the list of the last call, which has the last stamp, and its last entry.
+// The list of the last call, which has the last stamp, and its last entry if there is one.
 _tagfilelist *head = nullptr;
 _tagfilelist *tail = nullptr;
 
@@ -64,7 +64,7 @@ void marklist(_tagfilelist *list) {
     }
 }
 
-// Whether the file is not null and not in the last list.
+// Whether the file is not null and was not reached yet.
 bool isneeded(const _tagfile *file) {
     return file != nullptr && file->stamp != lastStamp;
 }
@@ -83,16 +83,17 @@ bool append(_tagsymbol *symbol, int level) {
     return true;
 }
 
-// Appends the symbol's file or adds its size, and pushes its references if the level is below the
-// limit. False when memory runs out.
+// Adds the size of the symbol's file, appends it to a list, and pushes its references if the level
+// is below the limit. False when memory runs out.
 bool reach(_tagsymbol *symbol, int limit, int level) {
+    if (listing && !append(symbol, level))
+        return false;
     symbol->file->stamp = lastStamp;
     bytes += symbol->file->size;
-    return (!listing || append(symbol, level)) &&
-           (level >= limit || push(symbol->file->refers, level));
+    return level >= limit || push(symbol->file->refers, level);
 }
 
-// Returns the frame's next reference to a file that is not listed; null when there is none.
+// Returns the frame's next reference to a file that was not reached; null when there is none.
 const _tagsymlist *takeneeded(FRAME *frame) {
     const _tagsymlist *node = frame->refers;
     for (; node != nullptr; node = node->next) {

@@ -12,15 +12,15 @@
 // When memory runs out, the list is incomplete and closurefailed() true.
 _tagfilelist *symneedfiles(_tagsymbol *symbol, _tagfilelist *list, int limit, int level);
 
-// Returns the sum of the sizes of the files in symneedfiles(symbol, nullptr, limit, 0), without a
-// list: it would take most of the time. When memory runs out, closurefailed() is true.
+// Returns the sum of the sizes of the files in symneedfiles(symbol, nullptr, limit, 0). Making that
+// list would take most of the time. When memory runs out, closurefailed() is true.
 int64_t symneedbytes(_tagsymbol *symbol, int limit);
 
 // Frees a whole closure for reuse; ignores null.
 void flfree(_tagfilelist *list);
 
-// Whether memory ran out since the last call with a null list or without one.
+// Whether memory ran out since the last call of symneedbytes, or of symneedfiles with a null list.
 bool closurefailed();
 
-// Returns the number of references that all calls of symneedfiles followed.
+// Returns the number of references that all calls of symneedfiles and symneedbytes followed.
 int64_t closurerefs();

@@ -7,7 +7,7 @@
 
 // Of one file's references to the same other file only the first is kept, in the order of the
 // refers lists. Files are numbered as in the store's list. After them come files that are in no
-// list but define a symbol that a numbered file refers to or, with symbols, defines first.
+// list but define a symbol that a numbered file refers to or, always with symbols, defines first.
 struct GRAPH {
     int32_t count; // of files
     _tagfile **files;

@@ -43,14 +43,14 @@ template <typename... TEXTS> void puttexts(OUTPUT *out, TEXTS... texts) {
     (puttext(out, texts, strlen(texts)), ...);
 }
 
-// Moves after `count` bytes that are written, at most OUTPUTFEW.
+// Counts `count` bytes at `next`, at most OUTPUTFEW, as written.
 inline void putdone(OUTPUT *out, int64_t count) {
     out->next += count;
     if (out->next > out->end)
         flushoutput(out);
 }
 
-// Writes `count` spaces, none if it is negative. Copies of a constant size need no call.
+// Writes `count` spaces, none if it is negative. A memset of constant size needs no call.
 inline void putspaces(OUTPUT *out, int64_t count) {
     for (; count > 0; count -= OUTPUTFEW) {
         memset(out->next, ' ', OUTPUTFEW);

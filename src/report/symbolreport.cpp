@@ -1,6 +1,6 @@
 // The symbol report. Closures of named symbols are found in the store's lists until these would
 // take longer than a graph, which serves the rest. All memory is allocated before a report is
-// begun, so that it is whole or absent.
+// begun, so that it is whole or absent; but for a caller's files that are in no list.
 #include "base/text.h"
 #include "mem/arena.h"
 #include "mem/galloc.h"
@@ -17,8 +17,7 @@
 
 namespace {
 
-// A closure of closure.h: the list in the detailed form, only the sum of the sizes in the compact
-// one.
+// A closure of closure.h. The detailed form sets the list, the compact one the sum of the sizes.
 struct CLOSURE {
     _tagfilelist *list;
     int64_t total;
@@ -187,8 +186,8 @@ void printrefer(SYMBOLREPORT *report, const _tagsymbol *symbol) {
     }
 }
 
-// Prints a closure in the detailed form: of file `number` of the graph, or the one given for -1.
-// Returns the sum of the sizes.
+// Returns the sum of the sizes of a closure: that of file `number` of the graph, or the one given
+// if the number is -1. The detailed form prints it.
 int64_t printclosure(SYMBOLREPORT *report, const _tagsymbol *symbol, int32_t number,
                      const CLOSURE &closure) {
     if (!isdetailed())

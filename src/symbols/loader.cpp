@@ -60,20 +60,21 @@ void fill(READER *reader) {
     *reader->end = 0;
 }
 
-// Returns the first byte that is not from '!' to 127.
+// Returns the first byte that is not from '!' to 127, or one after LINELENGTH such bytes.
 const char *printableend(const char *text) {
     constexpr uint64_t ones = 0x0101010101010101;
-    while (true) {
+    for (const char *end = text + LINELENGTH; text < end; text += 8) {
         const uint64_t word = eightbytes(text);
         const uint64_t others = ((word - ones * '!') | word) & ones << 7;
         // A borrow changes only bytes after the first such byte.
         if (others != 0)
             return text + std::countr_zero(others) / 8;
-        text += 8;
     }
+    return text;
 }
 
-// Returns the next line with its line feed. A zero byte ends it.
+// Returns the next line with its line feed. A zero byte ends it. Most lines have neither that nor
+// blanks.
 std::string_view nextline(READER *reader) {
     const char *start = reader->next;
     const char *end = printableend(start);

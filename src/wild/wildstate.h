@@ -33,8 +33,7 @@ struct WILDMATCH {
     CAPTURES stars;
     CAPTURES questions;
     CAPTURES numbers;
-    CAPTURE items[3]
-                 [WILDTEXTLIMIT]; // of the lists: a pattern has no more wildcards than characters
+    CAPTURE items[3][WILDTEXTLIMIT]; // of the lists; never too few for the pattern
 };
 
 inline bool isstarchar(char c) {
