@@ -35,8 +35,9 @@ void checknumbers() {
     const int64_t minimum = RANGE_min(spec.c_str(), RANGENOLOWER);
     const int64_t maximum = RANGE_max(spec.c_str(), RANGEUNLIMITED);
     int32_t allowed = 0;
+    // Bounds below RANGENOLOWER count, but the loop does not reach them.
     if (spec.find_first_of(",!") != std::string::npos || maximum < minimum ||
-        maximum - minimum > mostValues)
+        minimum <= RANGENOLOWER || maximum - minimum > mostValues)
         return;
     for (int64_t value = minimum; value <= maximum; ++value)
         allowed += RANGE_match(spec.c_str(), nullptr, static_cast<int32_t>(value));
