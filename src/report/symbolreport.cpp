@@ -1,6 +1,6 @@
 // The symbol report. Closures of named symbols are found in the store's lists until these would
 // take longer than a graph, which serves the rest. All memory is allocated before a report is
-// begun, so that it is whole or absent; but for a caller's files that are in no list.
+// begun, so that it is whole or absent. Only a caller's files that are in no list may need more.
 #include "base/text.h"
 #include "mem/arena.h"
 #include "mem/galloc.h"

@@ -33,7 +33,7 @@ struct WILDMATCH {
     CAPTURES stars;
     CAPTURES questions;
     CAPTURES numbers;
-    CAPTURE items[3][WILDTEXTLIMIT]; // of the lists; never too few for the pattern
+    CAPTURE items[3][WILDTEXTLIMIT]; // a row for each list, enough for any pattern
 };
 
 inline bool isstarchar(char c) {
