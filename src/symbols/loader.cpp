@@ -263,10 +263,11 @@ TVKRESULT tvkadd(TVKINFO *info, const char *path) {
 TVKINFO *tvkload(const char *path) {
     TVKINFO *info = cinew();
     const TVKRESULT result = info != nullptr ? tvkadd(info, path) : TVKNOMEMORY;
-    if (result == TVKADDED || result == TVKNOTREAD)
+    if (result == TVKADDED)
         return info;
     tvkfree(info);
-    if (result == TVKNOMEMORY)
-        toolsay("tolvik: ERROR: out of memory reading '%s'\n", path);
+    if (result != TVKNOTOPENED)
+        toolsay("tolvik: ERROR: %s '%s'\n",
+                result == TVKNOMEMORY ? "out of memory reading" : "could not read", path);
     return nullptr;
 }

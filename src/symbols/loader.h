@@ -21,5 +21,5 @@ enum TVKRESULT { TVKADDED, TVKNOTOPENED, TVKNOTREAD, TVKNOMEMORY };
 TVKRESULT tvkadd(TVKINFO *info, const char *path);
 
 // Returns a new store with the contents of the file, for tvkfree. Returns null without a message
-// when the file cannot be opened, and with an error message when memory runs out.
+// when the file cannot be opened, and with one when a read fails or memory runs out.
 TVKINFO *tvkload(const char *path);
