@@ -5,6 +5,9 @@
 #include "report/report.h"
 #include "symbols/options.h"
 
+#include <algorithm>
+#include <functional>
+
 namespace {
 
 constexpr char redMark[] = "<FONT COLOR=\"#990000\">";
@@ -138,11 +141,11 @@ bool addlibrary(char *line, size_t *length, const char *library) {
 void printlibraries(FILEREPORT *report, const _tagfile *file) {
     char line[BRAXFIELDSIZE] = "";
     size_t length = 0;
-    const char *known[SYMBUCKETS] = {}; // the last library of each hash, to save searches
+    const char *known[1024] = {}; // the last library of each hash, to save searches
     bool fits = addlibrary(line, &length, file->library);
     for (int32_t i = 0; fits && i < report->walk.count; ++i) {
         const char *library = report->graph.files[report->walk.reached[i].file]->library;
-        const char **same = &known[symhash(library)];
+        const char **same = &known[std::hash<std::string_view>{}(library) % std::size(known)];
         if (library[0] == 0 || (*same != nullptr && strcmp(*same, library) == 0))
             continue;
         *same = library;
@@ -204,11 +207,8 @@ bool isnamed(const _tagfile *file, const char *name) {
 }
 
 bool isselected(const _tagfile *file, char **files, int nfiles) {
-    for (int i = 0; i < nfiles; ++i) {
-        if (isnamed(file, files[i]))
-            return true;
-    }
-    return nfiles == 0;
+    return nfiles == 0 || std::any_of(files, files + nfiles,
+                                      [&](const char *name) { return isnamed(file, name); });
 }
 
 } // namespace

@@ -216,7 +216,10 @@ bool sumgroups(GROUPS *groups, SETS *sets) {
 }
 
 void walktotals(LINKWALK *walk, int limit, const int32_t *files, int32_t count, int64_t *totals) {
+    std::fill_n(totals, walk->graph->count, -1);
     for (int32_t i = 0; i < count; ++i) {
+        if (totals[files[i]] >= 0)
+            continue; // several symbols of a file
         restartwalk(walk);
         walkfrom(walk, files[i], nullptr, limit, 0);
         totals[files[i]] = 0;
