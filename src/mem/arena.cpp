@@ -15,7 +15,7 @@ struct ARENABLOCK {
 namespace {
 
 constexpr size_t firstBlockBytes = 32 * 1024;
-// Not in large pages, which take nine times as long where a virtual machine gave free ones away.
+// Less than a large page: to get new ones from its host takes a virtual machine nine times as long.
 constexpr size_t largestBlockBytes = 1024 * 1024;
 
 bool addblock(ARENA *arena, size_t size) {
@@ -27,7 +27,7 @@ bool addblock(ARENA *arena, size_t size) {
     if (block == nullptr)
         return false;
     adviseblock(block, all);
-    *block = {arena->newest, usual < largestBlockBytes ? usual + usual / 2 : usual};
+    *block = {arena->newest, std::min(usual + usual / 2, largestBlockBytes)};
     *arena = {block, reinterpret_cast<char *>(block + 1), bytes};
     return true;
 }

@@ -100,7 +100,7 @@ bool fitspage(int64_t entries) {
     if (entries <= MOSTENTRIES)
         return true;
     toolsay("tolvik-page: %lld definitions and references, but a page has at most %lld; choose a "
-            "part by --symbols or --files\n",
+            "smaller part by --symbols or --files\n",
             static_cast<long long>(entries), static_cast<long long>(MOSTENTRIES));
     return false;
 }

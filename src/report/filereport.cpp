@@ -5,7 +5,6 @@
 #include "report/report.h"
 #include "symbols/options.h"
 
-#include <algorithm>
 #include <functional>
 
 namespace {

@@ -7,7 +7,7 @@
 
 // Of one file's references to the same other file only the first is kept, in the order of the
 // refers lists. Files are numbered as in the store's list. After them come files that are in no
-// list but define a symbol that a numbered file refers to or, always with symbols, defines first.
+// list but define what a numbered file refers to or, if `symbols` is true, its first definition.
 struct GRAPH {
     int32_t count; // of files
     _tagfile **files;
@@ -17,8 +17,8 @@ struct GRAPH {
 };
 
 // Makes the graph of a store, for freegraph; `symbols` requests the references' symbols. It also
-// sets nrefers of the `count` symbols of `counted`, all of the store or none. False, with an empty
-// graph, when memory runs out.
+// sets nrefers and firstref of the `count` symbols of `counted`, all of the store or none. False,
+// with an empty graph, when memory runs out.
 bool makegraph(GRAPH *graph, const TVKINFO *info, bool symbols, _tagsymbol **counted,
                int64_t count);
 
@@ -53,7 +53,7 @@ struct LINKWALK {
 bool makewalk(LINKWALK *walk, const GRAPH *graph);
 void freewalk(LINKWALK *walk);
 
-// Starts a new, empty closure.
+// Starts a new, empty closure: call it before the first one, too.
 void restartwalk(LINKWALK *walk);
 
 // Adds the files that symneedfiles would append for a symbol of this file, reached at `level`.

@@ -97,8 +97,8 @@ bool visitall(GROUPS *groups, const GRAPH &graph, const int32_t *files, int32_t 
     return true;
 }
 
-// Drops targets that another one surely reaches. Sets low[group] so that the group reaches every
-// group from there to itself.
+// Drops targets that another one reaches as far as `low` shows it. Sets low[group] so that the
+// group reaches every group from there to itself.
 void droptargets(GROUPS *groups, int32_t group, int32_t *low) {
     int32_t *kept = groups->target + groups->first[group];
     const int32_t *to = groups->target + groups->last[group];

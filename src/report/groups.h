@@ -1,10 +1,10 @@
 // Groups of files that reach each other, found by Tarjan's algorithm. A group's targets have lower
-// numbers. Real products are one large group and a fringe.
+// numbers. Real products have one large group and many small ones.
 #pragma once
 
 #include "report/graph.h"
 
-// The groups and the references between them. Targets that another target surely reaches are left
+// The groups and the references between them. Most targets that another target reaches are left
 // out, so that chains and ladders have one target each.
 struct GROUPS {
     int32_t count;

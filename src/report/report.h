@@ -5,9 +5,9 @@
 // for a page that provides the script function openfile. Read report.cpp first, then filereport.cpp
 // and symbolreport.cpp. LINKS IN is computed by:
 // - walkfrom (graph.cpp): the file report, and the detailed report on many symbols;
-// - symneedfiles (closure.cpp): the report on a few symbols;
+// - symneedfiles and symneedbytes (closure.cpp): the report on a few symbols;
 // - linktotals (totals.cpp): the totals in the compact report on many symbols.
-// `-html` sets OPThtml in tool/callbacks.cpp. Then putheading (output.cpp) closes and reopens PRE
+// `-html` sets OPThtml in tool/callbacks.cpp. Then putheading (output.h) closes and reopens PRE
 // blocks, and printsourcelink (filereport.cpp) writes the links.
 //
 // Above verbosity 1 the symbol report has sections. Otherwise it has one line a symbol: name,

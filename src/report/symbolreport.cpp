@@ -39,7 +39,7 @@ struct SYMBOLREPORT {
     // For named symbols:
     int64_t found = 0; // the first symbols have a closure
     CLOSURE *closures = nullptr;
-    int slots = 0;                    // power of two; most are free: taken ones mispredict branches
+    int slots = 0;                    // power of two; few are used, so that branches are predicted
     const _tagsymbol **set = nullptr; // the named symbols at their hashes
 
     int64_t counted = 0;            // references to the symbols
@@ -309,7 +309,8 @@ void addname(SYMBOLREPORT *report, _tagsymbol *symbol) {
 bool prepare(SYMBOLREPORT *report) {
     const bool graphCounts = report->isAll && report->links != 0 && !isdetailed();
     int64_t nodes = 0;
-    if (!graphCounts && (report->refer != 0 || report->count > 1))
+    if (!graphCounts &&
+        (report->refer != 0 || (report->links != 0 && !report->isAll && report->count > 1)))
         nodes = countrefs(report);
     return (report->refer == 0 || !isdetailed() || collectreferrers(report)) &&
            (report->links == 0 || preparelinks(report, nodes, graphCounts));

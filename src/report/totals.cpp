@@ -3,9 +3,9 @@
 //
 // 1. A group has one closure. With one target it is the target's closure and the group.
 // 2. A group with several targets (a join) needs the sum of a union. A group with one parent
-//    belongs to its parent's tree, because a join reaches both or is between them. A union is a sum
-//    of whole trees: a set of bits, one for each group with several parents. Only joins and the
-//    groups that they reach count as parents.
+//    belongs to its parent's tree, because a join that reaches it is or reaches the parent. A union
+//    is a sum of whole trees: a set of bits, one for each group with several parents. Only joins
+//    and the groups that they reach count as parents.
 // 3. The sets are found 512 bits (a row) at a time, only for the groups that reach one of the 512.
 //    A group's row is the union of its targets' rows. Its sum is the sum of its first target and
 //    the trees of the bits that this target does not have. A target that is in another target's

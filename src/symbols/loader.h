@@ -16,8 +16,8 @@
 
 enum TVKRESULT { TVKADDED, TVKNOTOPENED, TVKNOTREAD, TVKNOMEMORY };
 
-// Adds the contents of the file to a store of cinew, without a message. After TVKNOTREAD and
-// TVKNOMEMORY the store has a part of them.
+// Adds the contents of the file to a store of cinew whose buckets the caller has not changed,
+// without a message. After TVKNOTREAD and TVKNOMEMORY the store has a part of them.
 TVKRESULT tvkadd(TVKINFO *info, const char *path);
 
 // Returns a new store with the contents of the file, for tvkfree. Returns null without a message

@@ -95,7 +95,7 @@ bool insert(_tagsymlist *buckets, SYMTABLE *table, _tagsymbol *symbol, std::stri
 constexpr size_t readOffset = offsetof(_tagsymbol, size); // of the part that the loader reads
 constexpr size_t textOffset = offsetof(_tagsymbol, text);
 
-// The part that the loader reads is in one cache line if it fits. Short names would waste memory.
+// Keeps a long name in one cache line with the loader's fields. Short names would waste memory so.
 _tagsymbol *newsymbol(ARENA *arena, const SYMENTRY &entry) {
     constexpr size_t line = 64;
     constexpr size_t mostShort = 16;

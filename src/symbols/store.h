@@ -38,7 +38,7 @@ struct _tagsymbol {
     _tagsymbol *next; // in the same bucket
     _tagfile *file;   // the last file that defines it; null while only referred to
     int32_t nrefers;  // private to a report: number of refers nodes with this symbol
-    int32_t firstref; // private to a report: index of its first reference; to a page: its number
+    int32_t firstref; // private: first reference (report), own number (page), file's number (graph)
 
     // The loader reads these at each reference.
     int32_t size; // bytes; 0 when unknown

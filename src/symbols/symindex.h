@@ -47,8 +47,8 @@ struct SYMENTRY {
     uint64_t hash;      // of the name
 };
 
-// Does symnew and symadd for `count` entries, in order, with records in the arena. Cache misses of
-// the entries overlap. Sets each entry's symbol; false when memory runs out.
+// Does symnew and symadd for `count` entries, in order, with records in the arena, if no caller has
+// changed a bucket. Cache misses overlap. Sets each entry's symbol; false when memory runs out.
 bool symenterall(SYMTABLE *table, SYMENTRY *entries, int count);
 
 // Makes an empty index with a new key. Returns false when memory runs out.
