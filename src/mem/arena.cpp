@@ -15,8 +15,8 @@ struct ARENABLOCK {
 namespace {
 
 constexpr size_t firstBlockBytes = 32 * 1024;
-// Less than a large page: to get new ones from its host takes a virtual machine nine times as long.
-constexpr size_t largestBlockBytes = 1024 * 1024;
+// Blocks grow until they have this size or more. Virtual machines may be slow to get large pages.
+constexpr size_t grownBlockBytes = 1024 * 1024;
 
 bool addblock(ARENA *arena, size_t size) {
     const size_t usual = arena->newest != nullptr ? arena->newest->nextBytes : firstBlockBytes;
@@ -27,7 +27,7 @@ bool addblock(ARENA *arena, size_t size) {
     if (block == nullptr)
         return false;
     adviseblock(block, all);
-    *block = {arena->newest, std::min(usual + usual / 2, largestBlockBytes)};
+    *block = {arena->newest, usual < grownBlockBytes ? usual + usual / 2 : usual};
     *arena = {block, reinterpret_cast<char *>(block + 1), bytes};
     return true;
 }
